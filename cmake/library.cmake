@@ -1,0 +1,57 @@
+# The sources are compiled once, as objects: the shared library and the library that the
+# tests link (which can reach hidden symbols) are made of the same objects.
+set(qv_folders core dates indicators patterns finance pnf datafiles tradesim)
+set(qv_sources ${CMAKE_SOURCE_DIR}/platform/names.cpp)
+foreach(folder IN LISTS qv_folders)
+  file(GLOB_RECURSE found CONFIGURE_DEPENDS ${CMAKE_SOURCE_DIR}/${folder}/*.cpp)
+  list(APPEND qv_sources ${found})
+endforeach()
+if(WIN32)
+  list(APPEND qv_sources ${CMAKE_SOURCE_DIR}/platform/win32.cpp)
+else()
+  list(APPEND qv_sources ${CMAKE_SOURCE_DIR}/platform/posix.cpp)
+endif()
+# The heap door is compiled a second time for the tests, with the switch that makes the
+# k-th allocation fail.
+list(REMOVE_ITEM qv_sources ${CMAKE_SOURCE_DIR}/core/memory.cpp)
+
+add_library(qvlib60_options INTERFACE)
+target_include_directories(qvlib60_options INTERFACE ${CMAKE_SOURCE_DIR} ${CMAKE_SOURCE_DIR}/include)
+# Contraction off: the same input gives the same bits on every x86-64 machine. errno is never
+# read after a mathematical function, and without it square roots become vector code.
+target_compile_options(qvlib60_options INTERFACE
+  -ffp-contract=off -fno-math-errno
+  $<$<COMPILE_LANGUAGE:CXX>:-fno-exceptions -fno-rtti>)
+target_compile_definitions(qvlib60_options INTERFACE QVLIB60_BUILD)
+
+add_library(qvlib60_objects OBJECT ${qv_sources})
+target_link_libraries(qvlib60_objects PRIVATE qvlib60_options qv_warnings)
+set_target_properties(qvlib60_objects PROPERTIES
+  POSITION_INDEPENDENT_CODE ON
+  CXX_VISIBILITY_PRESET hidden
+  VISIBILITY_INLINES_HIDDEN ON)
+
+add_library(QVLIB60 SHARED $<TARGET_OBJECTS:qvlib60_objects> core/memory.cpp)
+target_link_libraries(QVLIB60 PRIVATE qvlib60_options qv_warnings)
+target_include_directories(QVLIB60 INTERFACE ${CMAKE_SOURCE_DIR}/include)
+set_target_properties(QVLIB60 PROPERTIES CXX_VISIBILITY_PRESET hidden VISIBILITY_INLINES_HIDDEN ON)
+if(WIN32)
+  include(cmake/windows_exports.cmake)
+else()
+  # Calls between exported functions of the library bind inside it.
+  target_link_options(QVLIB60 PRIVATE -Wl,-Bsymbolic-functions)
+  if(NOT QV_SANITIZE)
+    target_link_options(QVLIB60 PRIVATE -Wl,--no-undefined)
+  endif()
+endif()
+
+if(QV_BUILD_TESTS)
+  add_library(qvlib60_testable STATIC $<TARGET_OBJECTS:qvlib60_objects> core/memory.cpp)
+  target_link_libraries(qvlib60_testable PRIVATE qvlib60_options qv_warnings)
+  target_compile_definitions(qvlib60_testable PUBLIC QV_ALLOCATION_FAULTS)
+  target_include_directories(qvlib60_testable PUBLIC ${CMAKE_SOURCE_DIR} ${CMAKE_SOURCE_DIR}/include)
+endif()
+
+install(TARGETS QVLIB60)
+install(FILES include/qvlib60.h DESTINATION include)
+install(DIRECTORY include/qvlib60 DESTINATION include)

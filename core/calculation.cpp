@@ -1,0 +1,109 @@
+#include "core/calculation.h"
+
+#include <algorithm>
+#include <climits>
+#include <cstring>
+
+#include "core/memory.h"
+
+namespace qv {
+
+namespace {
+
+// True when all the series that a calculation reads are there; lowers n and cap to the set's.
+bool takeBars(const BarInput& in, int& n, int& cap) noexcept {
+  if (!in.bars || !in.bars->date.data) return false;
+  n = std::min(n, in.bars->barsize);
+  cap = std::min(cap, in.bars->datasize);
+  for (int k = 0; k < kSeriesCount; ++k) {
+    if (!(in.series & (1u << k))) continue;
+    const QvArray& a = seriesOf(*in.bars, k);
+    if (!a.data || a.capacity < in.bars->barsize) return false;
+  }
+  return true;
+}
+
+bool takeArray(const QvArray* a, int& n, int& cap) noexcept {
+  if (!a || !a->data) return false;
+  n = std::min(n, a->size);
+  cap = std::min(cap, a->capacity);
+  return true;
+}
+
+bool sharesInput(const QvArray* out, std::initializer_list<BarInput> bars,
+                 std::initializer_list<const QvArray*> inputs) noexcept {
+  for (const BarInput& b : bars)
+    for (int k = 1; k < kSeriesCount; ++k)  // the date series may serve as an output
+      if (seriesOf(*b.bars, k).data == out->data) return true;
+  for (const QvArray* a : inputs)
+    if (a->data == out->data) return true;
+  return false;
+}
+
+}  // namespace
+
+int prepareOutputs(std::initializer_list<BarInput> bars, std::initializer_list<const QvArray*> inputs,
+                   std::initializer_list<QvArray*> outputs) noexcept {
+  int n = INT_MAX, cap = INT_MAX;
+  for (const BarInput& b : bars)
+    if (!takeBars(b, n, cap)) return QV_INVALID_PARM;
+  for (const QvArray* a : inputs)
+    if (!takeArray(a, n, cap)) return QV_INVALID_PARM;
+  if (n < 1 || n == INT_MAX) return QV_INVALID_PARM;
+
+  for (const QvArray* out : outputs) {
+    if (!out) return QV_INVALID_PARM;
+    if (out->data && sharesInput(out, bars, inputs)) return QV_INVALID_PARM;
+  }
+  for (QvArray* out : outputs) {
+    if (out->data) {
+      std::fill_n(out->data, static_cast<std::size_t>(std::max(out->capacity, 0)), 0.0);
+    } else if (const int status = qvAllocArray(out, cap)) {
+      return status;
+    }
+    out->size = std::min(n, out->capacity);
+    n = std::min(n, out->size);
+  }
+  return n;
+}
+
+int prepareOutputInPlace(const QvArray* in, QvArray* out) noexcept {
+  if (in && out && in->data && sharesBlock(in, out)) return in->size < 1 ? int{QV_INVALID_PARM} : in->size;
+  return prepareOutputs({}, {in}, {out});
+}
+
+int firstValidOf(int start, std::initializer_list<const QvArray*> arrays) noexcept {
+  int s = std::max(start, 0);
+  for (const QvArray* a : arrays) s = std::max(s, a->firstValid);
+  return s;
+}
+
+int allocArrays(int n, std::initializer_list<QvArray*> arrays) noexcept {
+  for (auto it = arrays.begin(); it != arrays.end(); ++it) {
+    if (const int status = qvAllocArray(*it, n)) {
+      while (it != arrays.begin()) qvFreeArray(*--it);
+      return status;
+    }
+  }
+  return QV_OK;
+}
+
+int growTable(void** block, int index, int* count, int step, int maxCount, int elementSize) noexcept {
+  if (index < *count) return QV_OK;
+  if (step < 1 || elementSize < 1) return QV_MALLOC;
+  const int limit = INT_MAX / elementSize;
+  if (maxCount <= limit) maxCount = limit;
+  if (index >= maxCount) return QV_MALLOC;
+  if (*count > INT_MAX - step) return QV_MALLOC;
+  const int newCount = std::max(index % step + 1, *count + step);
+  const auto size = static_cast<std::size_t>(elementSize);
+  void* grown = memory::resize(*block, static_cast<std::size_t>(newCount), size);
+  if (!grown) return QV_MALLOC;
+  const auto old = static_cast<std::size_t>(*count);
+  std::memset(static_cast<char*>(grown) + old * size, 0, (static_cast<std::size_t>(newCount) - old) * size);
+  *block = grown;
+  *count = newCount;
+  return QV_OK;
+}
+
+}  // namespace qv

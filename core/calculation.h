@@ -1,0 +1,75 @@
+// The shape that every calculation shares: the entry step, the first index, temporaries that free
+// themselves.
+#pragma once
+
+#include <cstddef>
+#include <initializer_list>
+
+#include "qvlib60/core.h"
+
+namespace qv {
+
+// Which series of a bar set a calculation reads.
+enum Series : unsigned {
+  kNone = 0,
+  kDate = 1u << 0,
+  kOpen = 1u << 1,
+  kHigh = 1u << 2,
+  kLow = 1u << 3,
+  kClose = 1u << 4,
+  kVolume = 1u << 5,
+  kOpenInterest = 1u << 6,
+  kHighLow = kHigh | kLow,
+  kHighLowClose = kHigh | kLow | kClose,
+  kPrices = kOpen | kHigh | kLow | kClose,
+};
+
+struct BarInput {
+  const QvBars* bars;
+  unsigned series;  // the Series that are read: a missing block there is missing data
+};
+
+// The seven series of a bar set by number: 0 date .. 6 open interest.
+inline QvArray& seriesOf(QvBars& b, int i) noexcept {
+  return (&b.date)[i];
+}
+inline const QvArray& seriesOf(const QvBars& b, int i) noexcept {
+  return (&b.date)[i];
+}
+inline constexpr int kSeriesCount = 7;
+
+// Entry step: checks the arguments, clears or allocates the outputs, sets their sizes. Returns the
+// working count (>= 1), -1 for missing data, no usable length or an output that shares an input's
+// block (the date series of a bar set excepted), or -3. Nothing is written before the checks pass.
+int prepareOutputs(std::initializer_list<BarInput> bars, std::initializer_list<const QvArray*> inputs,
+                   std::initializer_list<QvArray*> outputs) noexcept;
+
+// The same for a calculation of one series that may run in place: when both share their block the
+// output is left alone and the count is the input's size.
+int prepareOutputInPlace(const QvArray* in, QvArray* out) noexcept;
+
+inline bool sharesBlock(const QvArray* a, const QvArray* b) noexcept {
+  return a->data == b->data;
+}
+
+// The largest of start (below 0 counts as 0) and the series' first valid indices.
+int firstValidOf(int start, std::initializer_list<const QvArray*> arrays) noexcept;
+
+// Allocates n zeroed items in each array; at the first failure frees those already taken and
+// returns -3.
+int allocArrays(int n, std::initializer_list<QvArray*> arrays) noexcept;
+
+// A work series that is freed when the calculation returns, on every path.
+struct Temporary : QvArray {
+  Temporary() noexcept : QvArray{} {}
+  ~Temporary() { qvFreeArray(this); }
+  Temporary(const Temporary&) = delete;
+  Temporary& operator=(const Temporary&) = delete;
+};
+
+// Makes room for element `index` in a heap table of *count elements, growing it by one step; new
+// elements are zero bytes. A maxCount below the largest count that an int can address in bytes is
+// not a limit: it is raised to that count. 0, or -3 with the old block and count kept.
+int growTable(void** block, int index, int* count, int step, int maxCount, int elementSize) noexcept;
+
+}  // namespace qv

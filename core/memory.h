@@ -1,0 +1,62 @@
+// The one door to the heap. Every block that the library takes goes through here, so that a test
+// can make the k-th allocation fail and count what was not given back.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <type_traits>
+
+namespace qv::memory {
+
+// Null when the memory is exhausted or count * itemSize does not fit; never null for 0 bytes.
+void* allocateZeroed(std::size_t count, std::size_t itemSize) noexcept;
+// Keeps the old block when it fails. New bytes are not cleared.
+void* resize(void* block, std::size_t count, std::size_t itemSize) noexcept;
+void release(void* block) noexcept;
+
+#ifdef QV_ALLOCATION_FAULTS
+// Test switch: the k-th allocation from now on fails (1 = the next one; 0 = none).
+void failAllocation(long k) noexcept;
+// Blocks taken and not yet released.
+long liveBlocks() noexcept;
+#endif
+
+// A zeroed block of plain items that frees itself. Test ok() after construction.
+template <typename T>
+class Buffer {
+  static_assert(std::is_trivially_copyable_v<T>);
+
+ public:
+  Buffer() noexcept = default;
+  explicit Buffer(std::size_t count) noexcept
+      : items_(static_cast<T*>(allocateZeroed(count, sizeof(T)))), count_(items_ ? count : 0) {}
+  ~Buffer() { release(items_); }
+  Buffer(const Buffer&) = delete;
+  Buffer& operator=(const Buffer&) = delete;
+
+  bool ok() const noexcept { return items_ != nullptr; }
+  T* data() noexcept { return items_; }
+  const T* data() const noexcept { return items_; }
+  std::size_t count() const noexcept { return count_; }
+  T& operator[](std::size_t i) noexcept { return items_[i]; }
+  const T& operator[](std::size_t i) const noexcept { return items_[i]; }
+
+  // Enlarges to at least `count` items, doubling; false leaves the buffer as it was. New items are
+  // not cleared.
+  bool grow(std::size_t count) noexcept {
+    if (count <= count_) return true;
+    std::size_t wanted = count_ < SIZE_MAX / 2 ? count_ * 2 : count;
+    if (wanted < count) wanted = count;
+    void* block = resize(items_, wanted, sizeof(T));
+    if (!block) return false;
+    items_ = static_cast<T*>(block);
+    count_ = wanted;
+    return true;
+  }
+
+ private:
+  T* items_ = nullptr;
+  std::size_t count_ = 0;
+};
+
+}  // namespace qv::memory

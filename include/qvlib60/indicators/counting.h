@@ -1,0 +1,11 @@
+/* Counting and accumulation indicators. */
+#ifndef QVLIB60_INDICATORS_COUNTING_H
+#define QVLIB60_INDICATORS_COUNTING_H
+
+#include "qvlib60/core.h"
+
+QV_BEGIN_DECLS
+
+QV_END_DECLS
+
+#endif

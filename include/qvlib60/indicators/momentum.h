@@ -1,0 +1,11 @@
+/* Momentum oscillators. */
+#ifndef QVLIB60_INDICATORS_MOMENTUM_H
+#define QVLIB60_INDICATORS_MOMENTUM_H
+
+#include "qvlib60/core.h"
+
+QV_BEGIN_DECLS
+
+QV_END_DECLS
+
+#endif

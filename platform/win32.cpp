@@ -1,0 +1,83 @@
+// Windows.
+#include <windows.h>
+
+#include <cstdio>
+#include <cstring>
+
+#include "platform/names.h"
+#include "platform/platform.h"
+
+namespace qv::platform {
+
+namespace {
+
+const char* lastPart(const char* path) noexcept {
+  const char* name = path;
+  for (const char* c = path; *c; ++c)
+    if (*c == '\\' || *c == '/' || *c == ':') name = c + 1;
+  return name;
+}
+
+}  // namespace
+
+char pathSeparator() noexcept {
+  return '\\';
+}
+bool endsDirectory(char c) noexcept {
+  return c == ':' || c == '\\';
+}
+
+int errorBox(const char* caption, const char* text) noexcept {
+  return MessageBoxA(nullptr, text, caption, MB_ICONSTOP);
+}
+
+void shortName(const char* path, char* out, std::size_t outSize) noexcept {
+  char shortPath[MAX_PATH + 1];
+  const DWORD length = GetShortPathNameA(path, shortPath, sizeof shortPath);
+  const bool known = length > 0 && length < sizeof shortPath;
+  std::snprintf(out, outSize, "%s", lastPart(known ? shortPath : path));
+}
+
+bool modificationDate(const char* path, int* year, int* month, int* day) noexcept {
+  WIN32_FILE_ATTRIBUTE_DATA data;
+  FILETIME local;
+  SYSTEMTIME time;
+  if (!GetFileAttributesExA(path, GetFileExInfoStandard, &data)) return false;
+  if (!FileTimeToLocalFileTime(&data.ftLastWriteTime, &local) || !FileTimeToSystemTime(&local, &time))
+    return false;
+  *year = time.wYear;
+  *month = time.wMonth;
+  *day = time.wDay;
+  return true;
+}
+
+bool isDirectory(const char* path) noexcept {
+  const DWORD attributes = GetFileAttributesA(path);
+  return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY);
+}
+
+void resolveCase(char*) noexcept {}  // the file system does not distinguish case
+
+int listFiles(const char* directory, const char* pattern, FileVisitor visit, void* context) noexcept {
+  char query[MAX_PATH + 32];
+  const std::size_t length = std::strlen(directory);
+  const char* join = length == 0 || endsDirectory(directory[length - 1]) ? "" : "\\";
+  std::snprintf(query, sizeof query, "%s%s*", directory, join);
+  WIN32_FIND_DATAA data;
+  const HANDLE search = FindFirstFileA(query, &data);
+  if (search == INVALID_HANDLE_VALUE) return 0;
+  NameList names;
+  bool ok = true;
+  do {
+    const bool file = !(data.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY);
+    if (file && matchesPattern(data.cFileName, pattern)) ok = names.add(data.cFileName);
+  } while (ok && FindNextFileA(search, &data));
+  FindClose(search);
+  if (!ok) return -3;
+  names.sort();
+  for (std::size_t i = 0; i < names.count(); ++i)
+    if (!visit(names[i], context)) break;
+  return 0;
+}
+
+}  // namespace qv::platform

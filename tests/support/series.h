@@ -1,0 +1,129 @@
+// Series and bar sets that free themselves, and data of many shapes.
+#pragma once
+
+#include <cmath>
+#include <initializer_list>
+#include <limits>
+#include <random>
+#include <vector>
+
+#include "qvlib60.h"
+
+namespace qvtest {
+
+inline constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
+inline constexpr double kInf = std::numeric_limits<double>::infinity();
+
+struct Array : QvArray {
+  Array() : QvArray{} {}
+  explicit Array(const std::vector<double>& items, int first = 0) : QvArray{} {
+    qvAllocArray(this, static_cast<int>(items.size()));
+    for (int i = 0; i < size; ++i) data[i] = items[static_cast<std::size_t>(i)];
+    firstValid = first;
+  }
+  Array(std::initializer_list<double> items) : Array(std::vector<double>(items)) {}
+  Array(const Array&) = delete;
+  Array& operator=(const Array&) = delete;
+  ~Array() { qvFreeArray(this); }
+
+  double operator[](int i) const { return data[i]; }
+  std::vector<double> items() const {
+    return data ? std::vector<double>(data, data + size) : std::vector<double>{};
+  }
+  // An allocated block full of `value`, as a caller's used output would be.
+  static void fill(QvArray& a, int capacity, double value) {
+    qvAllocArray(&a, capacity);
+    for (int i = 0; i < capacity; ++i) a.data[i] = value;
+  }
+};
+
+struct Bar {
+  double open, high, low, close, volume = 0, openInterest = 0, date = 0;
+};
+
+struct Bars : QvBars {
+  Bars() : QvBars{} {}
+  explicit Bars(const std::vector<Bar>& bars) : QvBars{} {
+    qvAllocBars(this, static_cast<int>(bars.size()));
+    for (std::size_t i = 0; i < bars.size(); ++i) {
+      date.data[i] = bars[i].date;
+      open.data[i] = bars[i].open;
+      high.data[i] = bars[i].high;
+      low.data[i] = bars[i].low;
+      close.data[i] = bars[i].close;
+      volume.data[i] = bars[i].volume;
+      openInterest.data[i] = bars[i].openInterest;
+    }
+  }
+  Bars(std::initializer_list<Bar> bars) : Bars(std::vector<Bar>(bars)) {}
+  Bars(const Bars&) = delete;
+  Bars& operator=(const Bars&) = delete;
+  ~Bars() { qvFreeBars(this); }
+};
+
+// Shapes that break careless kernels.
+enum class Shape { Walk, Flat, Integers, Offset, Rising, Falling, Zeros, NaNs };
+inline constexpr Shape kShapes[] = {Shape::Walk,   Shape::Flat,    Shape::Integers, Shape::Offset,
+                                    Shape::Rising, Shape::Falling, Shape::Zeros,    Shape::NaNs};
+
+inline std::vector<double> shaped(Shape shape, int n, unsigned seed = 1) {
+  std::mt19937 random(seed);
+  std::uniform_real_distribution<double> unit(-1.0, 1.0);
+  std::vector<double> items(static_cast<std::size_t>(n));
+  double walk = 100.0;
+  for (int i = 0; i < n; ++i) {
+    const double u = unit(random);
+    walk += u;
+    double& x = items[static_cast<std::size_t>(i)];
+    switch (shape) {
+      case Shape::Walk:
+        x = walk;
+        break;
+      case Shape::Flat:
+        x = 42.125;
+        break;
+      case Shape::Integers:
+        x = std::floor(4 * u);
+        break;  // many ties
+      case Shape::Offset:
+        x = 1e8 + 0.01 * std::floor(10 * u);
+        break;
+      case Shape::Rising:
+        x = 1.0 + i;
+        break;
+      case Shape::Falling:
+        x = 2.0 * n - i;
+        break;
+      case Shape::Zeros:
+        x = u < 0 ? 0.0 : walk;
+        break;
+      case Shape::NaNs:
+        x = u > 0.9 ? kNaN : walk;
+        break;
+    }
+  }
+  return items;
+}
+
+// Daily bars around a walk, on consistent prices (low <= open, close <= high), dated on weekdays.
+inline std::vector<Bar> walkBars(int n, unsigned seed = 1) {
+  std::mt19937 random(seed);
+  std::uniform_real_distribution<double> unit(0.0, 1.0);
+  std::vector<Bar> bars(static_cast<std::size_t>(n));
+  double close = 100.0, date = 36526.0;  // Saturday, 1 January 2000
+  for (Bar& b : bars) {
+    do date += 1.0;
+    while (qvDayOfWeek(date) > 4);
+    b.date = date;
+    b.open = close + unit(random) - 0.5;
+    close = std::max(1.0, b.open + 2 * unit(random) - 1.0);
+    b.close = close;
+    b.high = std::max(b.open, b.close) + unit(random);
+    b.low = std::min(b.open, b.close) - unit(random);
+    b.volume = std::floor(1000 + 9000 * unit(random));
+    b.openInterest = std::floor(500 + 1000 * unit(random));
+  }
+  return bars;
+}
+
+}  // namespace qvtest
