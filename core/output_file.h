@@ -1,0 +1,41 @@
+// The text output of a report, listing or chart, opened by the name that the caller gave.
+#pragma once
+
+#include <cstdio>
+
+#include "platform/names.h"
+
+namespace qv {
+
+// What the name "STDOUT" (in any case) means: standard output, or a file of that name like any
+// other.
+enum class StdoutName { kStandardOutput, kFile };
+
+// Opens for appending or truncates. Closed at the end of its life; standard output is flushed
+// instead and stays open. Test ok() after construction: a file that cannot be opened is -2.
+class OutputFile {
+ public:
+  OutputFile(const char* name, bool append, StdoutName rule = StdoutName::kStandardOutput) noexcept {
+    if (!name) return;
+    isStdout_ = rule == StdoutName::kStandardOutput && platform::compareNoCase(name, "STDOUT") == 0;
+    stream_ = isStdout_ ? stdout : std::fopen(name, append ? "at" : "wt");
+  }
+  ~OutputFile() {
+    if (isStdout_) {
+      std::fflush(stdout);
+    } else if (stream_) {
+      std::fclose(stream_);
+    }
+  }
+  OutputFile(const OutputFile&) = delete;
+  OutputFile& operator=(const OutputFile&) = delete;
+
+  bool ok() const noexcept { return stream_ != nullptr; }
+  std::FILE* stream() const noexcept { return stream_; }
+
+ private:
+  std::FILE* stream_ = nullptr;
+  bool isStdout_ = false;
+};
+
+}  // namespace qv
