@@ -1,0 +1,38 @@
+# Sourced by the other scripts: goes to the project's folder and sees to the tools that the build
+# needs.
+set -euo pipefail
+cd "$(dirname "${BASH_SOURCE[0]}")/.."
+
+build_packages=(g++ cmake ninja-build libcli11-dev)
+test_packages=(libgtest-dev)
+bench_packages=(libbenchmark-dev)
+
+# prepare PACKAGE...: installs with apt-get what is missing when it may, else says exactly what to
+# install and stops.
+prepare() {
+  local missing=() package sudo=()
+  for package in "$@"; do
+    dpkg-query -W -f='${Status}' "$package" 2>/dev/null | grep -q 'install ok installed' || missing+=("$package")
+  done
+  [ ${#missing[@]} -eq 0 ] && return 0
+  if ! command -v apt-get >/dev/null; then
+    echo "Please install these (named as Debian packages): ${missing[*]}" >&2
+    exit 1
+  fi
+  if [ "$(id -u)" -ne 0 ]; then
+    if ! sudo -n true 2>/dev/null; then
+      echo "Packages are missing. As root, run: apt-get update && apt-get install -y ${missing[*]}" >&2
+      exit 1
+    fi
+    sudo=(sudo)
+  fi
+  echo "Installing: ${missing[*]}"
+  "${sudo[@]}" apt-get update -q
+  "${sudo[@]}" env DEBIAN_FRONTEND=noninteractive apt-get install -y --no-install-recommends "${missing[@]}"
+}
+
+# build PRESET [CMAKE-OPTION...]: configures and builds it.
+build() {
+  cmake --preset "$@"
+  cmake --build --preset "$1"
+}
