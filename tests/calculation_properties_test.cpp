@@ -137,7 +137,7 @@ TEST_P(EveryCalculation, GivesTheSameIntoAReusedOutput) {
     for (std::size_t k = 0; k < fresh.outputs.size(); ++k) {
       const Array &a = *fresh.outputs[k], &b = *reused.outputs[k];
       ASSERT_EQ(a.size, b.size);
-      EXPECT_EQ(a.firstValid, b.firstValid);
+      EXPECT_EQ(c.setsFirstValid ? a.firstValid : 90, b.firstValid);
       for (int i = 0; i < a.size; ++i) ASSERT_TRUE(sameBits(a[i], b[i])) << "item " << i;
     }
   }

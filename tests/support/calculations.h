@@ -23,6 +23,7 @@ struct Calculation {
   std::vector<bool> isInteger;    // kind of each parameter
   bool inPlace = false;           // accepts one block as input and output
   bool exactFirstValid = true;    // no value below the first valid index
+  bool setsFirstValid = true;     // records where the output's values begin
   bool endsInStart = true;        // the last argument is the start index
   std::vector<int> periods = {};  // parameters for which a value below 1 is refused with -1
   std::function<int(const QvBars* const*, const QvArray* const*, QvArray* const*, const double*, int)> call;
@@ -38,6 +39,11 @@ struct Calculation {
   // A documented exception: something is kept below the first valid index.
   Calculation& keepsItemsBelowFirstValid() {
     exactFirstValid = false;
+    return *this;
+  }
+  // A documented exception: the output's first valid index stays as the caller left it.
+  Calculation& leavesFirstValid() {
+    setsFirstValid = false;
     return *this;
   }
   Calculation& refusesPeriods(std::vector<int> which) {

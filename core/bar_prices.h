@@ -1,0 +1,36 @@
+// The prices that sum up one bar, for loops that have checked their series.
+#pragma once
+
+namespace qv {
+
+// The first bar has no previous close: its true high and low are its own.
+inline double trueHigh(const double* high, const double* close, int i) noexcept {
+  return i > 0 && high[i] <= close[i - 1] ? close[i - 1] : high[i];
+}
+
+inline double trueLow(const double* low, const double* close, int i) noexcept {
+  return i > 0 && low[i] >= close[i - 1] ? close[i - 1] : low[i];
+}
+
+inline double trueRange(const double* high, const double* low, const double* close, int i) noexcept {
+  return trueHigh(high, close, i) - trueLow(low, close, i);
+}
+
+inline double medianPrice(double high, double low) noexcept {
+  return (high + low) / 2.0;
+}
+
+inline double typicalPrice(double high, double low, double close) noexcept {
+  return (high + low + close) / 3.0;
+}
+
+inline double weightedClose(double high, double low, double close) noexcept {
+  return (high + low + 2.0 * close) / 4.0;
+}
+
+// An open of exactly 0 stands for a bar set without opens.
+inline double averagePrice(double open, double high, double low, double close) noexcept {
+  return open == 0.0 ? typicalPrice(high, low, close) : (open + high + low + close) / 4.0;
+}
+
+}  // namespace qv
