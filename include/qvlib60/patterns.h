@@ -2,10 +2,6 @@
 #ifndef QVLIB60_PATTERNS_H
 #define QVLIB60_PATTERNS_H
 
-#include "qvlib60/core.h"
-
-QV_BEGIN_DECLS
-
-QV_END_DECLS
+#include "qvlib60/patterns/formations.h"
 
 #endif
