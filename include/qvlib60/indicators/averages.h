@@ -1,10 +1,70 @@
-/* Moving averages and smoothing sums. */
+/* Moving averages and smoothing sums of one series.
+
+   Common to all: s = the larger of start and the input's first valid index, p = the period. A period
+   below 1 (or not a number) is -1 with nothing written. Periods longer than the series are fine: there
+   is no value then but the ones that a function names. Functions that may run in place (input and
+   output the same block) leave the items below s as they are; into another output these are 0.0. */
 #ifndef QVLIB60_INDICATORS_AVERAGES_H
 #define QVLIB60_INDICATORS_AVERAGES_H
 
 #include "qvlib60/core.h"
 
 QV_BEGIN_DECLS
+
+/* ---- Exponential smoothing ------------------------------------------------------------------- */
+
+/* Exponential average, smoothing constant 2 / (p + 1), seeded with the first input. First valid s.
+   Runs in place. */
+QVAPI int QVCALL qvExpMA(const QvArray* in, QvArray* out, double period, int start) QVNOEXCEPT;
+
+/* Exponential average of in[i] + (in[i] - in[i - L]), L = (p - 1) / 2 truncated and at least 1, which
+   makes up for the average's lag (John Ehlers and Ric Way, "Zero Lag (Well, Almost)", 2010). Seeded
+   with in[s]; first valid s + L - 1. */
+QVAPI int QVCALL qvZeroLagExpMA(const QvArray* in, QvArray* out, double period, int start) QVNOEXCEPT;
+
+/* Double exponential average 2 e1 - e2, where e2 smooths e1 (Patrick Mulloy, "Smoothing Data with
+   Faster Moving Averages", 1994). First valid s + 1; item s holds the seed in[s]. */
+QVAPI int QVCALL qvDEMA(const QvArray* in, QvArray* out, double period, int start) QVNOEXCEPT;
+
+/* Triple exponential average 3 e1 - 3 e2 + e3 (the same author and work). First valid s + 1; item s
+   holds the seed in[s]. */
+QVAPI int QVCALL qvTEMA(const QvArray* in, QvArray* out, double period, int start) QVNOEXCEPT;
+
+/* Generalised double smoothing (1 + v) e1 - v e2, applied `passes` times over (Tim Tillson,
+   "Smoothing Techniques for More Accurate Signals", 1998; his T3 has 3 passes and v = 0.7).
+   volumeFactor v is kept within 0 .. 1 (not a number counts as 0): 0 is the exponential average, 1
+   the double exponential one. passes below 1 counts as 1, above 10,000 as 10,000. First valid s. */
+QVAPI int QVCALL qvT3(const QvArray* in, QvArray* out, double period, double volumeFactor, int passes,
+                      int start) QVNOEXCEPT;
+
+/* Wilder's average: the plain average of the first p items, then ((p - 1) * previous + in[i]) / p
+   (J. Welles Wilder, "New Concepts in Technical Trading Systems", 1978). First valid s + p - 1. When
+   fewer than p items exist, their sum divided by p stands in the last item. Runs in place. */
+QVAPI int QVCALL qvWellesMA(const QvArray* in, QvArray* out, int period, int start) QVNOEXCEPT;
+
+/* Wilder's smoothed sum (the same work): the plain sum of the first p items, then
+   previous - previous / p + in[i]. First valid s + p - 1. When fewer than p items exist, their sum
+   stands in the last item. Runs in place. */
+QVAPI int QVCALL qvWellesSum(const QvArray* in, QvArray* out, int period, int start) QVNOEXCEPT;
+
+/* One step of exponential smoothing: previous + 2 / (period + 1) * (value - previous). */
+QVAPI double QVCALL qvEMA(double previous, double value, double period) QVNOEXCEPT;
+
+/* The smoothing constant of a period, 2 / (period + 1), and the period of a smoothing constant,
+   (2 - exponent) / exponent. */
+QVAPI double QVCALL qvPeriodToExp(double period) QVNOEXCEPT;
+QVAPI double QVCALL qvExpToPeriod(double exponent) QVNOEXCEPT;
+
+/* ---- Averages that follow the market --------------------------------------------------------- */
+
+/* Variable index dynamic average: an exponential average whose constant is multiplied by the absolute
+   value of the Chande momentum oscillator (qvCMO) as a fraction (Tushar Chande and Stanley Kroll,
+   "The New Technical Trader", 1994). First valid m = s + cmoPeriod, 13 bars more when cmoPeriod is
+   exactly 9; item m - 1 holds the seed in[m - 1]. */
+QVAPI int QVCALL qvVIDYA(const QvArray* in, QvArray* out, int cmoPeriod, int period, int start) QVNOEXCEPT;
+
+/* qvVIDYA with an oscillator of 9 bars. First valid s + 22; item s + 21 holds the seed. */
+QVAPI int QVCALL qvVariableMA(const QvArray* in, QvArray* out, int period, int start) QVNOEXCEPT;
 
 QV_END_DECLS
 

@@ -1,0 +1,190 @@
+// Averages with an unlimited memory: every bar moves the average by a share of its distance from the
+// new value. Exponential, double and triple exponential, generalised double smoothing, zero lag, and
+// Wilder's smoothing.
+//
+// Each bar waits for the one before it, so these loops are bound by the latency of that step; all
+// that does not hang on the previous result stays outside the chain.
+#include <algorithm>
+
+#include "core/calculation.h"
+#include "core/numbers.h"
+#include "qvlib60/indicators/averages.h"
+
+using namespace qv;
+
+namespace {
+
+// Refuses a not-a-number too.
+bool isPeriod(double period) noexcept {
+  return period >= 1.0;
+}
+
+class Smoothing {
+ public:
+  explicit Smoothing(double period) noexcept : k_(qvPeriodToExp(period)), rest_(1.0 - k_) {}
+  double next(double previous, double value) const noexcept { return k_ * value + rest_ * previous; }
+
+ private:
+  double k_, rest_;
+};
+
+// One generalised double smoothing of x[s .. n - 1] into y, which may be x; y[s] is the seed x[s].
+// With factor 0 it is the exponential average, with factor 1 the double exponential one.
+void smoothTwice(const double* x, int s, int n, Smoothing smoothing, double factor, double* y) noexcept {
+  if (s >= n) return;
+  double e1 = x[s], e2 = x[s];
+  y[s] = x[s];
+  for (int i = s + 1; i < n; ++i) {
+    e1 = smoothing.next(e1, x[i]);
+    e2 = smoothing.next(e2, e1);
+    y[i] = (1.0 + factor) * e1 - factor * e2;
+  }
+}
+
+// The start that Wilder's average and sum share: the plain sum of the first `period` items from s, or
+// of as many as there are. Clears the output over them and returns the index behind the last.
+int wellesSeed(const double* x, int s, int n, int period, double* y, double* sum) noexcept {
+  const int end = std::min(n, saturatingSum(s, period));
+  *sum = 0.0;
+  for (int i = s; i < end; ++i) {
+    *sum += x[i];
+    y[i] = 0.0;
+  }
+  return end;
+}
+
+// Far above any use; a wild number of passes must not keep the caller waiting for days.
+constexpr int kMostPasses = 10000;
+
+}  // namespace
+
+extern "C" {
+
+double QVCALL qvPeriodToExp(double period) noexcept {
+  return 2.0 / (period + 1.0);
+}
+
+double QVCALL qvExpToPeriod(double exponent) noexcept {
+  return (2.0 - exponent) / exponent;
+}
+
+double QVCALL qvEMA(double previous, double value, double period) noexcept {
+  return previous + (2.0 / (period + 1.0)) * (value - previous);
+}
+
+int QVCALL qvExpMA(const QvArray* in, QvArray* out, double period, int start) noexcept {
+  if (!isPeriod(period)) return QV_INVALID_PARM;
+  const int n = prepareOutputInPlace(in, out);
+  if (n < 1) return n;
+  const int s = firstValidOf(start, {in});
+  if (s < n) {
+    const Smoothing smoothing(period);
+    const double* x = in->data;
+    double* y = out->data;
+    double average = y[s] = x[s];
+    for (int i = s + 1; i < n; ++i) y[i] = average = smoothing.next(average, x[i]);
+  }
+  qvSetFirstValid(out, s);
+  return QV_OK;
+}
+
+int QVCALL qvZeroLagExpMA(const QvArray* in, QvArray* out, double period, int start) noexcept {
+  if (!isPeriod(period)) return QV_INVALID_PARM;
+  const int n = prepareOutputs({}, {in}, {out});
+  if (n < 1) return n;
+  const int s = firstValidOf(start, {in});
+  const int lag = truncatedInt(std::max(1.0, (period - 1.0) / 2.0));
+  const int first = saturatingSum(s, lag, -1);
+  if (first < n) {
+    const Smoothing smoothing(period);
+    const double* x = in->data;
+    double* y = out->data;
+    double average = y[first] = x[s];
+    for (int i = first + 1; i < n; ++i) y[i] = average = smoothing.next(average, 2.0 * x[i] - x[i - lag]);
+  }
+  qvSetFirstValid(out, first);
+  return QV_OK;
+}
+
+int QVCALL qvDEMA(const QvArray* in, QvArray* out, double period, int start) noexcept {
+  if (!isPeriod(period)) return QV_INVALID_PARM;
+  const int n = prepareOutputs({}, {in}, {out});
+  if (n < 1) return n;
+  const int s = firstValidOf(start, {in});
+  smoothTwice(in->data, s, n, Smoothing(period), 1.0, out->data);
+  qvSetFirstValid(out, saturatingSum(s, 1));
+  return QV_OK;
+}
+
+int QVCALL qvTEMA(const QvArray* in, QvArray* out, double period, int start) noexcept {
+  if (!isPeriod(period)) return QV_INVALID_PARM;
+  const int n = prepareOutputs({}, {in}, {out});
+  if (n < 1) return n;
+  const int s = firstValidOf(start, {in});
+  if (s < n) {
+    const Smoothing smoothing(period);
+    const double* x = in->data;
+    double* y = out->data;
+    double e1 = x[s], e2 = x[s], e3 = x[s];
+    y[s] = x[s];
+    for (int i = s + 1; i < n; ++i) {
+      e1 = smoothing.next(e1, x[i]);
+      e2 = smoothing.next(e2, e1);
+      e3 = smoothing.next(e3, e2);
+      y[i] = 3.0 * e1 - 3.0 * e2 + e3;
+    }
+  }
+  qvSetFirstValid(out, saturatingSum(s, 1));
+  return QV_OK;
+}
+
+int QVCALL qvT3(const QvArray* in, QvArray* out, double period, double volumeFactor, int passes,
+                int start) noexcept {
+  if (!isPeriod(period)) return QV_INVALID_PARM;
+  const int n = prepareOutputs({}, {in}, {out});
+  if (n < 1) return n;
+  const int s = firstValidOf(start, {in});
+  const double factor = volumeFactor > 0.0 ? std::min(volumeFactor, 1.0) : 0.0;
+  const Smoothing smoothing(period);
+  smoothTwice(in->data, s, n, smoothing, factor, out->data);
+  for (int pass = 2; pass <= std::min(passes, kMostPasses); ++pass)
+    smoothTwice(out->data, s, n, smoothing, factor, out->data);
+  qvSetFirstValid(out, s);
+  return QV_OK;
+}
+
+int QVCALL qvWellesMA(const QvArray* in, QvArray* out, int period, int start) noexcept {
+  if (period < 1) return QV_INVALID_PARM;
+  const int n = prepareOutputInPlace(in, out);
+  if (n < 1) return n;
+  const int s = firstValidOf(start, {in});
+  if (s < n) {
+    const double* x = in->data;
+    double* y = out->data;
+    double average;
+    const int end = wellesSeed(x, s, n, period, y, &average);
+    y[end - 1] = average /= period;
+    for (int i = end; i < n; ++i) y[i] = average = ((period - 1) * average + x[i]) / period;
+  }
+  qvSetFirstValid(out, saturatingSum(s, period, -1));
+  return QV_OK;
+}
+
+int QVCALL qvWellesSum(const QvArray* in, QvArray* out, int period, int start) noexcept {
+  if (period < 1) return QV_INVALID_PARM;
+  const int n = prepareOutputInPlace(in, out);
+  if (n < 1) return n;
+  const int s = firstValidOf(start, {in});
+  if (s < n) {
+    const double* x = in->data;
+    double* y = out->data;
+    double sum;
+    const int end = wellesSeed(x, s, n, period, y, &sum);
+    y[end - 1] = sum;
+    for (int i = end; i < n; ++i) y[i] = sum = sum - sum / period + x[i];
+  }
+  qvSetFirstValid(out, saturatingSum(s, period, -1));
+  return QV_OK;
+}
+
+}  // extern "C"
