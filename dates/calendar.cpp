@@ -7,6 +7,7 @@
 #include <cmath>
 #include <cstdint>
 
+#include "core/characters.h"
 #include "core/numbers.h"
 #include "qvlib60/dates.h"
 
@@ -70,11 +71,6 @@ bool isTime(int hour, int minute, int second) noexcept {
   return hour >= 0 && hour < 24 && minute >= 0 && minute < 60 && second >= 0 && second < 60;
 }
 
-// The letter that names a part of a date, in upper case.
-char partLetter(const char* part) noexcept {
-  return *part >= 'a' && *part <= 'z' ? static_cast<char>(*part - 'a' + 'A') : *part;
-}
-
 }  // namespace
 
 int qv::dates::widenedYear(int year) noexcept {
@@ -130,7 +126,7 @@ double QVCALL qvNumToTime(int hhmmss) noexcept {
 int QVCALL qvDatePart(const char* part, double date) noexcept {
   if (!part) return QV_INVALID_PARM;
   int value = 0;
-  switch (partLetter(part)) {
+  switch (qv::upperCase(*part)) {
     case 'Y':
       qvDateToYMD(date, &value, nullptr, nullptr, nullptr, nullptr, nullptr);
       break;
@@ -157,7 +153,7 @@ int QVCALL qvDatePart(const char* part, double date) noexcept {
 
 int QVCALL qvDateDiff(const char* part, double date1, double date2) noexcept {
   if (!part) return QV_INVALID_PARM;
-  switch (partLetter(part)) {
+  switch (qv::upperCase(*part)) {
     case 'D':
       return qv::truncatedInt(std::trunc(date2) - std::trunc(date1));
     case 'S':

@@ -59,6 +59,61 @@ QVAPI int QVCALL qvDateValidate(int year, int month, int day, int hour, int minu
 /* Sets the process-wide two-digit-year cutoff; values outside 0 .. 99 are ignored. */
 QVAPI void QVCALL qvSet2DigitYearCutoff(int cutoff) QVNOEXCEPT;
 
+/* ---- Text ------------------------------------------------------------------------------------ */
+
+/* The `format` of these functions is the order of the fields: 0 year month day, 1 month day year,
+   2 day month year; others count as 0.
+
+   A date text is cut into groups of letters and groups of digits (at most 8, of which the first 8
+   characters count); everything else separates. The first three groups are the date, the next ones
+   hour, minute and second; a last group that begins with P adds 12 to an hour below 12, an AM marker
+   changes nothing. A month may be named (its first three letters, in either case, count). One or two
+   groups are the compact forms: yymmdd or with format 0 yyyymmdd, mmddyyyy with format 1, ddmmyyyy
+   with format 2, then hhmmss. A text that begins with a separator has an empty first group and is
+   invalid in most cases.
+
+   A time text: up to three numbers from the first digit on; a number ends at any other character and
+   after two digits, so two separators in a row leave a field 0. A P anywhere adds 12 to an hour below
+   12. A text without digits is 0:00:00 and valid. */
+
+/* Stores the six fields (each pointer may be null), also when invalid. 1 valid, 0 invalid, -1 null
+   text (nothing stored). */
+QVAPI int QVCALL qvDateStrToYMD(const char* text, int format, int* year, int* month, int* day, int* hour,
+                                int* minute, int* second) QVNOEXCEPT;
+
+/* The date number of a text; 0.0 when invalid. */
+QVAPI double QVCALL qvDateStrToDate(const char* text, int format) QVNOEXCEPT;
+
+/* 1 valid, 0 invalid, -1 null text. */
+QVAPI int QVCALL qvDateStrValidate(const char* text, int format) QVNOEXCEPT;
+
+/* Stores the three fields (each pointer may be null), also when invalid. 1 valid, 0 invalid, -1 null
+   text (nothing stored). */
+QVAPI int QVCALL qvTimeStrToHMS(const char* text, int* hour, int* minute, int* second) QVNOEXCEPT;
+
+/* The fraction of a day of a time text; 0.0 when invalid. */
+QVAPI double QVCALL qvTimeStrToTime(const char* text) QVNOEXCEPT;
+
+/* Prints a date by a picture; returns the length of the text. Runs of these letters, in either case,
+   are fields; all else is copied:
+     Y  year: a run of four prints four digits (years above 9999 print 9999, below 0 0000), any other
+        run the last two of them
+     M  month; minute when an hour came before, with no M or N since
+     D day, H hour, N minute, S second, as the month: two digits, one for a single letter where that
+        is enough
+     A  a marker AM/PM or A/P: its first part before noon, its second from noon on, and H counts 1 to
+        12 in the whole picture. A marker takes five characters of the picture, three when a "/"
+        follows the A; of a marker that the end of the picture cuts short, the characters that are
+        there are written ("AM" prints nothing in the afternoon).
+   `out` needs room for the length of the picture, one more for each field of a single
+   letter, and the terminator. -1 when out or picture is null
+   (an empty text when only the picture is). The picture must not lie in `out`. */
+QVAPI int QVCALL qvFormatDate(double date, const char* picture, char* out) QVNOEXCEPT;
+
+/* Sets the process-wide order of the fields in listings and reports (initially 0); values other than
+   0, 1 and 2 are ignored. */
+QVAPI void QVCALL qvSetDefaultDateFormat(int format) QVNOEXCEPT;
+
 QV_END_DECLS
 
 #endif
