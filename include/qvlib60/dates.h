@@ -114,6 +114,49 @@ QVAPI int QVCALL qvFormatDate(double date, const char* picture, char* out) QVNOE
    0, 1 and 2 are ignored. */
 QVAPI void QVCALL qvSetDefaultDateFormat(int format) QVNOEXCEPT;
 
+/* ---- Convenience wrappers -------------------------------------------------------------------- */
+
+/* An older set of functions with 16-bit parts and numbered text formats, over those above. A "Julian"
+   value is the date number.
+
+   Date formats: 1 YY-MM-DD, 2 YYYY-MM-DD, 3 MM-DD-YY, 4 MM-DD-YYYY, 5 DD-MM-YY, 6 DD-MM-YYYY, with the
+   caller's separator in place of the dash; 7 to 12 the same without a separator. Time formats:
+   1 HH-NN-SS, 2 HH-NN, 3 HHNNSS, 4 HHNN. For parsing a format only tells the order of the fields;
+   other codes are year month day. */
+
+QVAPI double QVCALL qvYMDToJulian(short year, short month, short day) QVNOEXCEPT;
+QVAPI double QVCALL qvHMSToJulian(short hour, short minute, short second) QVNOEXCEPT;
+
+/* Nothing is stored unless all three pointers are given. Years saturate at 16 bits. */
+QVAPI void QVCALL qvJulianToYMD(double date, short* year, short* month, short* day) QVNOEXCEPT;
+QVAPI void QVCALL qvJulianToHMS(double date, short* hour, short* minute, short* second) QVNOEXCEPT;
+
+/* 0 Monday .. 6 Sunday. */
+QVAPI int QVCALL qvJulianDOW(double date) QVNOEXCEPT;
+
+/* Days from the first date to the second. An invalid date counts as day 0. */
+QVAPI int QVCALL qvJulianDif(double date1, double date2) QVNOEXCEPT;
+QVAPI int QVCALL qvYMDDif(short y1, short m1, short d1, short y2, short m2, short d2) QVNOEXCEPT;
+QVAPI int QVCALL qvDateTxtDif(const char* text1, const char* text2, short code1, short code2) QVNOEXCEPT;
+
+/* Seconds from the first time of day to the second. An invalid time counts as 0:00:00; the last
+   arguments of the text form are ignored. */
+QVAPI int QVCALL qvHMSDif(short h1, short m1, short s1, short h2, short m2, short s2) QVNOEXCEPT;
+QVAPI int QVCALL qvTimeTxtDif(const char* text1, const char* text2, int unused1, int unused2) QVNOEXCEPT;
+
+/* As qvDateStrToDate, qvDateStrValidate and qvTimeStrToTime; the last argument of the time form is
+   ignored. */
+QVAPI double QVCALL qvDateTxtToJulian(const char* text, short code) QVNOEXCEPT;
+QVAPI int QVCALL qvDateTxtVal(const char* text, short code) QVNOEXCEPT;
+QVAPI double QVCALL qvTimeTxtToJulian(const char* text, int unused) QVNOEXCEPT;
+
+/* Print in a numbered format; the separator may have any length and becomes part of the picture
+   (letters of qvFormatDate in it are fields); formats without one ignore it. The length of the text;
+   0 and an empty text for other codes; -1 for a null out or a null separator where one is used; -3
+   when memory for the picture runs out. `out` needs the room that qvFormatDate asks for. */
+QVAPI int QVCALL qvJulianToDateTxt(double date, short code, const char* separator, char* out) QVNOEXCEPT;
+QVAPI int QVCALL qvJulianToTimeTxt(double date, short code, const char* separator, char* out) QVNOEXCEPT;
+
 QV_END_DECLS
 
 #endif
