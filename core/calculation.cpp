@@ -10,16 +10,11 @@ namespace qv {
 
 namespace {
 
-// True when all the series that a calculation reads are there; lowers n and cap to the set's.
+// Lowers n and cap to the set's when all the series that a calculation reads are there.
 bool takeBars(const BarInput& in, int& n, int& cap) noexcept {
-  if (!in.bars || !in.bars->date.data) return false;
+  if (!hasSeries(in)) return false;
   n = std::min(n, in.bars->barsize);
   cap = std::min(cap, in.bars->datasize);
-  for (int k = 0; k < kSeriesCount; ++k) {
-    if (!(in.series & (1u << k))) continue;
-    const QvArray& a = seriesOf(*in.bars, k);
-    if (!a.data || a.capacity < in.bars->barsize) return false;
-  }
   return true;
 }
 
@@ -33,14 +28,30 @@ bool takeArray(const QvArray* a, int& n, int& cap) noexcept {
 bool sharesInput(const QvArray* out, std::initializer_list<BarInput> bars,
                  std::initializer_list<const QvArray*> inputs) noexcept {
   for (const BarInput& b : bars)
-    for (int k = 1; k < kSeriesCount; ++k)  // the date series may serve as an output
-      if (seriesOf(*b.bars, k).data == out->data) return true;
+    if (sharesSeries(*out, *b.bars)) return true;
   for (const QvArray* a : inputs)
     if (a->data == out->data) return true;
   return false;
 }
 
 }  // namespace
+
+bool hasSeries(const BarInput& in) noexcept {
+  if (!in.bars || !in.bars->date.data) return false;
+  for (int k = 0; k < kSeriesCount; ++k) {
+    if (!(in.series & (1u << k))) continue;
+    const QvArray& a = seriesOf(*in.bars, k);
+    if (!a.data || a.capacity < in.bars->barsize) return false;
+  }
+  return true;
+}
+
+bool sharesSeries(const QvArray& out, const QvBars& bars) noexcept {
+  if (!out.data) return false;
+  for (int k = 1; k < kSeriesCount; ++k)  // the date series may serve as an output
+    if (seriesOf(bars, k).data == out.data) return true;
+  return false;
+}
 
 int prepareOutputs(std::initializer_list<BarInput> bars, std::initializer_list<const QvArray*> inputs,
                    std::initializer_list<QvArray*> outputs) noexcept {

@@ -44,6 +44,12 @@ inline constexpr int kSeriesCount = 7;
 int prepareOutputs(std::initializer_list<BarInput> bars, std::initializer_list<const QvArray*> inputs,
                    std::initializer_list<QvArray*> outputs) noexcept;
 
+// Parts of that check, for a bar set that does not take part in the working count: true when the set
+// holds its dates and the series that are read, and when an output shares the block of a series (the
+// dates excepted).
+bool hasSeries(const BarInput& in) noexcept;
+bool sharesSeries(const QvArray& out, const QvBars& bars) noexcept;
+
 // The same for a calculation of one series that may run in place: when both share their block the
 // output is left alone and the count is the input's size.
 int prepareOutputInPlace(const QvArray* in, QvArray* out) noexcept;

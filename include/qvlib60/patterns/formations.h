@@ -3,7 +3,8 @@
    Signals are +1 (bullish, upward), -1 (bearish, downward) and 0; series hold them as doubles.
    Comparisons are strict, so equal prices never make a formation. The single-bar tests compare bar i
    with the bar before: 0 at bar 0 and wherever there is no such bar or a series is missing; -1 for a
-   null record.
+   null record. Gaps, island and key reversals are described in Robert D. Edwards and John Magee,
+   "Technical Analysis of Stock Trends", 1948.
 
    The fill functions clear or allocate their output as the indicators do, and return -1 for missing
    data or an output that shares an input's block, -3 when memory runs out. */
