@@ -1,0 +1,86 @@
+/* The candle engine: every bar of a bar set classified once by colour, body and shadows, single
+   fields of that classification, body and gap comparisons of neighbouring bars, and a signal series
+   of one named pattern.
+
+   Source of the classification: Steve Nison, "Japanese Candlestick Charting Techniques" (1991). */
+#ifndef QVLIB60_PATTERNS_CANDLES_H
+#define QVLIB60_PATTERNS_CANDLES_H
+
+#include "qvlib60/core.h"
+
+QV_BEGIN_DECLS
+
+#pragma pack(push, QV_POINTER_PACK)
+
+/* One bar, four bytes. */
+typedef struct QvCandle {
+  int8_t colour;       /* 0 open equals close, 1 black (open above close), 2 white */
+  int8_t shape;        /* 0 doji, 1 small body, 3 long body (2 is never produced) */
+  int8_t topShadow;    /* 1 short, 2 normal, 3 long */
+  int8_t bottomShadow; /* 1 short, 2 normal, 3 long */
+} QvCandle;
+
+/* The candles of a bar set. Set the factors, or clear them for the defaults, before
+   qvCandleConstruct. */
+typedef struct QvCandles {
+  QvCandle* records;        /* one for each bar; only a block that qvCandleConstruct made, or null */
+  double longShadowFactor;  /* a shadow longer than this many bodies is long; 0 means 2.0 */
+  double shortShadowFactor; /* a shadow shorter than this many bodies is short; 0 means 0.75 */
+  double dojiFactor;        /* a body up to this fraction of its lower end is a doji; 0 means 0.005 */
+} QvCandles;
+
+#pragma pack(pop)
+
+/* ---- The set --------------------------------------------------------------------------------- */
+
+/* Classifies every bar (barsize of them, none in an empty set) into a new block of records and
+   writes the defaults into factors that were 0. Reads open, high, low and close. A body above the
+   average body of the bars whose open differs from their close is long; if all bars are flat none
+   is. A shadow is compared with its own bar's body, in a flat bar with dojiFactor times the price.
+   Records of an earlier construction are not freed: call qvCandleFree first. The records describe
+   the bars as they are now; construct again after changing them.
+   0; -1 when a price series is missing; -3 (then records is null). */
+QVAPI int QVCALL qvCandleConstruct(const QvBars* bars, QvCandles* candles) QVNOEXCEPT;
+
+/* Frees the records and clears the pointer; the factors stay. The result is always 0. */
+QVAPI int QVCALL qvCandleFree(QvCandles* candles) QVNOEXCEPT;
+
+/* ---- Single fields --------------------------------------------------------------------------- */
+
+/* A field of bar i as listed with QvCandle; 0 when the set has no bar i, -1 for a null set. */
+QVAPI int QVCALL qvCandleColor(const QvCandles* candles, int i) QVNOEXCEPT;
+QVAPI int QVCALL qvCandleShape(const QvCandles* candles, int i) QVNOEXCEPT;
+QVAPI int QVCALL qvCandleTopShadow(const QvCandles* candles, int i) QVNOEXCEPT;
+QVAPI int QVCALL qvCandleBotShadow(const QvCandles* candles, int i) QVNOEXCEPT;
+
+/* ---- Neighbouring bars ----------------------------------------------------------------------- */
+
+/* (open + close) / 2 of bar i; 0.0 outside the series. */
+QVAPI double QVCALL qvBodyMidpoint(const QvBars* bars, int i) QVNOEXCEPT;
+
+/* 1 when the body of bar i lies wholly above (up) or below (down) the body of bar i - 1 without
+   touching it, else 0, also where bar i or bar i - 1 does not exist; -1 for a null set. */
+QVAPI int QVCALL qvBodyGapUp(const QvBars* bars, int i) QVNOEXCEPT;
+QVAPI int QVCALL qvBodyGapDn(const QvBars* bars, int i) QVNOEXCEPT;
+
+/* The same for the whole range of the bars, shadows included. */
+QVAPI int QVCALL qvWesternGapUp(const QvBars* bars, int i) QVNOEXCEPT;
+QVAPI int QVCALL qvWesternGapDn(const QvBars* bars, int i) QVNOEXCEPT;
+
+/* 1 when |a - b| is below a * tolerance, else 0. The tolerance is relative to the first number, so
+   the order matters; a tolerance of 0 finds nothing equal. */
+QVAPI int QVCALL qvApproxEqual(double a, double b, double tolerance) QVNOEXCEPT;
+
+/* ---- Signals --------------------------------------------------------------------------------- */
+
+/* out[i] = 1.0 where the named pattern ends at bar i, 0.0 elsewhere, for i from first to last (kept
+   within the series; the rest of out is 0.0). The names are those of the functions in
+   candle_patterns.h, in any case. Leaves out's first valid index as it was.
+   The number of bars found, -1 (unknown name; missing candles, prices or arguments) or -3. An
+   unknown name is found first: nothing is touched. */
+QVAPI int QVCALL qvCandleFill(const QvBars* bars, const QvCandles* candles, QvArray* out, const char* name,
+                              int first, int last) QVNOEXCEPT;
+
+QV_END_DECLS
+
+#endif
