@@ -10,37 +10,65 @@ using namespace qv;
 
 namespace {
 
-// The sums of a window's rises and falls, rolled from bar to bar.
-class Moves {
- public:
-  void add(double change) noexcept {
-    up_ += rise(change);
-    down_ += rise(-change);
-    ups_ += change > 0.0;
-    downs_ += change < 0.0;
-  }
+double rise(double move) noexcept {
+  return move > 0.0 ? move : 0.0;
+}
 
-  void remove(double change) noexcept {
-    up_ -= rise(change);
-    down_ -= rise(-change);
-    ups_ -= change > 0.0;
-    downs_ -= change < 0.0;
-    // What rounding leaves of moves that have gone must not pass for a move: a flat window is zero.
-    if (ups_ == 0) up_ = 0.0;
-    if (downs_ == 0) down_ = 0.0;
-  }
+double balance(double up, double down) noexcept {
+  const double value = (up - down) / (up + down) * 100.0;
+  return isNonZero(up + down) ? value : 0.0;
+}
 
-  double balance() const noexcept {
-    const double total = up_ + down_;
-    return isNonZero(total) ? (up_ - down_) / total * 100.0 : 0.0;
-  }
-
- private:
-  static double rise(double change) noexcept { return change > 0.0 ? change : 0.0; }
-
-  double up_ = 0.0, down_ = 0.0;
-  int ups_ = 0, downs_ = 0;
+// The rises and falls of one window.
+struct Moves {
+  double up = 0.0, down = 0.0;
+  int ups = 0, downs = 0;  // how many they are
 };
+
+Moves movesOf(const double* x, int from, int to) noexcept {
+  Moves window;
+  for (int i = from; i <= to; ++i) {
+    const double move = x[i] - x[i - 1];
+    window.up += rise(move);
+    window.down += rise(-move);
+    window.ups += move > 0.0;
+    window.downs += move < 0.0;
+  }
+  return window;
+}
+
+// Rolls the window from bar `begin` to the end of the series. From bar to bar only the sums hang on
+// each other; the moves before them and the quotients behind them are made for many bars at a time.
+void roll(const double* x, int begin, int n, int period, Moves window, double* y) noexcept {
+  constexpr int kMany = 128;
+  double up[kMany], down[kMany], oldUp[kMany], oldDown[kMany];
+  int ups[kMany], downs[kMany];
+  for (; begin < n; begin += kMany) {
+    const int count = std::min(kMany, n - begin);
+    const double* entering = x + begin;
+    const double* leaving = entering - period;
+    for (int k = 0; k < count; ++k) {
+      const double move = entering[k] - entering[k - 1], oldMove = leaving[k] - leaving[k - 1];
+      up[k] = rise(move);
+      down[k] = rise(-move);
+      oldUp[k] = rise(oldMove);
+      oldDown[k] = rise(-oldMove);
+      ups[k] = (move > 0.0) - (oldMove > 0.0);
+      downs[k] = (move < 0.0) - (oldMove < 0.0);
+    }
+    for (int k = 0; k < count; ++k) {
+      window.ups += ups[k];
+      window.downs += downs[k];
+      // What rounding leaves of moves that are gone must not pass for a move: a market that stands
+      // still has no momentum.
+      window.up = window.ups > 0 ? window.up + up[k] - oldUp[k] : 0.0;
+      window.down = window.downs > 0 ? window.down + down[k] - oldDown[k] : 0.0;
+      up[k] = window.up;
+      down[k] = window.down;
+    }
+    for (int k = 0; k < count; ++k) y[begin + k] = balance(up[k], down[k]);
+  }
+}
 
 }  // namespace
 
@@ -53,15 +81,9 @@ int QVCALL qvCMO(const QvArray* in, QvArray* out, int period, int start) noexcep
   const int f = firstValidOf(start, {in});
   const int first = saturatingSum(f, period);
   if (first < n) {
-    const double* x = in->data;
-    Moves moves;
-    for (int i = f + 1; i <= first; ++i) moves.add(x[i] - x[i - 1]);
-    out->data[first] = moves.balance();
-    for (int i = first + 1; i < n; ++i) {
-      moves.add(x[i] - x[i - 1]);
-      moves.remove(x[i - period] - x[i - period - 1]);
-      out->data[i] = moves.balance();
-    }
+    const Moves window = movesOf(in->data, f + 1, first);
+    out->data[first] = balance(window.up, window.down);
+    roll(in->data, first + 1, n, period, window, out->data);
   }
   qvSetFirstValid(out, first);
   return QV_OK;

@@ -28,16 +28,24 @@ class Smoothing {
   double k_, rest_;
 };
 
-// One generalised double smoothing of x[s .. n - 1] into y, which may be x; y[s] is the seed x[s].
-// With factor 0 it is the exponential average, with factor 1 the double exponential one.
+// Generalised double smoothing of x[s .. n - 1] into y, which may be x, kPasses times over; y[s] is the
+// seed x[s]. With factor 0 a pass is the exponential average, with factor 1 the double exponential one.
+// Several passes run abreast: each waits for its own last bar only.
+template <int kPasses>
 void smoothTwice(const double* x, int s, int n, Smoothing smoothing, double factor, double* y) noexcept {
   if (s >= n) return;
-  double e1 = x[s], e2 = x[s];
+  double e1[kPasses], e2[kPasses];
+  std::fill_n(e1, kPasses, x[s]);
+  std::fill_n(e2, kPasses, x[s]);
   y[s] = x[s];
   for (int i = s + 1; i < n; ++i) {
-    e1 = smoothing.next(e1, x[i]);
-    e2 = smoothing.next(e2, e1);
-    y[i] = (1.0 + factor) * e1 - factor * e2;
+    double value = x[i];
+    for (int pass = 0; pass < kPasses; ++pass) {
+      e1[pass] = smoothing.next(e1[pass], value);
+      e2[pass] = smoothing.next(e2[pass], e1[pass]);
+      value = (1.0 + factor) * e1[pass] - factor * e2[pass];
+    }
+    y[i] = value;
   }
 }
 
@@ -111,7 +119,7 @@ int QVCALL qvDEMA(const QvArray* in, QvArray* out, double period, int start) noe
   const int n = prepareOutputs({}, {in}, {out});
   if (n < 1) return n;
   const int s = firstValidOf(start, {in});
-  smoothTwice(in->data, s, n, Smoothing(period), 1.0, out->data);
+  smoothTwice<1>(in->data, s, n, Smoothing(period), 1.0, out->data);
   qvSetFirstValid(out, saturatingSum(s, 1));
   return QV_OK;
 }
@@ -146,9 +154,10 @@ int QVCALL qvT3(const QvArray* in, QvArray* out, double period, double volumeFac
   const int s = firstValidOf(start, {in});
   const double factor = volumeFactor > 0.0 ? std::min(volumeFactor, 1.0) : 0.0;
   const Smoothing smoothing(period);
-  smoothTwice(in->data, s, n, smoothing, factor, out->data);
-  for (int pass = 2; pass <= std::min(passes, kMostPasses); ++pass)
-    smoothTwice(out->data, s, n, smoothing, factor, out->data);
+  const double* x = in->data;
+  int left = std::clamp(passes, 1, kMostPasses);
+  for (; left >= 3; left -= 3, x = out->data) smoothTwice<3>(x, s, n, smoothing, factor, out->data);
+  for (; left > 0; --left, x = out->data) smoothTwice<1>(x, s, n, smoothing, factor, out->data);
   qvSetFirstValid(out, s);
   return QV_OK;
 }

@@ -130,6 +130,19 @@ TEST(GeneralisedSmoothing, LiesBetweenTheSingleAndTheDoubleAverage) {
   EXPECT_EQ(computed(in, t3(0, INT_MAX)), (Items{8, 8, 8}));  // in the end only the seed is left
 }
 
+TEST(GeneralisedSmoothing, RepeatsItsPasses) {
+  const Array walk(shaped(Shape::Walk, 80), 4);
+  Array repeated;
+  ASSERT_EQ(qvT3(&walk, &repeated, 6, 0.7, 1, 0), 0);
+  for (int passes = 2; passes <= 7; ++passes) {
+    const Array last(repeated.items(), 4);
+    ASSERT_EQ(qvT3(&last, &repeated, 6, 0.7, 1, 0), 0);
+    EXPECT_EQ(computed(walk, [=](auto in, auto out) { return qvT3(in, out, 6, 0.7, passes, 0); }),
+              repeated.items())
+        << passes;
+  }
+}
+
 TEST(WildersSmoothing, SeedsWithThePlainSum) {
   // Period 4: 24 / 4 = 6; (3*6 + 2) / 4 = 5; (3*5 + 9) / 4 = 6.
   int first;
