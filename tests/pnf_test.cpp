@@ -1,0 +1,310 @@
+#include <gtest/gtest.h>
+
+#include <climits>
+#include <cmath>
+#include <string>
+
+#include "core/memory.h"
+#include "qvlib60/pnf.h"
+#include "support/files.h"
+#include "support/series.h"
+
+namespace qvtest {
+namespace {
+
+using Convert = decltype(&qvBars2PNF);
+constexpr Convert kForms[] = {qvBars2PNF, qvBars2PNFhilo};
+
+std::vector<Bar> closes(const std::vector<double>& prices) {
+  std::vector<Bar> bars;
+  for (double p : prices) bars.push_back({p, p, p, p, 0, 0, 1000.0 + static_cast<double>(bars.size())});
+  return bars;
+}
+
+// Column c as open, high, low, close, boxes, direction, date.
+std::vector<double> columnAt(const QvBars& b, int c) {
+  return {b.open.data[c],   b.high.data[c],         b.low.data[c], b.close.data[c],
+          b.volume.data[c], b.openInterest.data[c], b.date.data[c]};
+}
+using Column = std::vector<double>;
+
+TEST(PointAndFigure, OpensAFallingColumnThreeBoxesBack) {
+  const Bars bars(closes({10, 11, 12, 13, 10}));
+  Bars columns;
+  Array columnOf;
+  ASSERT_EQ(qvBars2PNF(&bars, &columns, &columnOf, 1, 3, 0), 0);
+  ASSERT_EQ(columns.barsize, 2);
+  EXPECT_EQ(columnAt(columns, 0), (Column{0, 13, 11, 13, 3, 1, 1001}));
+  EXPECT_EQ(columnAt(columns, 1), (Column{12, 12, 10, 10, 0, -1, 1004}));
+  EXPECT_EQ(columnOf.items(), (std::vector<double>{0, 0, 0, 0, 1}));
+}
+
+TEST(PointAndFigure, WidensColumnZeroUntilTheFirstMoveOfABox) {
+  // Moves are measured from bar 2 (the close 20): 19 at bar 6 is the first a box away. The bars
+  // before it widen column 0 (20.5 at bar 3); 17.5 extends it; 19.5 is two boxes back, 21 goes on.
+  const Bars bars(closes({1, 50, 20, 20.5, 20.75, 19.5, 19, 17.5, 19, 19.5, 21, 20}));
+  Bars columns;
+  Array columnOf;
+  ASSERT_EQ(qvBars2PNF(&bars, &columns, &columnOf, 1, 2, 2), 0);
+  ASSERT_EQ(columns.barsize, 2);
+  EXPECT_EQ(columnAt(columns, 0), (Column{0, 20.75, 17.5, 17.5, 4, -1, 1003})) << "4.25 boxes";
+  EXPECT_EQ(columnAt(columns, 1), (Column{18.5, 21, 18.5, 21, 0, 1, 1009}));
+  EXPECT_EQ(columnOf.items(), (std::vector<double>{0, 0, 0, 0, 0, 0, 0, 0, 0, 1, 1, 1}));
+}
+
+TEST(PointAndFigure, TheBarThatOpensColumnZeroDoesNotDecide) {
+  // Bar 1 is two boxes up; bar 2, back at the start, moves nothing; bar 3 decides, and is a box
+  // below the 12 of bar 1. From there on every bar but the last reverses.
+  const Bars bars(closes({10, 12, 10, 11, 12, 11, 10}));
+  Bars columns;
+  Array columnOf;
+  ASSERT_EQ(qvBars2PNF(&bars, &columns, &columnOf, 1, 1, 0), 0);
+  ASSERT_EQ(columns.barsize, 4);
+  EXPECT_EQ(columnAt(columns, 0), (Column{0, 12, 10, 12, 3, 1, 1001}));
+  EXPECT_EQ(columnAt(columns, 1), (Column{11, 11, 11, 11, 1, -1, 1003}));
+  EXPECT_EQ(columnAt(columns, 3), (Column{11, 11, 10, 10, 0, -1, 1005}));
+  EXPECT_EQ(columnOf.items(), (std::vector<double>{0, 0, 0, 1, 2, 3, 3}));
+}
+
+TEST(PointAndFigure, AColumnOneBoxHighCountsTwoBoxes) {
+  const Bars bars(closes({10, 10, 11, 9}));
+  Bars columns;
+  Array columnOf;
+  ASSERT_EQ(qvBars2PNF(&bars, &columns, &columnOf, 1, 2, 0), 0);
+  EXPECT_EQ(columnAt(columns, 0), (Column{0, 11, 10, 11, 2, 1, 1001}));
+}
+
+TEST(PointAndFigure, ByHighsAndLowsOneBarMayExtendAndReverse) {
+  std::vector<Bar> data;
+  const double ranges[][2] = {{10.5, 9.5}, {10.75, 9.25}, {10.875, 9.125}, {12, 8},
+                              {10.5, 7},   {11.5, 9},     {11, 8.5}};
+  for (const auto& [high, low] : ranges)
+    data.push_back({10, high, low, 10, 0, 0, 1000.0 + static_cast<double>(data.size())});
+  const Bars bars(data);
+  Bars columns;
+  Array columnOf;
+  // Bar 3 is a box or more away both ways: upward counts. It takes the column to 12 and is three
+  // boxes below that; bar 4 falls to 7 and is three boxes above that; bar 6 is three below 11.5.
+  ASSERT_EQ(qvBars2PNFhilo(&bars, &columns, &columnOf, 1, 3, 0), 0);
+  ASSERT_EQ(columns.barsize, 4);
+  EXPECT_EQ(columnAt(columns, 0), (Column{0, 12, 9.125, 12, 3, 1, 1001}));
+  EXPECT_EQ(columnAt(columns, 1), (Column{11, 11, 7, 7, 5, -1, 1003}));
+  EXPECT_EQ(columnAt(columns, 2), (Column{8, 11.5, 8, 11.5, 4, 1, 1004}));
+  EXPECT_EQ(columnAt(columns, 3), (Column{10.5, 10.5, 8.5, 8.5, 0, -1, 1006}));
+  EXPECT_EQ(columnOf.items(), (std::vector<double>{0, 0, 0, 1, 2, 2, 3}));
+}
+
+TEST(PointAndFigure, ReversalsAreMeasuredFromTheExtremeByClosesAndFromThePriceByHighsAndLows) {
+  // In doubles 2.5 - 2.2 is a hair below 3 * 0.1, but 2.5 - 3 * 0.1 is 2.2.
+  const Bars bars(closes({2.25, 2.25, 2.375, 2.5, 2.2}));
+  Bars byClose, byRange;
+  Array closeOf, rangeOf;
+  ASSERT_EQ(qvBars2PNF(&bars, &byClose, &closeOf, 0.1, 3, 0), 0);
+  ASSERT_EQ(qvBars2PNFhilo(&bars, &byRange, &rangeOf, 0.1, 3, 0), 0);
+  EXPECT_EQ(byClose.barsize, 1);
+  EXPECT_EQ(byRange.barsize, 2);
+}
+
+TEST(PointAndFigure, ColumnsAlternateAndBeginABoxFromTheLast) {
+  const Bars bars(walkBars(3000));
+  for (Convert convert : kForms) {
+    Bars columns;
+    Array columnOf;
+    ASSERT_EQ(convert(&bars, &columns, &columnOf, 0.5, 3, 5), 0);
+    ASSERT_EQ(columns.datasize, 3000);
+    ASSERT_EQ(columnOf.size, 3000);
+    EXPECT_GT(columns.barsize, 50);
+    EXPECT_EQ(columnOf[2999], columns.barsize - 1);
+    for (int c = 1; c < columns.barsize; ++c) {
+      const Column now = columnAt(columns, c), before = columnAt(columns, c - 1);
+      const bool rises = now[5] > 0;
+      ASSERT_EQ(now[5], -before[5]);
+      ASSERT_EQ(now[0], rises ? before[2] + 0.5 : before[1] - 0.5);
+      ASSERT_EQ(now[0], rises ? now[2] : now[1]);
+      ASSERT_EQ(now[3], rises ? now[1] : now[2]);
+      ASSERT_GE(now[1] - now[2], 1.0) << "two boxes at least: three back, less the one that it begins with";
+    }
+    for (int i = 1; i < 3000; ++i) {
+      const int c = static_cast<int>(columnOf[i]);
+      ASSERT_TRUE(columnOf[i] == columnOf[i - 1] ||
+                  (columnOf[i] == columnOf[i - 1] + 1 && columns.date.data[c] == bars.date.data[i]));
+    }
+  }
+}
+
+TEST(PointAndFigure, APriceThatNeverMovesABoxIsRefusedWithTheOutputsAllocated) {
+  const Bars flat(closes(std::vector<double>(20, 7.0))), walk(walkBars(20));
+  for (Convert convert : kForms) {
+    Bars columns, none, late;
+    Array columnOf, noneOf, lateOf;
+    EXPECT_EQ(convert(&flat, &columns, &columnOf, 1, 3, 0), -1);
+    EXPECT_EQ(columns.barsize, 20);
+    EXPECT_EQ(columnOf.items(), std::vector<double>(20, 0.0));
+    EXPECT_EQ(convert(&walk, &none, &noneOf, kInf, 3, 0), -1);
+    EXPECT_EQ(convert(&walk, &late, &lateOf, 0.01, 3, 18), -1) << "no bar after the first of column 0";
+    EXPECT_EQ(late.date.data[0], walk.date.data[19]);
+  }
+}
+
+TEST(PointAndFigure, SurvivesAnyArgument) {
+  const Bars bars(walkBars(60));
+  for (Convert convert : kForms) {
+    for (double box : {0.0, -1.0, -kInf, kNaN}) {
+      Bars columns;
+      Array columnOf;
+      EXPECT_EQ(convert(&bars, &columns, &columnOf, box, 3, 0), -1) << box;
+      EXPECT_EQ(columns.date.data, nullptr);
+      EXPECT_EQ(columnOf.data, nullptr);
+    }
+    for (double box : {5e-324, 1e-9, 1.0, 1e308})
+      for (double reversal : {-kInf, -1.0, 0.0, 5e-324, 1.0, 1e308, kInf, kNaN})
+        for (int start : {INT_MIN, -1, 0, 57, 58, 59, 60, INT_MAX}) {
+          Bars columns;
+          Array columnOf;
+          const int status = convert(&bars, &columns, &columnOf, box, reversal, start);
+          ASSERT_TRUE(status == 0 || status == -1);
+          ASSERT_LE(columns.barsize, 60);
+          ASSERT_TRUE(status == -1 || start <= 57);
+        }
+    Bars wild(walkBars(60)), columns, negative, zero;
+    Array columnOf, negativeOf, zeroOf;
+    for (int i = 0; i < 60; i += 3) {
+      wild.close.data[i] = wild.low.data[i] = kNaN;
+      wild.high.data[i] = i % 2 ? kInf : -kInf;
+    }
+    EXPECT_GE(convert(&wild, &columns, &columnOf, 1, 3, 0), -1);
+    ASSERT_EQ(convert(&bars, &negative, &negativeOf, 1, 3, -7), convert(&bars, &zero, &zeroOf, 1, 3, 0));
+    EXPECT_EQ(negativeOf.items(), zeroOf.items()) << "a start below 0 counts as 0";
+  }
+}
+
+TEST(PointAndFigure, RefusesMissingAndSharedRecords) {
+  for (Convert convert : kForms) {
+    Bars bars(walkBars(30)), columns, lacking(walkBars(30));
+    Array columnOf;
+    const QvBars empty{};
+    qvFreeArray(&lacking.close);
+    EXPECT_EQ(convert(nullptr, &columns, &columnOf, 1, 3, 0), -1);
+    EXPECT_EQ(convert(&bars, nullptr, &columnOf, 1, 3, 0), -1);
+    EXPECT_EQ(convert(&bars, &columns, nullptr, 1, 3, 0), -1);
+    EXPECT_EQ(convert(&empty, &columns, &columnOf, 1, 3, 0), -1);
+    EXPECT_EQ(convert(&lacking, &columns, &columnOf, 1, 3, 0), -1);
+    EXPECT_EQ(convert(&bars, &bars, &columnOf, 1, 3, 0), -1);
+    EXPECT_EQ(convert(&bars, &columns, &bars.volume, 1, 3, 0), -1);
+    EXPECT_EQ(convert(&bars, &columns, &columns.date, 1, 3, 0), -1);
+    EXPECT_EQ(columns.date.data, nullptr) << "nothing written";
+    EXPECT_EQ(bars.barsize, 30);
+  }
+}
+
+TEST(PointAndFigure, SurvivesTheFailureOfEachAllocation) {
+  const Bars bars(walkBars(30));
+  const long before = qv::memory::liveBlocks();
+  for (Convert convert : kForms) {
+    for (long k = 1; k <= 9; ++k) {
+      Bars columns;
+      Array columnOf;
+      qv::memory::failAllocation(k);
+      const int status = convert(&bars, &columns, &columnOf, 0.5, 1, 0);
+      qv::memory::failAllocation(0);
+      ASSERT_EQ(status, k <= 8 ? -3 : 0) << "seven series and the index";
+      if (status) {
+        EXPECT_EQ(columns.date.data, nullptr);
+        EXPECT_EQ(columnOf.data, nullptr);
+      }
+    }
+    EXPECT_EQ(qv::memory::liveBlocks(), before);
+  }
+}
+
+// Three columns: X from 11 to 13, O from 12 to 10, X from 11 to 11.95.
+Bars& threeColumns() {
+  static Bars b{{0, 13, 11, 13, 3, 1}, {12, 12, 10, 10, 3, -1}, {11, 11.95, 11, 11.95, 0, 1}};
+  return b;
+}
+
+TEST(PointAndFigureChart, DrawsLevelsToWithinATenthOfABox) {
+  const ScratchDir dir;
+  ASSERT_EQ(qvPNFchart(&threeColumns(), 1, (dir / "chart.txt").c_str(), 0), 0);
+  const std::string chart = "\n   13.000 X  \n   12.000 XOX\n   11.000 XOX\n   10.000  O ";
+  EXPECT_EQ(dir.read("chart.txt"), chart);
+  ASSERT_EQ(qvPNFchart(&threeColumns(), 1, (dir / "chart.txt").c_str(), 1), 0);
+  EXPECT_EQ(dir.read("chart.txt"), chart + chart) << "appended";
+  // Box 4: the top is 13.4 less 1.4, the bottom 10 less 2 less 0.4; 12 and 8 are the levels, and 8
+  // is in no column.
+  ASSERT_EQ(qvPNFchart(&threeColumns(), 4, (dir / "chart.txt").c_str(), 0), 0);
+  EXPECT_EQ(dir.read("chart.txt"), "\n   12.000 XOX\n    8.000    ") << "truncated";
+}
+
+TEST(PointAndFigureChart, AColumnWithoutDirectionIsDrawnAsFalling) {
+  const ScratchDir dir;
+  const Bars flat{{0, 2.5, 2, 0, 0, 0}};
+  ASSERT_EQ(qvPNFchart(&flat, 0.5, (dir / "chart.txt").c_str(), 0), 0);
+  EXPECT_EQ(dir.read("chart.txt"), "\n    2.500 O\n    2.000 O");
+}
+
+TEST(PointAndFigureChart, LevelsDoNotDrift) {
+  const ScratchDir dir;
+  const Bars tall{{0, 1000, 0, 1000, 0, 1}};
+  ASSERT_EQ(qvPNFchart(&tall, 0.1, (dir / "chart.txt").c_str(), 0), 0);
+  std::istringstream text(dir.read("chart.txt"));
+  std::string line, mark;
+  std::getline(text, line);  // the newline that the first row begins with
+  for (int tenths = 10000; tenths >= 0; --tenths) {
+    double level;
+    ASSERT_TRUE(text >> level >> mark) << tenths;
+    ASSERT_NEAR(level, tenths / 10.0, 0.00101) << "truncated to three decimals";
+    ASSERT_EQ(mark, "X");
+  }
+  EXPECT_FALSE(text >> mark);
+}
+
+TEST(PointAndFigureChart, TakesStdoutForAFileName) {
+  const ScratchDir dir;
+  const auto before = std::filesystem::current_path();
+  std::filesystem::current_path(dir.path());
+  EXPECT_EQ(qvPNFchart(&threeColumns(), 4, "STDOUT", 0), 0);
+  std::filesystem::current_path(before);
+  EXPECT_EQ(dir.read("STDOUT"), "\n   12.000 XOX\n    8.000    ");
+}
+
+TEST(PointAndFigureChart, RefusesWhatCannotBeDrawnAndWritesNothing) {
+  const ScratchDir dir;
+  const std::string path = dir / "chart.txt";
+  dir.write("chart.txt", "kept");
+  for (double box : {0.0, -0.0, -1.0, kNaN, kInf, -kInf, 5e-324, 1e-300, 1e-9, 2e-5})
+    EXPECT_EQ(qvPNFchart(&threeColumns(), box, path.c_str(), 0), -1) << box;
+  for (double price : {kNaN, kInf, -kInf, 1e308}) {
+    const Bars wild{{0, price, 11, 13, 3, 1}}, wildLow{{0, 13, price, 13, 3, 1}};
+    EXPECT_EQ(qvPNFchart(&wild, price == 1e308 ? 1e300 : 1, path.c_str(), 0), -1) << price;
+    EXPECT_EQ(qvPNFchart(&wildLow, 1, path.c_str(), 0), price == 1e308 ? 0 : -1) << price;
+    EXPECT_EQ(dir.read("chart.txt"), price == 1e308 ? "" : "kept") << "highs below the lows: no level";
+    dir.write("chart.txt", "kept");
+  }
+  Bars unset{{0, 13, 11, 13, 3, 1}};
+  unset.high.firstValid = 1;
+  const QvBars empty{};
+  EXPECT_EQ(qvPNFchart(&unset, 1, path.c_str(), 0), -1) << "no valid high";
+  EXPECT_EQ(qvPNFchart(&empty, 1, path.c_str(), 0), -1);
+  EXPECT_EQ(qvPNFchart(nullptr, 1, path.c_str(), 0), -1);
+  EXPECT_EQ(qvPNFchart(&threeColumns(), 1, nullptr, 0), -1);
+  EXPECT_EQ(dir.read("chart.txt"), "kept");
+  EXPECT_EQ(qvPNFchart(&threeColumns(), 1, (dir / "no/such.txt").c_str(), 0), -2);
+}
+
+TEST(PointAndFigureChart, HasAHundredThousandRowsAtMost) {
+  const ScratchDir dir;
+  const Bars most{{0, 100'000, 1, 0, 0, 1}}, more{{0, 100'001, 1, 0, 0, 1}};
+  const Bars huge{{0, 1e308, 1e308, 0, 0, 1}};
+  EXPECT_EQ(qvPNFchart(&most, 1, (dir / "most.txt").c_str(), 0), 0);
+  EXPECT_EQ(qvPNFchart(&more, 1, (dir / "more.txt").c_str(), 0), -1);
+  EXPECT_FALSE(std::filesystem::exists(dir / "more.txt"));
+  const std::string text = dir.read("most.txt");
+  EXPECT_EQ(std::count(text.begin(), text.end(), '\n'), 100'000);
+  EXPECT_EQ(text.substr(text.rfind('\n')), "\n    1.000 X");
+  ASSERT_EQ(qvPNFchart(&huge, 1, (dir / "huge.txt").c_str(), 0), 0) << "a box is lost in such a price";
+  EXPECT_EQ(dir.read("huge.txt"), "\n9223372036854775807.000 X");
+}
+
+}  // namespace
+}  // namespace qvtest
