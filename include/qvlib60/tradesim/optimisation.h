@@ -1,0 +1,32 @@
+/* Parameter ranges of a trading system, stepped through combination by combination, and the marks
+   of its trades on a chart. */
+#ifndef QVLIB60_TRADESIM_OPTIMISATION_H
+#define QVLIB60_TRADESIM_OPTIMISATION_H
+
+#include "qvlib60/tradesim/records.h"
+
+QV_BEGIN_DECLS
+
+/* Number of combinations of the variables; stores each variable's count = (end - start) / step + 1,
+   truncated, or 1 when the step is 0. 1 without variables; zero or negative when a range runs
+   against its step. Saturates. */
+QVAPI int QVCALL qvOptVarCount(QvOptVar* vars, int n) QVNOEXCEPT;
+
+/* Sets every variable's value to its value in combination k (1 .. qvOptVarCount); the first
+   variable changes fastest. -1 when there is no combination k: nothing but the counts is changed. */
+QVAPI int QVCALL qvOptVarValue(QvOptVar* vars, int n, int k) QVNOEXCEPT;
+
+/* Writes the values as one text, for labelling a run: each in the width and the decimals that its
+   range and step need, at most 10 characters. `out` needs qvOptVarStringLen characters. */
+QVAPI int QVCALL qvOptVarString(const QvOptVar* vars, int n, const char* separator, char* out) QVNOEXCEPT;
+
+/* Room that qvOptVarString needs, the terminating NUL included. */
+QVAPI int QVCALL qvOptVarStringLen(const QvOptVar* vars, int n, const char* separator) QVNOEXCEPT;
+
+/* Marks the closed trades on their bars, a sum per bar of: 1 long entry, 2 short entry, 4 trade
+   closed by a buy, 8 trade closed by a sell. The output's first valid index is left alone. */
+QVAPI int QVCALL qvCreateTradeGraph(const QvOrderSystem* sys, QvArray* out) QVNOEXCEPT;
+
+QV_END_DECLS
+
+#endif
