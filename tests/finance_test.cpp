@@ -1,0 +1,235 @@
+// Options, bonds and the time value of money against worked examples, and wild arguments.
+#include <gtest/gtest.h>
+
+#include <climits>
+#include <cmath>
+#include <cstring>
+#include <vector>
+
+#include "support/series.h"
+
+using qvtest::kInf;
+using qvtest::kNaN;
+
+namespace {
+
+constexpr double kToday = 39462.0;
+
+// A call of 180 days: half a year of 360 days.
+double call(double underlying, double strike, double rate, double variance, double days = 180) {
+  const QvOptionLeg leg{0, strike, 1, kToday + days};
+  return qvBlackScholes(&leg, underlying, rate, variance, kToday);
+}
+
+// Premiums and strikes: bought 5 at 100 and 3 at 90, written 2 at 110 and 4 at 95.
+QvOption position(double underlying = 100) {
+  QvOption o;
+  qvOptionInit(&o);
+  o.underlying = underlying;
+  o.bought[0] = {5, 100, 1, kToday};
+  o.bought[1] = {3, 90, 2, kToday};
+  o.written[0] = {2, 110, 1, kToday};
+  o.written[1] = {4, 95, 2, kToday};
+  o.upperMove = o.lowerMove = 77;
+  return o;
+}
+
+void expectProfile(const QvOption& o, double profit, double loss, double ratio, double upper, double lower) {
+  EXPECT_DOUBLE_EQ(double{o.maxProfit}, profit);
+  EXPECT_DOUBLE_EQ(double{o.maxLoss}, loss);
+  EXPECT_DOUBLE_EQ(double{o.ratio}, ratio);
+  EXPECT_DOUBLE_EQ(double{o.upperBreakeven}, upper);
+  EXPECT_DOUBLE_EQ(double{o.lowerBreakeven}, lower);
+}
+
+const std::vector<double> kWild = {kNaN, kInf, -kInf, 0.0, -1.0, 1.0, 1e300, -1e300, 39462.0, 3e9, 5e-324};
+
+}  // namespace
+
+TEST(Options, CumulativeNormal) {
+  for (double x = -8; x <= 8; x += 0.001) {
+    const double exact = 0.5 * std::erfc(-x / std::sqrt(2.0));
+    ASSERT_NEAR(qvApprxCumProbDist(x), exact, 2e-7) << x;
+    ASSERT_NEAR(qvApprxCumProbDist(x) + qvApprxCumProbDist(-x), x == 0 ? 2 * qvApprxCumProbDist(0) : 1.0,
+                1e-15);
+  }
+  EXPECT_NEAR(qvApprxCumProbDist(0), 0.5, 2e-7);
+  EXPECT_EQ(qvApprxCumProbDist(kInf), 1.0);
+  EXPECT_EQ(qvApprxCumProbDist(-kInf), 0.0);
+  EXPECT_TRUE(std::isnan(qvApprxCumProbDist(kNaN)));
+}
+
+TEST(Options, BlackScholes) {
+  // Hull, Options, Futures and Other Derivatives, the chapter's example: 42, 40, 10 %, volatility
+  // 20 %, half a year: 4.76.
+  EXPECT_NEAR(call(42, 40, 10, 0.04), 4.76, 0.005);
+  // The same written out with the exact distribution and the exact e.
+  const double d1 = (std::log(42 / 40.0) + (0.1 + 0.02) * 0.5) / (0.2 * std::sqrt(0.5));
+  const double d2 = d1 - 0.2 * std::sqrt(0.5);
+  const auto normal = [](double x) { return 0.5 * std::erfc(-x / std::sqrt(2.0)); };
+  EXPECT_NEAR(call(42, 40, 10, 0.04), 42 * normal(d1) - 40 * std::exp(-0.05) * normal(d2), 3e-5);
+  // Without interest a put (by parity: call - underlying + strike) is worth a call with both prices
+  // exchanged.
+  for (const double strike : {20.0, 38.0, 42.0, 47.5, 90.0})
+    EXPECT_NEAR(call(42, strike, 0, 0.09) - 42 + strike, call(strike, 42, 0, 0.09), 1e-12);
+  // Deep in the money only the discounted strike counts; far out nothing is left; more variance and
+  // more time are worth more.
+  EXPECT_NEAR(call(500, 40, 10, 0.04), 500 - 40 * std::exp(-0.05), 1e-4);
+  EXPECT_NEAR(call(4, 40, 10, 0.04), 0, 1e-9);
+  EXPECT_LT(call(42, 40, 10, 0.04), call(42, 40, 10, 0.05));
+  EXPECT_LT(call(42, 40, 10, 0.04), call(42, 40, 10, 0.04, 181));
+  const QvOptionLeg put{0, 40, 2, kToday + 180};
+  EXPECT_EQ(qvBlackScholes(&put, 42, 10, 0.04, kToday), call(42, 40, 10, 0.04));
+}
+
+TEST(Options, Spreads) {
+  QvOption o = position();
+  EXPECT_EQ(qvBullCall(&o), 0);  // pays 5 - 2, can gain (110 - 100) - 3
+  expectProfile(o, 7, 3, 3.0 / 7, 103, 103);
+  EXPECT_DOUBLE_EQ(double{o.upperMove}, 0.03);
+  EXPECT_DOUBLE_EQ(double{o.lowerMove}, 0.03);
+  o = position();
+  o.bought[0].premium = 2;
+  o.written[0].premium = 5;
+  EXPECT_EQ(qvBullPut(&o), 0);  // receives 3, can lose (110 - 100) - 3
+  expectProfile(o, 3, 7, 7.0 / 3, 107, 107);
+  std::swap(o.bought[0].strike, o.written[0].strike);
+  EXPECT_EQ(qvBearCall(&o), 0);  // written at 100, bought at 110
+  expectProfile(o, 3, 7, 7.0 / 3, 103, 103);
+  o = position();
+  std::swap(o.bought[0].strike, o.written[0].strike);
+  EXPECT_EQ(qvBearPut(&o), 0);  // pays 3, can gain (110 - 100) - 3
+  expectProfile(o, 7, 3, 3.0 / 7, 107, 107);
+}
+
+TEST(Options, StraddlesAndStrangles) {
+  QvOption o = position();
+  EXPECT_EQ(qvLongStraddle(&o), 0);
+  expectProfile(o, 0, 8, 0, 108, 92);
+  EXPECT_DOUBLE_EQ(double{o.upperMove}, 0.08);
+  EXPECT_DOUBLE_EQ(double{o.lowerMove}, -0.08);
+  EXPECT_EQ(qvShortStraddle(&o), 0);
+  expectProfile(o, 6, 0, 0, 116, 104);
+  EXPECT_EQ(qvLongStrangle(&o), 0);
+  expectProfile(o, 0, 8, 0, 108, 82);
+  EXPECT_EQ(qvShortStrangle(&o), 0);
+  expectProfile(o, 6, 0, 0, 116, 89);
+
+  o = position();
+  o.bought[1].type = 1;
+  o.written[0].type = 2;
+  const QvOption before = o;
+  EXPECT_EQ(qvLongStrangle(&o), -1);
+  EXPECT_EQ(qvShortStrangle(&o), -1);
+  EXPECT_EQ(std::memcmp(&o, &before, sizeof o), 0);
+  EXPECT_EQ(qvLongStraddle(&o), 0);  // looks at no types
+}
+
+TEST(Options, WithoutAnUnderlyingTheMovesStay) {
+  for (const auto& profile : {qvBullCall, qvBullPut, qvBearCall, qvBearPut, qvLongStraddle, qvShortStraddle,
+                              qvLongStrangle, qvShortStrangle}) {
+    QvOption o = position(), none = position(0);
+    EXPECT_EQ(profile(&o), 0);
+    EXPECT_EQ(profile(&none), -1);
+    EXPECT_TRUE(none.upperMove == 77 && none.lowerMove == 77);
+    expectProfile(none, o.maxProfit, o.maxLoss, o.ratio, o.upperBreakeven, o.lowerBreakeven);
+    EXPECT_EQ(profile(nullptr), -1);
+  }
+}
+
+TEST(Bonds, Price) {
+  const auto price = [](int payments, double days, double yield, double coupon, double face = 1000) {
+    const QvBond b{face, 0, coupon, payments, kToday + days};
+    return qvBondPricing(&b, yield, kToday);
+  };
+  EXPECT_NEAR(price(1, 730, 5, 50), 1000, 1e-9);                      // at par
+  EXPECT_NEAR(price(2, 365, 21, 100), 50 / 1.1 + 1050 / 1.21, 1e-9);  // 1.21^0.5 = 1.1
+  EXPECT_NEAR(price(4, 365, 0, 100), 1100, 1e-9);
+  EXPECT_NEAR(price(1, 200, 10, 0), 1000 / 1.1, 1e-9);  // 200 days round to a year
+  EXPECT_EQ(price(1, 182, 10, 100), 0);                 // 364 / 365
+  EXPECT_NEAR(price(1, 183, 10, 0), 1000 / 1.1, 1e-9);
+  EXPECT_EQ(price(1, -1000, 10, 100), 0);
+  // Twelfths add up to exactly 1, and past 2: the face is then left out, as documented.
+  EXPECT_NEAR(price(12, 365, 0, 0), 1000, 1e-9);
+  EXPECT_EQ(price(12, 730, 0, 0), 0);
+  EXPECT_EQ(price(0, 730, 5, 50), 0);
+  EXPECT_EQ(price(-1, 730, 5, 50), -1);
+  EXPECT_EQ(price(INT_MAX, 730, 5, 50), -1);
+  EXPECT_EQ(price(1, 1e300, 5, 50), -1);
+  EXPECT_EQ(price(500000, 730, 0, 0, 0), 0);  // a million payments are still added up
+}
+
+TEST(Bonds, DurationAndPriceChange) {
+  QvBond b{1000, 1000, 100, 1, kToday + 730};
+  EXPECT_NEAR(qvBondDuration(&b, 10, kToday), (100 / 1.1 + 2 * 1100 / 1.21) / 1000, 1e-12);
+  b.maturity = kToday + 729;  // one whole year
+  EXPECT_NEAR(qvBondDuration(&b, 10, kToday), 1, 1e-12);
+  b.maturity = kToday + 200;
+  EXPECT_EQ(qvBondDuration(&b, 10, kToday), 0);
+  // -(9 - 8) % / 1.09 * 5 years * 950.
+  EXPECT_NEAR(qvBondDurationPriceChg(950, 8, 5, 9), -43.577981651376, 1e-9);
+  EXPECT_NEAR(qvBondDurationPriceChg(5, 8, 950, 9), -43.577981651376, 1e-9);
+  EXPECT_EQ(qvBondDurationPriceChg(950, 8, 5, 0.99), -1);
+  EXPECT_EQ(qvBondDurationPriceChg(950, 8, 5, kNaN), -1);
+  EXPECT_EQ(qvBondDurationPriceChg(100, 1.0, 1, 1.0), 0);
+}
+
+TEST(Bonds, InterestAndYields) {
+  EXPECT_DOUBLE_EQ(qvBondAccrInt(80, kToday + 45, kToday, 360), 10);  // 40 * 45 / 180
+  const QvBond b{1000, 950, 50, 2, kToday + 730};
+  EXPECT_DOUBLE_EQ(qvYieldtoMaturity(&b, kToday), 50 / 950.0 + 50 / 950.0 / 2);
+  const QvBond bill{10000, 9800, 0, 0, kToday + 90.75};  // times of day don't count
+  EXPECT_DOUBLE_EQ(qvTBillDiscYield(&bill, kToday + 0.25), 0.08);
+  EXPECT_DOUBLE_EQ(qvTBillBondEqYield(&bill, kToday), 200 / 90.0 * 365 / 9800);
+  EXPECT_EQ(qvTBillDiscYield(&bill, kToday + 90), kInf);
+}
+
+TEST(TimeValue, SumsAndAnnuities) {
+  QvTvm t{1000, 12, 1, 12};
+  EXPECT_NEAR(qvFutureValue(&t), 1126.825030131970, 1e-9);  // 1.01^12
+  EXPECT_NEAR(qvPresentValue(&t), 1000 / 1.126825030131970, 1e-9);
+  EXPECT_NEAR(qvFutureValuePrinc(&t, 1126.825030131970), 1000, 1e-9);
+  EXPECT_NEAR(qvFutureValuePrinc(&t, 2253.650060263940), 2000, 1e-9);
+  EXPECT_NEAR(double{t.principal}, 2000, 1e-9);
+  t = {1000, 0, 2, 0};
+  EXPECT_NEAR(qvFutureValueInt(&t, 1210), 10, 1e-12);
+  EXPECT_NEAR(double{t.rate}, 10, 1e-12);
+  EXPECT_NEAR(qvFutureValueAnnuity(&t), 2100, 1e-9);  // 1000 * 1.1 + 1000
+  EXPECT_NEAR(qvPresentValueAnnuity(&t), 1000 / 1.1 + 1000 / 1.21, 1e-9);
+  EXPECT_EQ(qvFutureValue(&t), -1);
+  EXPECT_EQ(qvPresentValue(&t), -1);
+  EXPECT_EQ(qvFutureValuePrinc(&t, 5), -1);
+  EXPECT_EQ(t.principal, 1000);
+  t.rate = 0;
+  EXPECT_EQ(qvPresentValueAnnuity(&t), -1);
+  EXPECT_TRUE(std::isnan(qvFutureValueAnnuity(&t)));
+}
+
+TEST(Finance, NullRecordsAndWildNumbers) {
+  EXPECT_EQ(qvOptionInit(nullptr), -1);
+  EXPECT_EQ(qvBlackScholes(nullptr, 1, 1, 1, 1), 0.0);
+  for (const auto& f : {qvBondPricing, qvBondDuration}) EXPECT_EQ(f(nullptr, 5, kToday), 0.0);
+  for (const auto& f : {qvYieldtoMaturity, qvTBillDiscYield, qvTBillBondEqYield})
+    EXPECT_EQ(f(nullptr, kToday), 0.0);
+  for (const auto& f : {qvFutureValue, qvPresentValue, qvFutureValueAnnuity, qvPresentValueAnnuity})
+    EXPECT_EQ(f(nullptr), 0.0);
+  for (const auto& f : {qvFutureValuePrinc, qvFutureValueInt}) EXPECT_EQ(f(nullptr, 1), 0.0);
+
+  for (const double a : kWild)
+    for (const double b : kWild)
+      for (const int m : {INT_MIN, -1, 0, 1, 12, INT_MAX}) {
+        QvTvm t{a, b, a, m};
+        qvFutureValue(&t), qvPresentValue(&t), qvFutureValueAnnuity(&t), qvPresentValueAnnuity(&t);
+        qvFutureValuePrinc(&t, b), qvFutureValueInt(&t, b);
+        const QvOptionLeg leg{a, b, m, a};
+        qvBlackScholes(&leg, b, a, a, b);
+        const QvBond bond{a, b, a, m, b};
+        // A date beyond an int of days has millions of years to add up: once is enough.
+        if (b - a < 1e6) qvBondPricing(&bond, a, a), qvBondDuration(&bond, a, a);
+        qvYieldtoMaturity(&bond, a), qvTBillDiscYield(&bond, a), qvTBillBondEqYield(&bond, a);
+        qvBondAccrInt(a, b, a, b), qvBondDurationPriceChg(a, b, a, b);
+      }
+  const QvBond farthest{1000, 900, 50, INT_MIN, 1e300};
+  EXPECT_EQ(qvBondPricing(&farthest, 5, -1e300), -1);
+  EXPECT_TRUE(std::isfinite(qvBondDuration(&farthest, 5, -1e300)));
+}
