@@ -74,10 +74,11 @@ void splitCompactForms(Tokens& tokens, int format) noexcept {
 
 // 1 .. 12 when the token begins with the name of a month, else 0.
 int namedMonth(const Token& token) noexcept {
-  constexpr char kNames[] = "JANFEBMARAPRMAYJUNJULAUGSEPOCTNOVDEC";
+  constexpr const char* kNames[] = {"JAN", "FEB", "MAR", "APR", "MAY", "JUN",
+                                    "JUL", "AUG", "SEP", "OCT", "NOV", "DEC"};
   if (token.length < 3) return 0;
   for (int m = 0; m < 12; ++m) {
-    const char* name = kNames + 3 * m;
+    const char* name = kNames[m];
     if (upperCase(token.text[0]) == name[0] && upperCase(token.text[1]) == name[1] &&
         upperCase(token.text[2]) == name[2])
       return m + 1;

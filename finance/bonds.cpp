@@ -28,9 +28,11 @@ double QVCALL qvBondPricing(const QvBond* bond, double yield, double settlement)
   const double coupon = bond->coupon / perYear;
   const double step = 1 / perYear;
   double price = 0.0;
-  for (double t = step; t <= years; t += step) {
+  double t = step;
+  while (t <= years) {
     const double payment = t >= years ? coupon + bond->face : coupon;
     price += payment / std::pow(1 + yield / 100, t);
+    t += step;
   }
   return price;
 }
