@@ -8,8 +8,8 @@ namespace qv {
 // +1 where a comes from below b to b or above it, -1 where it comes from above to b or below it.
 // i >= 1.
 inline int crossing(const double* a, const double* b, int i) noexcept {
-  const bool up = a[i] >= b[i] && a[i - 1] < b[i - 1];
-  const bool down = a[i] <= b[i] && a[i - 1] > b[i - 1];
+  const bool up = (a[i] >= b[i]) & (a[i - 1] < b[i - 1]);
+  const bool down = (a[i] <= b[i]) & (a[i - 1] > b[i - 1]);
   return up - down;
 }
 

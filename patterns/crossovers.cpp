@@ -15,8 +15,8 @@ bool hasItem(const QvArray* a, int i) noexcept {
 }
 
 int turn(const double* a, int i) noexcept {
-  const bool trough = a[i] > a[i - 1] && a[i - 1] < a[i - 2];
-  const bool peak = a[i] < a[i - 1] && a[i - 1] > a[i - 2];
+  const bool trough = (a[i] > a[i - 1]) & (a[i - 1] < a[i - 2]);
+  const bool peak = (a[i] < a[i - 1]) & (a[i - 1] > a[i - 2]);
   return trough - peak;
 }
 

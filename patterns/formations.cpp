@@ -10,10 +10,24 @@ namespace {
 using namespace qv;
 
 // The tests below read bar i and the bar before it: i >= 1. All comparisons are strict, so equal
-// prices make no formation.
+// prices make no formation. Joined by & and not by &&: prices go either way from bar to bar, and a
+// mispredicted branch costs more than all the comparisons.
 struct Prices {
   const double *high, *low, *close;
 };
+
+// +1 for the upward case, else -1 for the downward one.
+int signalOf(bool up, bool down) noexcept {
+  return up - (down & !up);
+}
+
+bool higherHigh(const Prices& p, int i) noexcept {
+  return p.high[i] > p.high[i - 1];
+}
+
+bool lowerLow(const Prices& p, int i) noexcept {
+  return p.low[i] < p.low[i - 1];
+}
 
 int gapUp(const Prices& p, int i) noexcept {
   return p.low[i] > p.high[i - 1];
@@ -24,33 +38,31 @@ int gapDown(const Prices& p, int i) noexcept {
 }
 
 int gap(const Prices& p, int i) noexcept {
-  return gapUp(p, i) ? 1 : -gapDown(p, i);
+  return signalOf(gapUp(p, i), gapDown(p, i));
 }
 
 int insideBar(const Prices& p, int i) noexcept {
-  return p.high[i] < p.high[i - 1] && p.low[i] > p.low[i - 1];
+  return (p.high[i] < p.high[i - 1]) & (p.low[i] > p.low[i - 1]);
 }
 
 int outsideBar(const Prices& p, int i) noexcept {
-  return p.high[i] > p.high[i - 1] && p.low[i] < p.low[i - 1];
+  return higherHigh(p, i) & lowerLow(p, i);
 }
 
 int closePriceReversal(const Prices& p, int i) noexcept {
-  if (!outsideBar(p, i)) return 0;
-  if (p.close[i] > p.high[i - 1]) return 1;
-  return p.close[i] < p.low[i - 1] ? -1 : 0;
+  return outsideBar(p, i) * signalOf(p.close[i] > p.high[i - 1], p.close[i] < p.low[i - 1]);
 }
 
 // A gap whose bar closes in the outer 30 % of its range, against the gap.
 int islandReversal(const Prices& p, int i) noexcept {
   const double part = 0.7 * (p.high[i] - p.low[i]);
-  if (gapDown(p, i) && p.close[i] > p.low[i] + part) return 1;
-  return gapUp(p, i) && p.close[i] < p.high[i] - part ? -1 : 0;
+  return signalOf(gapDown(p, i) & (p.close[i] > p.low[i] + part),
+                  gapUp(p, i) & (p.close[i] < p.high[i] - part));
 }
 
 int keyReversal(const Prices& p, int i) noexcept {
-  if (p.low[i] < p.low[i - 1] && p.close[i] > p.close[i - 1]) return 1;
-  return p.high[i] > p.high[i - 1] && p.close[i] < p.close[i - 1] ? -1 : 0;
+  const double close = p.close[i], before = p.close[i - 1];
+  return signalOf(lowerLow(p, i) & (close > before), higherHigh(p, i) & (close < before));
 }
 
 using Test = int (*)(const Prices&, int) noexcept;
