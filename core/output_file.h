@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdio>
+#include <utility>
 
 #include "platform/names.h"
 
@@ -11,8 +12,8 @@ namespace qv {
 // other.
 enum class StdoutName { kStandardOutput, kFile };
 
-// Opens for appending or truncates. Closed at the end of its life; standard output is flushed
-// instead and stays open. Test ok() after construction: a file that cannot be opened is -2.
+// Opens for appending or truncates. Closed by finish() or at the end of its life; standard output is
+// flushed instead and stays open. Test ok() after construction: a file that cannot be opened is -2.
 class OutputFile {
  public:
   OutputFile(const char* name, bool append, StdoutName rule = StdoutName::kStandardOutput) noexcept {
@@ -21,17 +22,21 @@ class OutputFile {
     stream_ = isStdout_ ? stdout : std::fopen(name, append ? "at" : "wt");
   }
   ~OutputFile() {
-    if (isStdout_) {
-      std::fflush(stdout);
-    } else if (stream_) {
-      std::fclose(stream_);
-    }
+    if (stream_) finish();
   }
   OutputFile(const OutputFile&) = delete;
   OutputFile& operator=(const OutputFile&) = delete;
 
   bool ok() const noexcept { return stream_ != nullptr; }
   std::FILE* stream() const noexcept { return stream_; }
+
+  // Writes out what is buffered and closes; false when some of the text could not be written.
+  bool finish() noexcept {
+    std::FILE* stream = std::exchange(stream_, nullptr);
+    const bool failed = std::ferror(stream) != 0;
+    const int status = isStdout_ ? std::fflush(stream) : std::fclose(stream);
+    return status == 0 && !failed;
+  }
 
  private:
   std::FILE* stream_ = nullptr;

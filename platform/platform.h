@@ -3,6 +3,8 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
+#include <cstdio>
 
 namespace qv::platform {
 
@@ -25,7 +27,11 @@ bool modificationDate(const char* path, int* year, int* month, int* day) noexcep
 // directory that equals it without regard to case (the first in name order), when there is one.
 void resolveCase(char* path) noexcept;
 
-bool isDirectory(const char* path) noexcept;
+// Directories, devices and pipes are not regular files.
+bool isRegularFile(const char* path) noexcept;
+
+// Places the file at a byte offset, also beyond what a long holds; false when that fails.
+bool seekFile(std::FILE* file, std::int64_t offset) noexcept;
 
 // Calls visit(name, context) for every regular file of the directory whose name matches the
 // pattern ('*' and '?', without regard to case), in name order without regard to case. Stops when

@@ -19,11 +19,6 @@ const char* lastPart(const char* path) noexcept {
   return slash ? slash + 1 : path;
 }
 
-bool isFile(const char* path) noexcept {
-  struct stat info;
-  return stat(path, &info) == 0 && S_ISREG(info.st_mode);
-}
-
 }  // namespace
 
 char pathSeparator() noexcept {
@@ -54,9 +49,13 @@ bool modificationDate(const char* path, int* year, int* month, int* day) noexcep
   return true;
 }
 
-bool isDirectory(const char* path) noexcept {
+bool isRegularFile(const char* path) noexcept {
   struct stat info;
-  return stat(path, &info) == 0 && S_ISDIR(info.st_mode);
+  return stat(path, &info) == 0 && S_ISREG(info.st_mode);
+}
+
+bool seekFile(std::FILE* file, std::int64_t offset) noexcept {
+  return fseeko(file, static_cast<off_t>(offset), SEEK_SET) == 0;
 }
 
 void resolveCase(char* path) noexcept {
@@ -91,7 +90,7 @@ int listFiles(const char* directory, const char* pattern, FileVisitor visit, voi
     if (!matchesPattern(entry->d_name, pattern)) continue;
     char path[4096 + sizeof(dirent::d_name)];
     std::snprintf(path, sizeof path, "%s/%s", where, entry->d_name);
-    if (isFile(path) && !(ok = names.add(entry->d_name))) break;
+    if (isRegularFile(path) && !(ok = names.add(entry->d_name))) break;
   }
   closedir(entries);
   if (!ok) return -3;

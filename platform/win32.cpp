@@ -51,9 +51,14 @@ bool modificationDate(const char* path, int* year, int* month, int* day) noexcep
   return true;
 }
 
-bool isDirectory(const char* path) noexcept {
+bool isRegularFile(const char* path) noexcept {
   const DWORD attributes = GetFileAttributesA(path);
-  return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY);
+  return attributes != INVALID_FILE_ATTRIBUTES &&
+         !(attributes & (FILE_ATTRIBUTE_DIRECTORY | FILE_ATTRIBUTE_DEVICE));
+}
+
+bool seekFile(std::FILE* file, std::int64_t offset) noexcept {
+  return _fseeki64(file, offset, SEEK_SET) == 0;
 }
 
 void resolveCase(char*) noexcept {}  // the file system does not distinguish case

@@ -57,4 +57,13 @@ TEST(OutputFile, AFileThatCannotBeOpenedIsNotOk) {
   EXPECT_FALSE(OutputFile(dir.path().c_str(), false).ok()) << "a directory";
 }
 
+#ifdef __linux__
+TEST(OutputFile, TellsWhenTheTextCouldNotBeWritten) {
+  OutputFile full("/dev/full", false);
+  ASSERT_TRUE(full.ok());
+  std::fputs("lost", full.stream());
+  EXPECT_FALSE(full.finish());
+}
+#endif
+
 }  // namespace

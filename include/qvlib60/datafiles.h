@@ -1,11 +1,9 @@
-/* Market data files: the front and the readers of each vendor's format. */
+/* Market data files: the front, which serves all formats, and the functions of each format. */
 #ifndef QVLIB60_DATAFILES_H
 #define QVLIB60_DATAFILES_H
 
-#include "qvlib60/core.h"
-
-QV_BEGIN_DECLS
-
-QV_END_DECLS
+#include "qvlib60/datafiles/front.h"
+#include "qvlib60/datafiles/reserved.h"
+#include "qvlib60/datafiles/text.h"
 
 #endif

@@ -1,0 +1,165 @@
+// The front of the data files and the printed bar information.
+#include <gtest/gtest.h>
+
+#include <climits>
+#include <cstring>
+
+#include "support/files.h"
+#include "support/series.h"
+
+namespace {
+
+using qvtest::Bars;
+using qvtest::ScratchDir;
+
+TEST(FileFront, KnowsTypesByNumberAndName) {
+  const std::pair<const char*, int> types[] = {
+      {"CSI", 1},  {"CT", 2},  {"ct", 2},  {"Ct", 2},     {"dj", 3},  {"FS", 4},
+      {"tC", 5},   {"TT", 6},  {"aiq", 8}, {"1", 1},      {"2", 2},   {"8", 8},
+      {" +7x", 7}, {"07", 7},  {"9", 7},   {"0", 7},      {"-1", 7},  {"", 7},
+      {"3abc", 3}, {"TXT", 7}, {"CTX", 7}, {"my.lay", 7}, {" CT", 7}, {"4294967298", 7}};
+  for (const auto& [text, code] : types) EXPECT_EQ(qvFILEtype(text), code) << text;
+  EXPECT_EQ(qvFILEtype(nullptr), -1);
+}
+
+TEST(FileFront, ReadsTheLayoutThatATextTypeNames) {
+  const ScratchDir dir;
+  const std::string path = dir.path();
+  dir.write("a.csv", "2000/01/03,1,10\n2000/01/04,2,20\n");
+  dir.write("TxtInfo.TXT", "dt=1\ncl=2\ndelimit=,\n");
+  dir.write("my.lay", "dt=1\ncl=3\ndelimit=,\n");
+  for (const auto& [type, close] :
+       {std::pair{"txt", 2.0}, {"TXT", 2.0}, {"7", 2.0}, {"my.lay", 20.0}, {"MY.LAY", 20.0}}) {
+    Bars bars;
+    ASSERT_EQ(qvFILEread(type, &bars, path.c_str(), "A.CSV", 0, -1), 0) << type;
+    EXPECT_EQ(bars.close.data[1], close) << type;
+    double found = -1;
+    EXPECT_EQ(qvFILEfindrec(type, path.c_str(), "a.csv", 36529, &found), 1);
+    EXPECT_EQ(found, 36529);
+    EXPECT_EQ(qvFILEfindrec(type, path.c_str(), "a.csv", 36528.5, nullptr), 1);
+    EXPECT_EQ(qvFILEfindrec(type, path.c_str(), "a.csv", 40000, &found), -9);
+    EXPECT_EQ(found, 0) << "cleared first";
+  }
+  for (const char* type : {"07", "none", "", "9"}) {
+    Bars bars;
+    double found = -1;
+    EXPECT_EQ(qvFILEread(type, &bars, path.c_str(), "a.csv", 0, -1), -2) << type;
+    EXPECT_EQ(bars.date.data, nullptr);
+    EXPECT_EQ(qvFILEfindrec(type, path.c_str(), "a.csv", 36528, &found), -2);
+    EXPECT_EQ(found, 0);
+  }
+}
+
+TEST(FileFront, ListsTextFilesWithoutALayout) {
+  const ScratchDir dir;
+  dir.write("a.csv", "");
+  ASSERT_EQ(qvFILElist("whatever", dir.path().c_str(), (dir / "list").c_str(), 0), 0);
+  EXPECT_NE(dir.read("list").find("\na.csv        a                a.csv "), std::string::npos);
+}
+
+TEST(FileFront, AnswersUnknownForFormatsWithoutAReader) {
+  const ScratchDir dir;
+  const std::string path = dir.path();
+  for (const char* type : {"CSI", "FS", "AIQ", "1", "4", "8"}) {
+    Bars bars, before;
+    EXPECT_EQ(qvFILEread(type, &bars, path.c_str(), "a", 0, -1), -10) << type;
+    EXPECT_EQ(std::memcmp(&bars, &before, sizeof(QvBars)), 0);
+    EXPECT_EQ(qvFILEfindrec(type, path.c_str(), "a", 1, nullptr), -10);
+    ASSERT_EQ(qvFILElist(type, path.c_str(), (dir / "list").c_str(), 0), 0);
+    EXPECT_EQ(dir.read("list"),
+              "File Name    Symbol           Description                                      Frequency "
+              "First Date Last Date \n"
+              "------------ ---------------- ------------------------------------------------ --------- "
+              "---------- ----------\n");
+  }
+  double found = 5;
+  EXPECT_EQ(qvCSIfindrec(path.c_str(), "a", 1, &found), -10);
+  EXPECT_EQ(qvFSfindrec(path.c_str(), "a", 1, &found), -10);
+  EXPECT_EQ(qvAIQfindrec(path.c_str(), "a", 1, &found), -10);
+  EXPECT_EQ(found, 5) << "untouched";
+  EXPECT_EQ(qvCSIlist(path.c_str(), path.c_str(), 0), -2) << "a directory";
+}
+
+TEST(FileFront, RefusesNullArguments) {
+  Bars bars;
+  double found = 5;
+  EXPECT_EQ(qvFILEread(nullptr, &bars, "", "a", 0, 1), -1);
+  EXPECT_EQ(qvFILEread("TXT", nullptr, "", "a", 0, 1), -1);
+  EXPECT_EQ(qvFILEread("TXT", &bars, nullptr, "a", 0, 1), -1);
+  EXPECT_EQ(qvFILEread("CT", &bars, "", nullptr, 0, 1), -1);
+  EXPECT_EQ(qvFILEfindrec(nullptr, "", "a", 1, &found), -1);
+  EXPECT_EQ(found, 0.0);
+  EXPECT_EQ(qvFILElist("TXT", nullptr, "STDOUT", 0), -1);
+  EXPECT_EQ(qvFILElist("CSI", "", nullptr, 0), -1);
+  EXPECT_EQ(qvFILEprintinfo(nullptr, "STDOUT", 0), -1);
+  EXPECT_EQ(qvFILEprintinfo(&bars, nullptr, 0), -1);
+}
+
+std::string printed(const QvBars& bars) {
+  testing::internal::CaptureStdout();
+  EXPECT_EQ(qvFILEprintinfo(&bars, "StdOut", 0), 0);
+  return testing::internal::GetCapturedStdout();
+}
+
+TEST(BarInformation, OfAnEmptySetIsUnknown) {
+  EXPECT_EQ(printed(Bars()),
+            "barsize      0\ndatasize     0\nreccnt       0\npath         \nname         \nsymbol       \n"
+            "description  \nfrequency    Unknown\ndatatype     Unknown\nfiletype     Unknown\n");
+}
+
+TEST(BarInformation, PrintsWhatIsThere) {
+  Bars bars({{1, 1, 1, 1}, {2, 2, 2, 2}});
+  bars.reccnt = 250;
+  std::strcpy(bars.path, "C:\\DATA");
+  std::strcpy(bars.name, "F12.DAT");
+  std::strcpy(bars.symbol, "ACME");
+  std::strcpy(bars.description, "Acme 100% puts");
+  std::strcpy(bars.cusip, "004764106");
+  bars.begindate = 36528;
+  bars.enddate = 39462.75;
+  bars.filetype = 2;
+  bars.frequency = 2;
+  bars.datatype = 4;
+  bars.optiontype = 2;
+  bars.deliverydate = 39500;
+  bars.strikeprice = 12.5;
+  EXPECT_EQ(
+      printed(bars),
+      "barsize      2\ndatasize     2\nreccnt       250\npath         C:\\DATA\nname         F12.DAT\n"
+      "symbol       ACME\ndescription  Acme 100% puts\ncusip        004764106\nbegindate    2000/01/03\n"
+      "enddate      2008/01/15\nfrequency    Daily\ndatatype     Option\noptiontype   Put\n"
+      "deliverydate 2008/02/22\nstrikeprice        12.50\nfiletype     CompuTrac\n");
+  qvSetDefaultDateFormat(1);
+  EXPECT_NE(printed(bars).find("begindate    01/03/2000\n"), std::string::npos);
+  qvSetDefaultDateFormat(0);
+}
+
+TEST(BarInformation, SurvivesFieldsThatNoReaderStores) {
+  Bars bars;
+  std::memset(bars.path, 'p', reinterpret_cast<char*>(&bars.begindate) - bars.path);  // no terminators
+  bars.filetype = bars.datatype = INT_MAX;
+  bars.frequency = -1;
+  bars.optiontype = 9;
+  bars.begindate = 1e300;
+  bars.enddate = qvtest::kNaN;
+  bars.strikeprice = -1e300;
+  const std::string text = printed(bars);
+  EXPECT_NE(text.find("\nname         " + std::string(16, 'p') + "\n"), std::string::npos);
+  EXPECT_NE(text.find("\nfrequency    Unknown\ndatatype     Unknown\noptiontype   Unknown\n"),
+            std::string::npos);
+  EXPECT_NE(text.find("\nstrikeprice  -9223372036854775808."), std::string::npos) << text;
+}
+
+TEST(BarInformation, GoesToAFile) {
+  const ScratchDir dir;
+  const std::string path = dir / "info.txt";
+  const Bars bars;
+  for (int k = 0; k < 2; ++k) EXPECT_EQ(qvFILEprintinfo(&bars, path.c_str(), 0), 0);
+  const std::string once = dir.read("info.txt");
+  EXPECT_EQ(once, printed(bars));
+  EXPECT_EQ(qvFILEprintinfo(&bars, path.c_str(), 1), 0);
+  EXPECT_EQ(dir.read("info.txt"), once + once);
+  EXPECT_EQ(qvFILEprintinfo(&bars, (dir / "none/info.txt").c_str(), 0), -2);
+}
+
+}  // namespace
