@@ -44,6 +44,14 @@ TEST(CandleConstruct, ABodyOfTheAverageLengthIsNotLong) {
   EXPECT_EQ(qvCandleShape(&c, 1), 1);
 }
 
+TEST(CandleConstruct, FlatBarsTakeNoPartInTheAverage) {
+  const Candles c(Bars{{kInf, kInf, kInf, kInf}, {10, 12, 10, 12}, {10, 10.5, 10, 10.5}, {9, 9, 9, 9}});
+  EXPECT_EQ(qvCandleShape(&c, 1), 3) << "2 is above 1.25";
+  EXPECT_EQ(qvCandleShape(&c, 2), 1);
+  const Candles flat(Bars{{9, 10, 8, 9}, {9, 10, 8, 9}});
+  EXPECT_EQ(qvCandleShape(&flat, 0), 0) << "no average: no body is long";
+}
+
 TEST(CandleConstruct, MeasuresShadowsInBodies) {
   // Body 4: long above 8, normal from 3 (0.75 bodies) on.
   const Bars bars{{10, 22.25, 7, 14}, {14, 22, 7.25, 10}, {10, 17, 1.75, 14}};
@@ -59,6 +67,17 @@ TEST(CandleConstruct, MeasuresTheShadowsOfAFlatBarInDojis) {
   EXPECT_EQ(candleAt(c, 0), (Fields{0, 0, 3, 2}));
   EXPECT_EQ(candleAt(c, 1), (Fields{0, 0, 2, 3}));
   EXPECT_EQ(candleAt(c, 2), (Fields{0, 0, 2, 1}));
+}
+
+TEST(CandleConstruct, ALongShadowIsLongWhateverTheShortFactor) {
+  Candles c;
+  const Bars bars{{10, 14, 9.75, 11}, {10, 10, 10, 10}};
+  c.longShadowFactor = 0.5;
+  c.shortShadowFactor = 9;
+  c.dojiFactor = kNaN;
+  ASSERT_EQ(qvCandleConstruct(&bars, &c), 0);
+  EXPECT_EQ(candleAt(c, 0), (Fields{2, 1, 3, 1})) << "3 above, a quarter below a body of 1";
+  EXPECT_EQ(candleAt(c, 1), (Fields{0, 1, 1, 1})) << "not a doji by a factor that is not a number";
 }
 
 TEST(CandleConstruct, AgreesWithTheNaiveClassificationOnAnyData) {
