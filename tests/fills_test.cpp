@@ -141,7 +141,7 @@ TEST(TickGrid, StoredPricesAreTruncatedOnceMore) {
   sys.next();
   sys.buy("a", 1);
   sys.next();
-  EXPECT_NEAR(sys.positions[0].entryPrice, 10.09, 1e-12);
+  EXPECT_NEAR(+sys.positions[0].entryPrice, 10.09, 1e-12);
 
   const Bars rising({{10, 10, 10, 10, 0, 0, 1}, {10, 10, 10, 10, 0, 0, 2}, {10, 10.5, 10, 10, 0, 0, 3}});
   System stop(rising);
@@ -152,7 +152,7 @@ TEST(TickGrid, StoredPricesAreTruncatedOnceMore) {
   stop.cover("x", 1, QV_STOP, 10.1);
   stop.next();
   ASSERT_EQ(stop.tradeCount, 1);
-  EXPECT_NEAR(stop.trades[0].exitPrice, 10.09, 1e-12);
+  EXPECT_NEAR(+stop.trades[0].exitPrice, 10.09, 1e-12);
 }
 
 }  // namespace

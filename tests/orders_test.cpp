@@ -146,8 +146,8 @@ TEST(OrderEntry, StoresWhatWasAsked) {
     EXPECT_EQ(order.direction, rows[i].direction) << i;
     EXPECT_EQ(order.orderType, rows[i].type) << i;
     EXPECT_EQ(order.timeInForce, rows[i].tif) << i;
-    EXPECT_EQ(order.price, rows[i].price) << i;
-    EXPECT_EQ(order.date, 36527.0) << i;
+    EXPECT_EQ(+order.price, rows[i].price) << i;
+    EXPECT_EQ(+order.date, 36527.0) << i;
     EXPECT_EQ(order.filled, 0) << i;
   }
 }
@@ -178,8 +178,8 @@ TEST(OrderEntry, NeedsABar) {
   sys.run(3);
   ASSERT_EQ(sys.currentBar, 2);
   EXPECT_EQ(sys.buy("late", 1, QV_CLOSE), 0) << "behind the last bar";
-  EXPECT_EQ(sys.orders[0].date, 0.0);
-  EXPECT_EQ(sys.orders[0].price, 0.0);
+  EXPECT_EQ(+sys.orders[0].date, 0.0);
+  EXPECT_EQ(+sys.orders[0].price, 0.0);
 }
 
 TEST(OrderEntry, GrowsTheTableByFour) {

@@ -39,8 +39,8 @@ TEST(Scenario, ReversalAndPartialCover) {
   sys.next();  // bar 2: short 3 at 15, which closes the long two for 3 each
   EXPECT_EQ(tradesOf(sys), Names{"L>S 2 at 12>15 bars 1>2"});
   EXPECT_EQ(sys.trades[0].exitDirection, QV_SELL);
-  EXPECT_EQ(sys.trades[0].exitDate, 36528.0);
-  EXPECT_EQ(sys.longStatistics.totalNetProfit, 6.0);
+  EXPECT_EQ(+sys.trades[0].exitDate, 36528.0);
+  EXPECT_EQ(+sys.longStatistics.totalNetProfit, 6.0);
   EXPECT_EQ(sys.positionDirection, 2);
   EXPECT_EQ(sys.longContracts, 0);
   EXPECT_EQ(sys.shortContracts, 3);
@@ -49,8 +49,8 @@ TEST(Scenario, ReversalAndPartialCover) {
   EXPECT_EQ(sys.lastEntryDate, 36528.0);
   EXPECT_EQ(sys.positionCount, 1);
   sys.next();  // bar 3, at 11: open profit 3 * 4
-  EXPECT_EQ(sys.shortStatistics.openPositionPL, 12.0);
-  EXPECT_EQ(sys.netStatistics.openPositionPL, 12.0);
+  EXPECT_EQ(+sys.shortStatistics.openPositionPL, 12.0);
+  EXPECT_EQ(+sys.netStatistics.openPositionPL, 12.0);
   EXPECT_EQ(sys.barsInShort, 2);
   EXPECT_EQ(sys.barsInPosition, 2);
   EXPECT_EQ(sys.barsInLong, 0);
@@ -60,11 +60,11 @@ TEST(Scenario, ReversalAndPartialCover) {
   EXPECT_EQ(sys.trades[1].position.remaining, 3) << "as it stood before the exit";
   EXPECT_EQ(sys.trades[1].position.volume, 3);
   EXPECT_EQ(sys.positions[0].remaining, 1);
-  EXPECT_EQ(sys.netStatistics.totalNetProfit, 20.0);
-  EXPECT_EQ(sys.netStatistics.openPositionPL, 7.0);
+  EXPECT_EQ(+sys.netStatistics.totalNetProfit, 20.0);
+  EXPECT_EQ(+sys.netStatistics.openPositionPL, 7.0);
   sys.cover("D", 1);
   sys.next();  // bar 5, at 9: flat
-  EXPECT_EQ(sys.netStatistics.totalNetProfit, 26.0);
+  EXPECT_EQ(+sys.netStatistics.totalNetProfit, 26.0);
   EXPECT_EQ(sys.positionDirection + sys.netContracts + sys.barsInPosition + sys.positionCount, 0);
   EXPECT_EQ(sys.averageEntryPrice, 0.0);
   EXPECT_EQ(sys.lastEntryDate, 36528.0) << "stays";
@@ -107,9 +107,9 @@ TEST(Scenario, PyramidingWithPartialExits) {
   // 2 at 10, 3 at 12, 2 at 16: (20 + 36 + 32) / 7
   EXPECT_EQ(sys.longContracts, 7);
   EXPECT_DOUBLE_EQ(sys.averageEntryPrice, 88.0 / 7);
-  EXPECT_EQ(sys.longStatistics.openPositionPL, 2 * 6 + 3 * 4);
+  EXPECT_EQ(+sys.longStatistics.openPositionPL, 2 * 6 + 3 * 4);
   EXPECT_EQ(sys.barsInLong, 3) << "since the first entry";
-  EXPECT_EQ(sys.longStatistics.maximumContractsHeld, 7);
+  EXPECT_EQ(+sys.longStatistics.maximumContractsHeld, 7);
   sys.sell("none", 9, QV_MARKET, 0, QV_GTC, "C");
   sys.sell("from A", 3, QV_MARKET, 0, QV_DAY, "A");
   sys.next();  // bar 4: two of the first A, one of the other
@@ -122,7 +122,7 @@ TEST(Scenario, PyramidingWithPartialExits) {
   EXPECT_EQ(tradesOf(sys)[2], "B>rest 3 at 12>21 bars 2>5");
   EXPECT_EQ(tradesOf(sys)[3], "A>rest 1 at 16>21 bars 3>5");
   EXPECT_EQ(sys.positionCount, 0);
-  EXPECT_EQ(sys.netStatistics.totalNetProfit, 20 + 4 + 27 + 5);
+  EXPECT_EQ(+sys.netStatistics.totalNetProfit, 20 + 4 + 27 + 5);
 }
 
 TEST(Scenario, OneEntryOfEachDirectionPerBar) {
@@ -139,7 +139,7 @@ TEST(Scenario, OneEntryOfEachDirectionPerBar) {
   // entry. All pending entries of the direction go with it.
   ASSERT_EQ(sys.positionCount, 1);
   EXPECT_STREQ(sys.positions[0].entryName, "at 9");
-  EXPECT_EQ(sys.positions[0].entryPrice, 8.0);
+  EXPECT_EQ(+sys.positions[0].entryPrice, 8.0);
   EXPECT_EQ(sys.orderNames(), Names{"stop"});
 }
 
@@ -181,9 +181,9 @@ TEST(Scenario, EqualLongAndShortIsFlat) {
   EXPECT_EQ(sys.averageEntryPrice, 0.0);
   EXPECT_EQ(sys.barsInLong, 2);
   EXPECT_EQ(sys.barsInShort, 2);
-  EXPECT_EQ(sys.longStatistics.openPositionPL, 6.0);
-  EXPECT_EQ(sys.shortStatistics.openPositionPL, -6.0);
-  EXPECT_EQ(sys.netStatistics.openPositionPL, 0.0);
+  EXPECT_EQ(+sys.longStatistics.openPositionPL, 6.0);
+  EXPECT_EQ(+sys.shortStatistics.openPositionPL, -6.0);
+  EXPECT_EQ(+sys.netStatistics.openPositionPL, 0.0);
 }
 
 TEST(Scenario, CloseOrdersTradeAtTheCloseBefore) {
@@ -192,19 +192,19 @@ TEST(Scenario, CloseOrdersTradeAtTheCloseBefore) {
   sys.onTicks(1);
   sys.next();
   sys.buy("in", 1, QV_CLOSE);
-  EXPECT_EQ(sys.orders[0].price, 10.0);
+  EXPECT_EQ(+sys.orders[0].price, 10.0);
   sys.next();
   // An entry is dated by the bar that fills it, an exit by the bar whose close it took.
-  EXPECT_EQ(sys.positions[0].entryPrice, 10.0);
-  EXPECT_EQ(sys.positions[0].entryDate, 101.0);
+  EXPECT_EQ(+sys.positions[0].entryPrice, 10.0);
+  EXPECT_EQ(+sys.positions[0].entryDate, 101.0);
   EXPECT_EQ(sys.positions[0].entryBar, 1);
   sys.sell("out", 1, QV_CLOSE);
   sys.next();
   ASSERT_EQ(sys.tradeCount, 1);
-  EXPECT_EQ(sys.trades[0].exitPrice, 21.0);
+  EXPECT_EQ(+sys.trades[0].exitPrice, 21.0);
   EXPECT_EQ(sys.trades[0].exitBar, 2);
-  EXPECT_EQ(sys.trades[0].exitDate, 101.0);
-  EXPECT_EQ(sys.longStatistics.averageBarsInWinners, 2.0) << "counted by bars, not dates";
+  EXPECT_EQ(+sys.trades[0].exitDate, 101.0);
+  EXPECT_EQ(+sys.longStatistics.averageBarsInWinners, 2.0) << "counted by bars, not dates";
 }
 
 TEST(Scenario, CancelledOrdersAndDayOrders) {
@@ -256,7 +256,7 @@ TEST(Scenario, CostsOfATrade) {
   sys.next();
   sys.sell("X", 1);
   sys.next();  // no price change: two commissions lost
-  EXPECT_EQ(sys.longStatistics.totalNetProfit, -10.0);
+  EXPECT_EQ(+sys.longStatistics.totalNetProfit, -10.0);
   EXPECT_EQ(sys.longStatistics.numberOfLosingTrades, 1);
   sys.tickValue = 12.5;
   sys.slippage = 2;
@@ -265,9 +265,9 @@ TEST(Scenario, CostsOfATrade) {
   sys.next();
   sys.cover("C", 3);
   sys.next();  // 0.75 * ((-4 * 12.5 - 2) * 3 - 10) = 0.75 * -166
-  EXPECT_EQ(sys.shortStatistics.totalNetProfit, -124.5);
+  EXPECT_EQ(+sys.shortStatistics.totalNetProfit, -124.5);
   // drawdown (10 - 14) * 3 * 12.5, the same for a short trade
-  EXPECT_EQ(sys.shortStatistics.maximumIntradayDrawdown, -150.0);
+  EXPECT_EQ(+sys.shortStatistics.maximumIntradayDrawdown, -150.0);
 }
 
 // Three long and two short trades of one contract, one after the other:
@@ -363,30 +363,30 @@ TEST(Scenario, StatisticsOfFiveTrades) {
        ((3 - root3) / 5 * 8) / (9 * ((2 + root2) / 5) / 2)}};
   for (const Expected& e : blocks) {
     SCOPED_TRACE(&e - blocks);
-    EXPECT_EQ(e.s->totalNetProfit, e.net);
-    EXPECT_EQ(e.s->grossProfit, e.profit);
-    EXPECT_EQ(e.s->grossLoss, e.loss);
+    EXPECT_EQ(+e.s->totalNetProfit, e.net);
+    EXPECT_EQ(+e.s->grossProfit, e.profit);
+    EXPECT_EQ(+e.s->grossLoss, e.loss);
     EXPECT_EQ(e.s->totalNumberOfTrades, e.trades);
     EXPECT_EQ(e.s->numberOfWinningTrades, e.winners);
     EXPECT_EQ(e.s->numberOfLosingTrades, e.losers);
-    EXPECT_DOUBLE_EQ(e.s->percentProfitable, e.percent);
-    EXPECT_EQ(e.s->largestWinningTrade, e.largestWin);
-    EXPECT_EQ(e.s->largestLosingTrade, e.largestLoss);
-    EXPECT_EQ(e.s->averageWinningTrade, e.averageWin);
-    EXPECT_EQ(e.s->averageLosingTrade, e.averageLoss);
-    EXPECT_DOUBLE_EQ(e.s->ratioAverageWinAverageLoss, e.ratio);
-    EXPECT_DOUBLE_EQ(e.s->averageTrade, e.average);
+    EXPECT_DOUBLE_EQ(+e.s->percentProfitable, e.percent);
+    EXPECT_EQ(+e.s->largestWinningTrade, e.largestWin);
+    EXPECT_EQ(+e.s->largestLosingTrade, e.largestLoss);
+    EXPECT_EQ(+e.s->averageWinningTrade, e.averageWin);
+    EXPECT_EQ(+e.s->averageLosingTrade, e.averageLoss);
+    EXPECT_DOUBLE_EQ(+e.s->ratioAverageWinAverageLoss, e.ratio);
+    EXPECT_DOUBLE_EQ(+e.s->averageTrade, e.average);
     EXPECT_EQ(e.s->maximumConsecutiveWinners, 1);
     EXPECT_EQ(e.s->maximumConsecutiveLosers, 1);
-    EXPECT_EQ(e.s->averageBarsInWinners, e.barsInWinners);
-    EXPECT_EQ(e.s->averageBarsInLosers, e.barsInLosers);
-    EXPECT_EQ(e.s->maximumIntradayDrawdown, e.drawdown);
-    EXPECT_EQ(e.s->profitFactor, e.factor);
-    EXPECT_EQ(e.s->maximumContractsHeld, 1.0);
-    EXPECT_EQ(e.s->accountSizeRequired, e.account);
-    EXPECT_DOUBLE_EQ(e.s->returnOnAccount, e.onAccount);
-    EXPECT_DOUBLE_EQ(e.s->prr, e.prr);
-    EXPECT_EQ(e.s->openPositionPL, 0.0);
+    EXPECT_EQ(+e.s->averageBarsInWinners, e.barsInWinners);
+    EXPECT_EQ(+e.s->averageBarsInLosers, e.barsInLosers);
+    EXPECT_EQ(+e.s->maximumIntradayDrawdown, e.drawdown);
+    EXPECT_EQ(+e.s->profitFactor, e.factor);
+    EXPECT_EQ(+e.s->maximumContractsHeld, 1.0);
+    EXPECT_EQ(+e.s->accountSizeRequired, e.account);
+    EXPECT_DOUBLE_EQ(+e.s->returnOnAccount, e.onAccount);
+    EXPECT_DOUBLE_EQ(+e.s->prr, e.prr);
+    EXPECT_EQ(+e.s->openPositionPL, 0.0);
   }
   EXPECT_EQ(sys.longStatistics.totalBarsInWinners, 5);
   EXPECT_EQ(sys.longStatistics.totalBarsInLosers, 2);
@@ -408,9 +408,9 @@ TEST(Scenario, AccountSizeFollowsTheMargin) {
     System sys(bars);
     sys.marginPercent = row.margin;
     runFiveTrades(sys);
-    EXPECT_EQ(sys.netStatistics.accountSizeRequired, row.account) << row.margin;
-    EXPECT_EQ(sys.netStatistics.returnOnAccount, row.onAccount) << row.margin;
-    EXPECT_EQ(sys.longStatistics.accountSizeRequired, row.account * 8 / 15) << row.margin;
+    EXPECT_EQ(+sys.netStatistics.accountSizeRequired, row.account) << row.margin;
+    EXPECT_EQ(+sys.netStatistics.returnOnAccount, row.onAccount) << row.margin;
+    EXPECT_EQ(+sys.longStatistics.accountSizeRequired, row.account * 8 / 15) << row.margin;
   }
 }
 
@@ -430,8 +430,8 @@ TEST(Scenario, RunsOfWinnersAndLosersAndPrrWithoutLosers) {
     sys.next();
     sys.sell("X", 1);
     if (trade == 3) {  // +4 and +4: (2 - root 2) / 2 * 8 / 2
-      EXPECT_DOUBLE_EQ(sys.longStatistics.prr, 2 * (2 - std::sqrt(2.0)));
-      EXPECT_EQ(sys.longStatistics.profitFactor, 0.0) << "no loss to divide by";
+      EXPECT_DOUBLE_EQ(+sys.longStatistics.prr, 2 * (2 - std::sqrt(2.0)));
+      EXPECT_EQ(+sys.longStatistics.profitFactor, 0.0) << "no loss to divide by";
     }
   }
   sys.next();
@@ -452,7 +452,7 @@ TEST(Scenario, TablesThatCannotGrowLoseTheirRecords) {
     EXPECT_EQ(sys.next(), 1);
     qv::memory::failAllocation(0);
     EXPECT_EQ(sys.tradeCount, k ? 0 : 1);
-    EXPECT_EQ(sys.netStatistics.totalNetProfit, 3.0) << "the statistics keep the trade";
+    EXPECT_EQ(+sys.netStatistics.totalNetProfit, 3.0) << "the statistics keep the trade";
     EXPECT_EQ(sys.positionCount, 0);
   }
   const Bars more(flatBars(std::vector<double>(30, 10.0)));
@@ -494,7 +494,7 @@ TEST(Scenario, HugeAndOddVolumes) {
   sys.tickSize = 0;
   sys.buy("A", 1);
   sys.next();
-  EXPECT_TRUE(std::isnan(sys.positions[sys.positionCount - 1].entryPrice)) << "there is no grid";
+  EXPECT_TRUE(std::isnan(+sys.positions[sys.positionCount - 1].entryPrice)) << "there is no grid";
 }
 
 }  // namespace

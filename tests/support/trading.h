@@ -1,4 +1,7 @@
 // A trading system that frees itself, and short ways to drive it.
+//
+// The doubles of the packed records are not aligned: tests hand them on as values, "+order.price",
+// where a reference would be taken.
 #pragma once
 
 #include <cstring>
