@@ -3,6 +3,7 @@
 
 #include "core/calculation.h"
 #include "core/numbers.h"
+#include "core/window.h"
 #include "qvlib60/indicators/averages.h"
 #include "qvlib60/indicators/momentum.h"
 
@@ -38,6 +39,27 @@ int QVCALL qvVIDYA(const QvArray* in, QvArray* out, int cmoPeriod, int period, i
 
 int QVCALL qvVariableMA(const QvArray* in, QvArray* out, int period, int start) noexcept {
   return qvVIDYA(in, out, 9, period, start);
+}
+
+int QVCALL qvVolAdjustedMA(const QvArray* price, const QvArray* volume, QvArray* out, int period,
+                           int start) noexcept {
+  if (period < 1) return QV_INVALID_PARM;
+  const int n = prepareOutputs({}, {price, volume}, {out});
+  if (n < 1) return n;
+  Temporary turnover;
+  if (const int status = allocArrays(n, {&turnover})) return status;
+  const int s = firstValidOf(start, {price, volume});
+  const int first = saturatingSum(s, period, -1);
+  for (int i = s; i < n; ++i) turnover.data[i] = price->data[i] * volume->data[i];
+  const window::Range range{s, n, period};
+  if (const int status = window::sum(turnover.data, range, turnover.data)) return status;
+  if (const int status = window::sum(volume->data, range, out->data)) return status;
+  for (int i = first; i < n; ++i) {
+    const double sumVolume = out->data[i];
+    out->data[i] = isNonZero(sumVolume) ? turnover.data[i] / sumVolume : 0.0;
+  }
+  qvSetFirstValid(out, first);
+  return QV_OK;
 }
 
 }  // extern "C"

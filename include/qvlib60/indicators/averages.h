@@ -11,6 +11,34 @@
 
 QV_BEGIN_DECLS
 
+/* ---- Averages by method ---------------------------------------------------------------------- */
+
+/* The average of a method code: 0 qvExpMA, 1 qvLstSqrMA, 2 qvSimpleMA, 3 qvWeightedMA, 4 qvWellesMA,
+   5 qvTriangularMA, 6 qvVariableMA, 7 qvZeroLagExpMA; its result as it stands. Another code is -1 with
+   nothing written. */
+QVAPI int QVCALL qvMovingAverage(const QvArray* in, QvArray* out, int method, int period,
+                                 int start) QVNOEXCEPT;
+
+/* ---- Averages over the last p items ---------------------------------------------------------- */
+
+/* Simple average. First valid s + p - 1. When fewer than p items exist, their sum divided by p stands
+   in the last item; with a start beyond the end that item is 0.0, in place too. Runs in place. */
+QVAPI int QVCALL qvSimpleMA(const QvArray* in, QvArray* out, int period, int start) QVNOEXCEPT;
+
+/* Running sum. First valid s + p - 1. The last item holds a partial sum as that of qvSimpleMA does.
+   Runs in place. */
+QVAPI int QVCALL qvMovingSum(const QvArray* in, QvArray* out, int period, int start) QVNOEXCEPT;
+
+/* Linearly weighted average: the newest item weighs p, the oldest 1. First valid s + p - 1. */
+QVAPI int QVCALL qvWeightedMA(const QvArray* in, QvArray* out, int period, int start) QVNOEXCEPT;
+
+/* Forecast: the window's least-squares line one bar beyond its end. First valid s + p - 1. */
+QVAPI int QVCALL qvLstSqrMA(const QvArray* in, QvArray* out, int period, int start) QVNOEXCEPT;
+
+/* Simple average of a simple average: over (p + 1) / 2 items twice when p is odd, over p / 2 and then
+   p / 2 + 1 when it is even. First valid s + p - 1. */
+QVAPI int QVCALL qvTriangularMA(const QvArray* in, QvArray* out, int period, int start) QVNOEXCEPT;
+
 /* ---- Exponential smoothing ------------------------------------------------------------------- */
 
 /* Exponential average, smoothing constant 2 / (p + 1), seeded with the first input. First valid s.
@@ -65,6 +93,11 @@ QVAPI int QVCALL qvVIDYA(const QvArray* in, QvArray* out, int cmoPeriod, int per
 
 /* qvVIDYA with an oscillator of 9 bars. First valid s + 22; item s + 21 holds the seed. */
 QVAPI int QVCALL qvVariableMA(const QvArray* in, QvArray* out, int period, int start) QVNOEXCEPT;
+
+/* Average of the prices weighted with their volumes; 0.0 where the window's volume is zero or not a
+   number. First valid s + p - 1, s over both inputs. */
+QVAPI int QVCALL qvVolAdjustedMA(const QvArray* price, const QvArray* volume, QvArray* out, int period,
+                                 int start) QVNOEXCEPT;
 
 QV_END_DECLS
 
