@@ -46,7 +46,8 @@ int insideBar(const Prices& p, int i) noexcept {
 }
 
 int outsideBar(const Prices& p, int i) noexcept {
-  return higherHigh(p, i) & lowerLow(p, i);
+  const bool higher = higherHigh(p, i), lower = lowerLow(p, i);
+  return higher & lower;
 }
 
 int closePriceReversal(const Prices& p, int i) noexcept {
