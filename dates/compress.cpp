@@ -2,10 +2,13 @@
 // interface belongs to the bar sets.
 #include <algorithm>
 #include <cmath>
+#include <cstring>
 #include <limits>
 
 #include "core/calculation.h"
+#include "core/numbers.h"
 #include "core/stretch.h"
+#include "core/window.h"
 #include "qvlib60/core.h"
 #include "qvlib60/dates.h"
 
@@ -184,6 +187,37 @@ int groupBars(QvBars& in, QvBars& out, Periods periods, double startDate, double
   return QV_OK;
 }
 
+// ---- Rolling compression ------------------------------------------------------------------------
+
+// The statistic of the stretch that ends at each bar from `start` on, begun at the series' first valid
+// item; bars below that have the value of an empty stretch.
+template <typename Kernel>
+int rollSeries(const QvArray& in, int start, int end, int p, double beforeFirst, Kernel kernel,
+               double* out) noexcept {
+  const int first = std::max(in.firstValid, 0);
+  for (int i = start; i < std::min(first, end); ++i) out[i] = beforeFirst;
+  if (first >= end) return QV_OK;
+  return kernel(in.data, window::Range{first, end, std::min(p, end), true}, out);
+}
+
+int rollExtreme(const QvArray& in, int start, int end, int p, bool highest, double* out) noexcept {
+  const double atFirst = qvGetArrayItem(&in, std::max(in.firstValid, 0));
+  return rollSeries(
+      in, start, end, p, atFirst,
+      [highest](const double* x, window::Range r, double* y) noexcept {
+        return highest ? window::maximum(x, r, y) : window::minimum(x, r, y);
+      },
+      out);
+}
+
+int rollSum(const QvArray& in, int start, int end, int p, double* out) noexcept {
+  return rollSeries(in, start, end, p, 0.0, window::sum, out);
+}
+
+void copyItems(const QvArray& from, QvArray& to, int start, int end) noexcept {
+  std::memmove(to.data + start, from.data + start, static_cast<std::size_t>(end - start) * sizeof(double));
+}
+
 }  // namespace
 
 extern "C" {
@@ -243,6 +277,35 @@ int QVCALL qvGroupBars(const QvBars* in, double* open, double* high, double* low
   *volume = stats(in->volume).sum;
   *openInterest = stats(in->openInterest).sum;
   return QV_OK;
+}
+
+int QVCALL qvGroupBarsPeriods(const QvBars* in, QvBars* out, int p, int start) noexcept {
+  if (p < 1) return QV_INVALID_PARM;
+  if (const int status = prepareBars(in, out)) return status;
+  const int n = std::max(std::min(out->datasize, in->barsize), 0);
+  const int s = std::clamp(start, 0, n);
+
+  // Rolled aside, since both sets may be the same and a failure must leave the bars as they are.
+  Temporary high, low, volume, openInterest;
+  if (const int status = allocArrays(n, {&high, &low, &volume, &openInterest})) return status;
+  if (const int status = rollExtreme(in->high, s, n, p, true, high.data)) return status;
+  if (const int status = rollExtreme(in->low, s, n, p, false, low.data)) return status;
+  if (const int status = rollSum(in->volume, s, n, p, volume.data)) return status;
+  if (const int status = rollSum(in->openInterest, s, n, p, openInterest.data)) return status;
+
+  qvReSizeBars(out, n);
+  copyItems(in->date, out->date, s, n);
+  copyItems(in->close, out->close, s, n);
+  for (int i = n - 1; i >= s; --i) out->open.data[i] = in->open.data[i - std::min(p - 1, i)];
+  copyItems(high, out->high, s, n);
+  copyItems(low, out->low, s, n);
+  copyItems(volume, out->volume, s, n);
+  copyItems(openInterest, out->openInterest, s, n);
+  return QV_OK;
+}
+
+int QVCALL qvGroupBarsArray(const QvBars* in, QvBars* out, int p, int start) noexcept {
+  return qvGroupBarsPeriods(in, out, p, start);
 }
 
 }  // extern "C"

@@ -261,10 +261,56 @@ TEST(GroupBars, SummarisesTheBarsUpToAnIndex) {
   EXPECT_EQ(qvGroupBars(&in, &o, &h, nullptr, &c, &v, &oi, 3, 3), -1);
 }
 
+// Every bar from start on against qvGroupBars of the untouched input.
+TEST(GroupBarsPeriods, EqualsEachStretchAlsoInPlace) {
+  std::vector<Bar> bars = walkBars(90);
+  for (std::size_t i = 0; i < bars.size(); i += 7) bars[i].high = kNaN;
+  for (int p : {1, 2, 7, 89, 90, 91, INT_MAX}) {
+    for (int start : {INT_MIN, 0, 1, 20, 89, 90, INT_MAX}) {
+      for (int firstValid : {0, 5, 60, 90, INT_MAX}) {
+        Bars in(bars), apart, same(bars);
+        for (Bars* b : {&in, &same}) {
+          b->high.firstValid = b->openInterest.firstValid = firstValid;
+          b->low.firstValid = firstValid / 2;
+        }
+        ASSERT_EQ(qvGroupBarsPeriods(&in, &apart, p, start), 0);
+        ASSERT_EQ(qvGroupBarsArray(&same, &same, p, start), 0);
+        expectEqualSizes(apart, 90);
+        expectEqualSizes(same, 90);
+        for (int i = 0; i < 90; ++i) {
+          double want[7] = {in.date.data[i]};
+          qvGroupBars(&in, want + 1, want + 2, want + 3, want + 4, want + 5, want + 6, p, i);
+          for (int k = 0; k < qv::kSeriesCount; ++k) {
+            const double a = qv::seriesOf(apart, k).data[i], s = qv::seriesOf(same, k).data[i];
+            const double untouched = qv::seriesOf(in, k).data[i];
+            const auto equal = [](double x, double y) { return x == y || (x != x && y != y); };
+            ASSERT_TRUE(equal(a, i >= start ? want[k] : 0.0)) << k << " " << i << " " << p << " " << start;
+            ASSERT_TRUE(equal(s, i >= start ? want[k] : untouched))
+                << k << " " << i << " " << p << " " << start;
+          }
+        }
+      }
+    }
+  }
+}
+
+TEST(GroupBarsPeriods, KeepsToTheRoomOfItsOutput) {
+  Bars in(walkBars(20)), small(walkBars(8));
+  ASSERT_EQ(qvGroupBarsPeriods(&in, &small, 3, 0), 0);
+  expectEqualSizes(small, 8);
+  EXPECT_EQ(small.open.data[7], in.open.data[5]);
+  for (int p : {INT_MIN, -1, 0}) {
+    Bars out;
+    EXPECT_EQ(qvGroupBarsPeriods(&in, &out, p, 0), -1);
+    EXPECT_EQ(out.date.data, nullptr);
+  }
+}
+
 using Compression = int (*)(QvBars*, QvBars*);
 constexpr Compression kCompressions[] = {
     [](QvBars* in, QvBars* out) { return qvGroupBarsDate(in, out, 3, 0, 0); },
     [](QvBars* in, QvBars* out) { return qvGroupBarsTime(in, out, 60, 0, 0); },
+    [](QvBars* in, QvBars* out) { return qvGroupBarsPeriods(in, out, 5, 0); },
 };
 
 TEST(Compression, RefusesMissingData) {

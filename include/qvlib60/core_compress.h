@@ -1,4 +1,4 @@
-/* Bar compression: coarser bars out of finer ones, by calendar period and by time.
+/* Bar compression: coarser bars out of finer ones, by calendar period, by time and rolling.
    Included by core.h, which defines the records.
 
    An empty output is allocated with the input's capacity (-3 when memory runs out); an output that has
@@ -35,6 +35,13 @@ QVAPI int QVCALL qvGroupArray(const QvBars* dates, const QvArray* in, QvArray* o
    and a null pointer. */
 QVAPI int QVCALL qvGroupBars(const QvBars* in, double* open, double* high, double* low, double* close,
                              double* volume, double* openInterest, int p, int index) QVNOEXCEPT;
+
+/* Rolling compression: bar i becomes qvGroupBars of the p bars that end at it, dated as bar i. Bars below
+   start stay as they are. -1 for a period below 1. */
+QVAPI int QVCALL qvGroupBarsPeriods(const QvBars* in, QvBars* out, int p, int start) QVNOEXCEPT;
+
+/* qvGroupBarsPeriods under a second name. */
+QVAPI int QVCALL qvGroupBarsArray(const QvBars* in, QvBars* out, int p, int start) QVNOEXCEPT;
 
 QV_END_DECLS
 
