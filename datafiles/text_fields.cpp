@@ -60,8 +60,8 @@ int integerValue(std::string_view text) noexcept {
 }
 
 Columns::Columns(std::string_view delimiters) noexcept {
-  for (const char c : delimiters) kinds_[static_cast<unsigned char>(c)] = kDelimiter;
-  kinds_[0] = kEnd;
+  for (const char c : delimiters) kinds_[static_cast<unsigned char>(c)] = Kind::kDelimiter;
+  kinds_[0] = Kind::kEnd;
 }
 
 void Columns::split(std::string_view line, int wanted) noexcept {
@@ -71,9 +71,9 @@ void Columns::split(std::string_view line, int wanted) noexcept {
   const char* const end = p + line.size();
   const auto kind = [this](const char* c) { return kinds_[static_cast<unsigned char>(*c)]; };
   while (count_ < wanted) {
-    while (p != end && kind(p) == kDelimiter) ++p;
+    while (p != end && kind(p) == Kind::kDelimiter) ++p;
     const char* const first = p;
-    while (p != end && kind(p) == kText) ++p;
+    while (p != end && kind(p) == Kind::kText) ++p;
     if (p == first) return;
     columns_[static_cast<std::size_t>(count_++)] = {first, static_cast<std::size_t>(p - first)};
   }

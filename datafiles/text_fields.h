@@ -30,7 +30,7 @@ class Columns {
   }
 
  private:
-  enum Kind : unsigned char { kText, kDelimiter, kEnd };
+  enum class Kind : unsigned char { kText, kDelimiter, kEnd };
   std::array<Kind, 256> kinds_{};
   std::array<std::string_view, kMost> columns_;
   int count_ = 0;

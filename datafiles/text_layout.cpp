@@ -1,5 +1,6 @@
 // The layout of text price files: reading and writing the record that says which column holds what.
-#include <cstring>
+#include <algorithm>
+#include <cstdio>
 
 #include "core/output_file.h"
 #include "datafiles/line_reader.h"

@@ -76,11 +76,12 @@ QVAPI int QVCALL qvTXTfindrec(const char* directory, const char* fileName, const
    Newest first in the file, or no two different dates: start 0 or below 0 reads the oldest `count`
    records (start 0) or the newest (below 0), a start above 0 the `count` records that end with record
    `start`; a negative count means start + 1 records, the oldest ones, or all for a start of 0 or less.
-   Bars are stored from slot count - 1 downwards and the set's size is left as it was, so hand in an
-   empty bar set, or one whose size fits. Without two different dates every record goes to slot
-   count - 1 and the last one stays.
+   Bars are stored from slot count - 1 downwards, other slots keep what they held, and the set's size is
+   left as it was: hand in an empty bar set, or one of the size that is read. Without two different dates
+   every record goes to slot count - 1 and the last one stays.
    The order is found from the records numbered skip - 1 and later; texts that are no date do not count.
-   A count of 0 fills only the bar information. -9 when start is not below the number of records. */
+   A count of 0 fills the bar information of a set of no bars. -9 when start is not below the number of
+   records; the bar set then stays as it was. */
 QVAPI int QVCALL qvTXTread(QvBars* bars, const char* directory, const char* fileName, const QvTxtInfo* info,
                            int start, int count) QVNOEXCEPT;
 
