@@ -21,12 +21,6 @@ void mapItems(const QvArray& in, QvArray& out, int from, int end, Formula formul
   for (int i = from; i < end; ++i) y[i] = formula(x[i]);
 }
 
-// True when bar i is there in each of the series.
-template <typename... Arrays>
-bool canRead(const QvBars* b, int i, Arrays... series) noexcept {
-  return b && i >= 0 && i < b->barsize && (... && ((b->*series).data && i < (b->*series).capacity));
-}
-
 }  // namespace
 
 extern "C" {

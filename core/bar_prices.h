@@ -1,7 +1,15 @@
 // The prices that sum up one bar, for loops that have checked their series.
 #pragma once
 
+#include "qvlib60/core.h"
+
 namespace qv {
+
+// True when bar i is there in each of the series.
+template <typename... Arrays>
+inline bool canRead(const QvBars* b, int i, Arrays... series) noexcept {
+  return b && i >= 0 && i < b->barsize && (... && ((b->*series).data && i < (b->*series).capacity));
+}
 
 // The first bar has no previous close: its true high and low are its own.
 inline double trueHigh(const double* high, const double* close, int i) noexcept {
