@@ -8,6 +8,7 @@
 
 #include "core/calculation.h"
 #include "core/numbers.h"
+#include "indicators/wilder.h"
 #include "qvlib60/indicators/averages.h"
 
 using namespace qv;
@@ -173,7 +174,7 @@ int QVCALL qvWellesMA(const QvArray* in, QvArray* out, int period, int start) no
     double average;
     const int end = wellesSeed(x, s, n, period, y, &average);
     y[end - 1] = average /= period;
-    for (int i = end; i < n; ++i) y[i] = average = ((period - 1) * average + x[i]) / period;
+    for (int i = end; i < n; ++i) y[i] = average = wilderStep(average, x[i], period);
   }
   qvSetFirstValid(out, saturatingSum(s, period, -1));
   return QV_OK;
