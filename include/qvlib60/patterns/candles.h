@@ -10,7 +10,7 @@
 
 QV_BEGIN_DECLS
 
-#include "qvlib60/pack_pointers.h"
+#pragma pack(push, QV_POINTER_PACK)
 
 /* One bar, four bytes. */
 typedef struct QvCandle {

@@ -92,7 +92,7 @@ typedef struct QvTradeStats {
 
 #pragma pack(pop)
 
-#include "qvlib60/pack_pointers.h"
+#pragma pack(push, QV_POINTER_PACK)
 
 /* One trading system over one bar set. The caller sets the settings after qvOrderSystemInit and
    reads the position summary and the statistics. The tables belong to the library. */
