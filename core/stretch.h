@@ -44,12 +44,4 @@ inline StretchStats statsOf(const double* items, Stretch s, bool skipZeros) noex
   return stats;
 }
 
-// The same as the stretch functions give it: minimum and maximum of an empty stretch are the item that
-// lies at its beginning, which a first valid index has moved behind its end.
-inline StretchStats statsOf(const QvArray& a, Stretch s, bool skipZeros) noexcept {
-  StretchStats stats = statsOf(a.data, s, skipZeros);
-  if (s.empty()) stats.minimum = stats.maximum = qvGetArrayItem(&a, s.first);
-  return stats;
-}
-
 }  // namespace qv

@@ -189,29 +189,20 @@ int groupBars(QvBars& in, QvBars& out, Periods periods, double startDate, double
 
 // ---- Rolling compression ------------------------------------------------------------------------
 
-// The statistic of the stretch that ends at each bar from `start` on, begun at the series' first valid
-// item; bars below that have the value of an empty stretch.
-template <typename Kernel>
-int rollSeries(const QvArray& in, int start, int end, int p, double beforeFirst, Kernel kernel,
-               double* out) noexcept {
+using Kernel = int (*)(const double*, window::Range, double*) noexcept;
+
+int highest(const double* in, window::Range r, double* out) noexcept {
+  return window::maximum(in, r, out);
+}
+
+int lowest(const double* in, window::Range r, double* out) noexcept {
+  return window::minimum(in, r, out);
+}
+
+// The windows of the first n bars, begun at the series' first valid item; 0.0 stays below it.
+int roll(const QvArray& in, int n, int p, Kernel kernel, QvArray& out) noexcept {
   const int first = std::max(in.firstValid, 0);
-  for (int i = start; i < std::min(first, end); ++i) out[i] = beforeFirst;
-  if (first >= end) return QV_OK;
-  return kernel(in.data, window::Range{first, end, std::min(p, end), true}, out);
-}
-
-int rollExtreme(const QvArray& in, int start, int end, int p, bool highest, double* out) noexcept {
-  const double atFirst = qvGetArrayItem(&in, std::max(in.firstValid, 0));
-  return rollSeries(
-      in, start, end, p, atFirst,
-      [highest](const double* x, window::Range r, double* y) noexcept {
-        return highest ? window::maximum(x, r, y) : window::minimum(x, r, y);
-      },
-      out);
-}
-
-int rollSum(const QvArray& in, int start, int end, int p, double* out) noexcept {
-  return rollSeries(in, start, end, p, 0.0, window::sum, out);
+  return first < n ? kernel(in.data, {first, n, p, true}, out.data) : int{QV_OK};
 }
 
 void copyItems(const QvArray& from, QvArray& to, int start, int end) noexcept {
@@ -268,7 +259,7 @@ int QVCALL qvGroupBars(const QvBars* in, double* open, double* high, double* low
   if (p < 1 || !hasSeries({in, kAllSeries}) || index < 0 || index >= in->barsize) return QV_INVALID_PARM;
   const int first = index - std::min(p - 1, index);
   const auto stats = [first, index](const QvArray& a) {
-    return statsOf(a, stretchOf(first, index, {&a}), false);
+    return statsOf(a.data, stretchOf(first, index, {&a}), false);
   };
   *open = in->open.data[first];
   *close = in->close.data[index];
@@ -288,10 +279,10 @@ int QVCALL qvGroupBarsPeriods(const QvBars* in, QvBars* out, int p, int start) n
   // Rolled aside, since both sets may be the same and a failure must leave the bars as they are.
   Temporary high, low, volume, openInterest;
   if (const int status = allocArrays(n, {&high, &low, &volume, &openInterest})) return status;
-  if (const int status = rollExtreme(in->high, s, n, p, true, high.data)) return status;
-  if (const int status = rollExtreme(in->low, s, n, p, false, low.data)) return status;
-  if (const int status = rollSum(in->volume, s, n, p, volume.data)) return status;
-  if (const int status = rollSum(in->openInterest, s, n, p, openInterest.data)) return status;
+  if (const int status = roll(in->high, n, p, highest, high)) return status;
+  if (const int status = roll(in->low, n, p, lowest, low)) return status;
+  if (const int status = roll(in->volume, n, p, window::sum, volume)) return status;
+  if (const int status = roll(in->openInterest, n, p, window::sum, openInterest)) return status;
 
   qvReSizeBars(out, n);
   copyItems(in->date, out->date, s, n);

@@ -31,8 +31,8 @@ QVAPI int QVCALL qvGroupArray(const QvBars* dates, const QvArray* in, QvArray* o
 
 /* Summarises the p bars that end at `index`, or as many as there are: first open, highest high, lowest
    low, last close, sums of volume and open interest. Items of the highs, lows, volumes and open interest
-   below their series' first valid index do not count. -1 for an index outside the set, a period below 1
-   and a null pointer. */
+   below their series' first valid index do not count; 0.0 where none is left. -1 for an index outside
+   the set, a period below 1 and a null pointer. */
 QVAPI int QVCALL qvGroupBars(const QvBars* in, double* open, double* high, double* low, double* close,
                              double* volume, double* openInterest, int p, int index) QVNOEXCEPT;
 
