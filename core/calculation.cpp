@@ -34,6 +34,39 @@ bool sharesInput(const QvArray* out, std::initializer_list<BarInput> bars,
   return false;
 }
 
+// The checks of the entry step: the inputs' common count or -1; `cap` becomes their smallest capacity.
+int checkedCount(std::initializer_list<BarInput> bars, std::initializer_list<const QvArray*> inputs,
+                 std::initializer_list<QvArray*> outputs, int& cap) noexcept {
+  int n = INT_MAX;
+  cap = INT_MAX;
+  for (const BarInput& b : bars)
+    if (!takeBars(b, n, cap)) return QV_INVALID_PARM;
+  for (const QvArray* a : inputs)
+    if (!takeArray(a, n, cap)) return QV_INVALID_PARM;
+  if (n < 1 || n == INT_MAX) return QV_INVALID_PARM;
+  for (const QvArray* out : outputs) {
+    if (!out) return QV_INVALID_PARM;
+    if (out->data && sharesInput(out, bars, inputs)) return QV_INVALID_PARM;
+  }
+  return n;
+}
+
+void clear(QvArray* out, int from, int to) noexcept {
+  if (from < to) std::fill(out->data + from, out->data + to, 0.0);
+}
+
+// Allocates or resizes a checked output; what it held is cleared but for the items from .. n - 1, which
+// the calculation overwrites. Returns its new size or -3.
+int takeOutput(QvArray* out, int n, int cap, int from) noexcept {
+  if (!out->data) {
+    if (const int status = qvAllocArray(out, cap)) return status;
+  } else {
+    clear(out, 0, std::min(from, out->capacity));
+    clear(out, std::max(from, n), out->capacity);
+  }
+  return out->size = std::min(n, out->capacity);
+}
+
 }  // namespace
 
 bool hasSeries(const BarInput& in) noexcept {
@@ -55,25 +88,13 @@ bool sharesSeries(const QvArray& out, const QvBars& bars) noexcept {
 
 int prepareOutputs(std::initializer_list<BarInput> bars, std::initializer_list<const QvArray*> inputs,
                    std::initializer_list<QvArray*> outputs) noexcept {
-  int n = INT_MAX, cap = INT_MAX;
-  for (const BarInput& b : bars)
-    if (!takeBars(b, n, cap)) return QV_INVALID_PARM;
-  for (const QvArray* a : inputs)
-    if (!takeArray(a, n, cap)) return QV_INVALID_PARM;
-  if (n < 1 || n == INT_MAX) return QV_INVALID_PARM;
-
-  for (const QvArray* out : outputs) {
-    if (!out) return QV_INVALID_PARM;
-    if (out->data && sharesInput(out, bars, inputs)) return QV_INVALID_PARM;
-  }
+  int cap;
+  int n = checkedCount(bars, inputs, outputs, cap);
+  if (n < 1) return n;
   for (QvArray* out : outputs) {
-    if (out->data) {
-      std::fill_n(out->data, static_cast<std::size_t>(std::max(out->capacity, 0)), 0.0);
-    } else if (const int status = qvAllocArray(out, cap)) {
-      return status;
-    }
-    out->size = std::min(n, out->capacity);
-    n = std::min(n, out->size);
+    const int size = takeOutput(out, n, cap, INT_MAX);
+    if (size < 0) return size;
+    n = std::min(n, size);
   }
   return n;
 }
@@ -81,6 +102,15 @@ int prepareOutputs(std::initializer_list<BarInput> bars, std::initializer_list<c
 int prepareOutputInPlace(const QvArray* in, QvArray* out) noexcept {
   if (in && out && in->data && sharesBlock(in, out)) return in->size < 1 ? int{QV_INVALID_PARM} : in->size;
   return prepareOutputs({}, {in}, {out});
+}
+
+int prepareOverwritten(const QvArray* in, QvArray* out, int start, int* first) noexcept {
+  if (!in || !out) return QV_INVALID_PARM;
+  *first = firstValidOf(start, {in});
+  if (in->data && sharesBlock(in, out)) return prepareOutputInPlace(in, out);
+  int cap;
+  const int n = checkedCount({}, {in}, {out}, cap);
+  return n < 1 ? n : takeOutput(out, n, cap, *first);
 }
 
 int firstValidOf(int start, std::initializer_list<const QvArray*> arrays) noexcept {

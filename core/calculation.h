@@ -54,6 +54,11 @@ bool sharesSeries(const QvArray& out, const QvBars& bars) noexcept;
 // output is left alone and the count is the input's size.
 int prepareOutputInPlace(const QvArray* in, QvArray* out) noexcept;
 
+// The same for a calculation that writes every item from its first valid index on, which goes to *first
+// (firstValidOf the input). Only the other items are cleared: to clear a long series that is overwritten
+// at once takes a third of the time of a moving sum.
+int prepareOverwritten(const QvArray* in, QvArray* out, int start, int* first) noexcept;
+
 inline bool sharesBlock(const QvArray* a, const QvArray* b) noexcept {
   return a->data == b->data;
 }

@@ -1,4 +1,4 @@
-// Sliding sums and extremes.
+// Sliding weighted sums and extremes.
 #include "core/window.h"
 
 #include "core/window_blocks.h"
@@ -61,33 +61,6 @@ int slidingPosition(const double* in, const Range& r, int* out) noexcept {
 }
 
 }  // namespace
-
-int sum(const double* in, Range r, double* out) noexcept {
-  memory::Buffer<double> scratch = scratchFor(r);
-  if (!scratch.ok()) return QV_MALLOC;
-  double* suffix = scratch.data();
-  forEachBlock(
-      r,
-      [&](int left, int results) {
-        double s = 0.0;
-        for (int j = r.period - 1; j >= 0; --j) suffix[j] = s += in[left + j];
-        const int end = left + r.period - 1;
-        out[end] = suffix[0];
-        s = 0.0;
-        for (int j = 1; j < results; ++j) {
-          s += in[end + j];
-          out[end + j] = suffix[j] + s;
-        }
-      },
-      [&](int results) {
-        double s = 0.0;
-        for (int i = r.first; i < r.first + results; ++i) {
-          s += in[i];
-          out[i] = s;
-        }
-      });
-  return QV_OK;
-}
 
 int weightedSum(const double* in, Range r, double* out) noexcept {
   memory::Buffer<double> scratch = scratchFor(r);

@@ -22,7 +22,9 @@ struct Range {
   bool cut = false;
 };
 
+// A mean is the sum divided by the number of items.
 int sum(const double* in, Range r, double* out) noexcept;
+int mean(const double* in, Range r, double* out) noexcept;
 
 // Weights 1 (oldest) .. period (newest).
 int weightedSum(const double* in, Range r, double* out) noexcept;

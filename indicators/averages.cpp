@@ -10,28 +10,26 @@ using namespace qv;
 
 namespace {
 
-// The sums of the windows within x[s .. n - 1] into y, which may be x; items of y from s on that end
-// no window are 0.0, those below s are left alone. The last item is written in any case: where no
-// window fits it is the sum of the items that exist.
-int sumWindows(const double* x, int s, int n, int period, double* y) noexcept {
+using Kernel = int (*)(const double* in, window::Range, double* out) noexcept;
+
+// The sums or means of the windows within x[s .. n - 1] into y, which may be x; items of y from s on that
+// end no window are 0.0, those below s are left alone. The last item is written in any case: where no
+// window fits it is the sum of the items that exist, divided by `divisor`.
+int slide(Kernel kernel, const double* x, int s, int n, int period, double divisor, double* y) noexcept {
   const int first = saturatingSum(s, period, -1);
   if (first < n) {
-    if (const int status = window::sum(x, {s, n, period}, y)) return status;
+    if (const int status = kernel(x, {s, n, period}, y)) return status;
   } else {
     double partial = 0.0;
     for (int i = n - 1; i >= s; --i) partial += x[i];
-    y[n - 1] = partial;
+    y[n - 1] = partial / divisor;
   }
   std::fill(y + std::min(s, n - 1), y + std::min(first, n - 1), 0.0);
   return QV_OK;
 }
 
-// The same for the simple average; a partial sum is divided by the whole period too.
-int averageWindows(const double* x, int s, int n, int period, double* y) noexcept {
-  if (const int status = sumWindows(x, s, n, period, y)) return status;
-  const int first = std::min(saturatingSum(s, period, -1), n - 1);
-  for (int i = first; i < n; ++i) y[i] /= period;
-  return QV_OK;
+int slidingMean(const double* x, int s, int n, int period, double* y) noexcept {
+  return slide(window::mean, x, s, n, period, period, y);
 }
 
 }  // namespace
@@ -63,20 +61,20 @@ int QVCALL qvMovingAverage(const QvArray* in, QvArray* out, int method, int peri
 
 int QVCALL qvSimpleMA(const QvArray* in, QvArray* out, int period, int start) noexcept {
   if (period < 1) return QV_INVALID_PARM;
-  const int n = prepareOutputInPlace(in, out);
+  int s;
+  const int n = prepareOverwritten(in, out, start, &s);
   if (n < 1) return n;
-  const int s = firstValidOf(start, {in});
-  if (const int status = averageWindows(in->data, s, n, period, out->data)) return status;
+  if (const int status = slidingMean(in->data, s, n, period, out->data)) return status;
   qvSetFirstValid(out, saturatingSum(s, period, -1));
   return QV_OK;
 }
 
 int QVCALL qvMovingSum(const QvArray* in, QvArray* out, int period, int start) noexcept {
   if (period < 1) return QV_INVALID_PARM;
-  const int n = prepareOutputInPlace(in, out);
+  int s;
+  const int n = prepareOverwritten(in, out, start, &s);
   if (n < 1) return n;
-  const int s = firstValidOf(start, {in});
-  if (const int status = sumWindows(in->data, s, n, period, out->data)) return status;
+  if (const int status = slide(window::sum, in->data, s, n, period, 1.0, out->data)) return status;
   qvSetFirstValid(out, saturatingSum(s, period, -1));
   return QV_OK;
 }
@@ -118,8 +116,8 @@ int QVCALL qvTriangularMA(const QvArray* in, QvArray* out, int period, int start
   // (p + 1) / 2 twice when p is odd, p / 2 and p / 2 + 1 when it is even.
   const int p1 = period - period / 2, p2 = period / 2 + 1;
   const int second = saturatingSum(s, p1, -1);
-  if (const int status = averageWindows(in->data, s, n, p1, out->data)) return status;
-  if (const int status = averageWindows(out->data, second, n, p2, out->data)) return status;
+  if (const int status = slidingMean(in->data, s, n, p1, out->data)) return status;
+  if (const int status = slidingMean(out->data, second, n, p2, out->data)) return status;
   qvSetFirstValid(out, saturatingSum(s, period, -1));
   return QV_OK;
 }

@@ -83,9 +83,9 @@ double QVCALL qvEMA(double previous, double value, double period) noexcept {
 
 int QVCALL qvExpMA(const QvArray* in, QvArray* out, double period, int start) noexcept {
   if (!isPeriod(period)) return QV_INVALID_PARM;
-  const int n = prepareOutputInPlace(in, out);
+  int s;
+  const int n = prepareOverwritten(in, out, start, &s);
   if (n < 1) return n;
-  const int s = firstValidOf(start, {in});
   if (s < n) {
     const Smoothing smoothing(period);
     const double* x = in->data;
@@ -165,9 +165,9 @@ int QVCALL qvT3(const QvArray* in, QvArray* out, double period, double volumeFac
 
 int QVCALL qvWellesMA(const QvArray* in, QvArray* out, int period, int start) noexcept {
   if (period < 1) return QV_INVALID_PARM;
-  const int n = prepareOutputInPlace(in, out);
+  int s;
+  const int n = prepareOverwritten(in, out, start, &s);
   if (n < 1) return n;
-  const int s = firstValidOf(start, {in});
   if (s < n) {
     const double* x = in->data;
     double* y = out->data;
@@ -182,9 +182,9 @@ int QVCALL qvWellesMA(const QvArray* in, QvArray* out, int period, int start) no
 
 int QVCALL qvWellesSum(const QvArray* in, QvArray* out, int period, int start) noexcept {
   if (period < 1) return QV_INVALID_PARM;
-  const int n = prepareOutputInPlace(in, out);
+  int s;
+  const int n = prepareOverwritten(in, out, start, &s);
   if (n < 1) return n;
-  const int s = firstValidOf(start, {in});
   if (s < n) {
     const double* x = in->data;
     double* y = out->data;

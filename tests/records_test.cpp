@@ -234,6 +234,21 @@ TEST(EntryStep, ChecksBeforeItWrites) {
   EXPECT_EQ(used.size, 1);
 }
 
+TEST(EntryStep, SparesTheItemsThatAreOverwritten) {
+  const Array in({1, 2, 3}, 1);
+  Array used{7, 7, 7, 7, 7}, narrow{7, 7}, out;
+  int first = -1;
+  EXPECT_EQ(qv::prepareOverwritten(&in, &used, 0, &first), 3);
+  EXPECT_EQ(first, 1);
+  EXPECT_EQ(used.size, 3);
+  EXPECT_EQ(std::vector<double>(used.data, used.data + 5), (std::vector<double>{0, 7, 7, 0, 0}));
+  EXPECT_EQ(qv::prepareOverwritten(&in, &narrow, 5, &first), 2);  // nothing will be written
+  EXPECT_EQ(narrow.items(), (std::vector<double>{0, 0}));
+  EXPECT_EQ(qv::prepareOverwritten(&in, &out, 0, &first), 3);
+  EXPECT_EQ(qv::prepareOverwritten(&out, &out, 2, &first), 3);
+  EXPECT_EQ(qv::prepareOverwritten(&in, nullptr, 0, &first), -1);
+}
+
 TEST(EntryStep, OnlyTheDateSeriesMayServeAsOutput) {
   Bars b(walkBars(4));
   for (int s = 1; s < qv::kSeriesCount; ++s)

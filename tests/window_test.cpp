@@ -164,8 +164,37 @@ double termError(const Items& w, double largest) {
 TEST(Window, Sums) {
   compareOnAllShapes(sum, sumOf, {1e-15, [](const Items& w) { return termError(w, scaleOf(w)); }});
   compareOnAllShapes(
+      mean, [](const Items& w) { return sumOf(w) / static_cast<double>(w.size()); },
+      {1e-15, [](const Items& w) { return termError(w, scaleOf(w)) / static_cast<double>(w.size()); }});
+  compareOnAllShapes(
       weightedSum, weightedSumOf,
       {1e-15, [](const Items& w) { return termError(w, scaleOf(w) * static_cast<double>(w.size())); }});
+}
+
+// Sums are made in stretches of 512 items, or of 128 for periods from there on.
+TEST(Window, SumsAcrossStretches) {
+  constexpr int kItems = 1300;
+  Items x = shaped(Shape::Integers, kItems);  // exact in any order
+  x[700] = kNaN;
+  for (int period : {1, 9, 64, 126, 127, 128, 129, 256, 257, 641, 1295, 1296}) {
+    for (bool cut : {false, true}) {
+      const Range r{4, kItems, period, cut};
+      Items sums(x.size(), kUntouched), inPlace = x;
+      ASSERT_EQ(sum(x.data(), r, sums.data()), 0);
+      ASSERT_EQ(sum(inPlace.data(), r, inPlace.data()), 0);
+      for (int i = 0; i < kItems; ++i) {
+        SCOPED_TRACE("item " + std::to_string(i) + " of " + std::to_string(period));
+        if (!hasResult(r, i)) {
+          ASSERT_EQ(sums[at(i)], kUntouched);
+        } else if (const double expected = sumOf(windowEndingAt(x, r, i)); expected == expected) {
+          ASSERT_EQ(sums[at(i)], expected);
+          ASSERT_EQ(inPlace[at(i)], expected);
+        } else {
+          ASSERT_NE(sums[at(i)], sums[at(i)]);
+        }
+      }
+    }
+  }
 }
 
 TEST(Window, ExtremesAreExact) {
@@ -311,6 +340,7 @@ TEST(Window, ForgetsWildItemsOncePassed) {
   const Items clean = shaped(Shape::Walk, 200);
   const std::vector<std::pair<const char*, Kernel>> kernels = {
       {"sum", sum},
+      {"mean", mean},
       {"weightedSum", weightedSum},
       {"maximum", maximum},
       {"minimum", [](const double* x, Range r, double* out) { return minimum(x, r, out); }},
@@ -346,9 +376,13 @@ TEST(Window, WritesNothingWithoutItemsOrMemory) {
     EXPECT_EQ(standardError(x.data(), r, out.data()), 0);
   }
   const Range r{0, 20, 3};
+  const Items longer = shaped(Shape::Walk, 300);
+  Items sums(longer.size(), kUntouched);
   std::vector<int> where(x.size(), -9);
   const std::function<int()> calls[] = {
-      [&] { return sum(x.data(), r, out.data()); },
+      [&] {
+        return sum(longer.data(), {0, 300, 200}, sums.data());
+      },  // short periods need none
       [&] { return weightedSum(x.data(), r, out.data()); },
       [&] { return maximum(x.data(), r, out.data()); },
       [&] { return maximumPosition(x.data(), r, where.data()); },
@@ -361,6 +395,7 @@ TEST(Window, WritesNothingWithoutItemsOrMemory) {
     qv::memory::failAllocation(0);
   }
   EXPECT_EQ(out, Items(x.size(), kUntouched));
+  EXPECT_EQ(sums, Items(longer.size(), kUntouched));
   EXPECT_EQ(where, std::vector<int>(x.size(), -9));
 }
 
