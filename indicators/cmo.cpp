@@ -15,8 +15,8 @@ double rise(double move) noexcept {
 }
 
 double balance(double up, double down) noexcept {
-  const double value = (up - down) / (up + down) * 100.0;
-  return isNonZero(up + down) ? value : 0.0;
+  const double total = up + down;
+  return quotientIf(isNonZero(total), up - down, total, 0.0) * 100.0;
 }
 
 // The rises and falls of one window.
