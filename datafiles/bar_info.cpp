@@ -21,6 +21,18 @@ QvBars newBarInfo(FileType type, int records, const char* directory) noexcept {
   return info;
 }
 
+int frequencyOf(int records, double firstDate, double lastDate) noexcept {
+  if (firstDate == lastDate) return kUnknownFrequency;
+  const double perDay = records / (lastDate - firstDate);
+  if (perDay > 1.0) return kIntraday;
+  if (perDay > 0.66) return kDaily;
+  if (perDay > 0.13) return kWeekly;
+  if (perDay > 0.03) return kMonthly;
+  if (perDay > 0.009) return kQuarterly;
+  if (perDay > 0.002) return kYearly;
+  return kUnknownFrequency;
+}
+
 const char* fileTypeName(int code) noexcept {
   constexpr const char* kNames[] = {"Unknown",   "CSI",       "CompuTrac", "Dow Jones", "FutureSource",
                                     "TeleChart", "TechTools", "Text",      "AIQ"};

@@ -20,6 +20,30 @@ enum FileType {
   kAIQ = 8,
 };
 
+enum Frequency {
+  kUnknownFrequency = 0,
+  kIntraday = 1,
+  kDaily = 2,
+  kWeekly = 3,
+  kMonthly = 4,
+  kQuarterly = 5,
+  kYearly = 6,
+};
+
+enum DataType {
+  kUnknownData = 0,
+  kBond = 1,
+  kCommodity = 2,
+  kMutualFund = 3,
+  kOption = 4,
+  kStock = 5,
+  kIndex = 6,
+};
+
+// The frequency of a file that does not tell it, by its records per calendar day. Unknown when the
+// first date is the last.
+int frequencyOf(int records, double firstDate, double lastDate) noexcept;
+
 // A bar set without storage whose information is all cleared but for file type, record count and
 // directory. A reader completes it and hands it to qvCopyBarInfo, so that nothing of a file read before
 // stays, and so that the caller's texts may be those of the bar set that is read into.

@@ -26,6 +26,7 @@ struct Family {
 };
 constexpr Family kFamilies[] = {
     {kCSI, qvCSIfindrec, qvCSIlist, qvCSIread},
+    {kCompuTrac, qvCTfindrec, qvCTlist, qvCTread},
     {kFutureSource, qvFSfindrec, qvFSlist, qvFSread},
     {kAIQ, qvAIQfindrec, qvAIQlist, qvAIQread},
 };

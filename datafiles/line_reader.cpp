@@ -6,8 +6,6 @@ namespace qv::datafiles {
 
 namespace {
 
-constexpr char kEndOfFileMark = 26;
-
 std::size_t withoutCarriageReturns(const char* text, std::size_t begin, std::size_t end) noexcept {
   while (end > begin && text[end - 1] == '\r') --end;
   return end;
@@ -27,7 +25,9 @@ void LineReader::readOn() noexcept {
   std::size_t got = file_.read(bytes + end_, wanted);
   atEnd_ = got < wanted;
   failed_ = atEnd_ && file_.failed();
-  if (const void* mark = std::memchr(bytes + end_, kEndOfFileMark, got)) {
+  const void* mark =
+      mark_ == EndOfFileMark::kEndsFile ? std::memchr(bytes + end_, kEndOfFileMark, got) : nullptr;
+  if (mark) {
     got = static_cast<std::size_t>(static_cast<const char*>(mark) - (bytes + end_));
     atEnd_ = true;
   }

@@ -3,7 +3,7 @@
 // A line longer than the reader's limit comes in pieces, each of them a line of its own, and its
 // newline counts as a character: after a piece that fills the limit exactly, the newline comes as an
 // empty line. Carriage returns at the end of a line are dropped on every system, and the end-of-file
-// mark of old disks (character 26) ends the file.
+// mark of old disks (character 26) ends the file unless the reader takes it for a character.
 #pragma once
 
 #include <cstddef>
@@ -19,6 +19,9 @@ namespace qv::datafiles {
 inline constexpr std::size_t kDataLine = 254;
 inline constexpr std::size_t kLayoutLine = 79;
 
+inline constexpr char kEndOfFileMark = 26;
+enum class EndOfFileMark { kEndsFile, kIsCharacter };
+
 struct Line {
   std::string_view text;         // without the newline; valid until the next call
   bool endsWithNewline = false;  // not so: a piece of a longer line, or the last line of the file
@@ -30,8 +33,8 @@ struct Line {
 class LineReader {
  public:
   // Test ok() after construction: not so when the memory is exhausted.
-  LineReader(InputFile& file, std::size_t longestLine) noexcept
-      : file_(file), longest_(longestLine), block_(kBlockSize) {}
+  LineReader(InputFile& file, std::size_t longestLine, EndOfFileMark mark = EndOfFileMark::kEndsFile) noexcept
+      : file_(file), longest_(longestLine), mark_(mark), block_(kBlockSize) {}
 
   bool ok() const noexcept { return block_.ok(); }
   // False at the end of the file and when it cannot be read on, which failed() tells.
@@ -52,6 +55,7 @@ class LineReader {
 
   InputFile& file_;
   const std::size_t longest_;
+  const EndOfFileMark mark_;
   memory::Buffer<char> block_;
   std::int64_t blockOffset_ = 0;  // of the block's first byte in the file
   std::size_t next_ = 0;          // the part of the block not yet handed out: next_ .. end_

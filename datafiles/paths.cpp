@@ -37,4 +37,8 @@ bool InputFile::seek(std::int64_t offset) noexcept {
   return platform::seekFile(stream_, offset);
 }
 
+std::int64_t InputFile::size() const noexcept {
+  return platform::fileSize(stream_);
+}
+
 }  // namespace qv::datafiles

@@ -37,6 +37,8 @@ class InputFile {
   std::size_t read(void* bytes, std::size_t size) noexcept;
   bool failed() const noexcept { return std::ferror(stream_) != 0; }
   bool seek(std::int64_t offset) noexcept;
+  // In bytes; below 0 when it cannot be told.
+  std::int64_t size() const noexcept;
 
  private:
   Path path_;

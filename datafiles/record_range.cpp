@@ -19,12 +19,33 @@ int fitToBars(QvBars& bars, int& count) noexcept {
   return QV_OK;
 }
 
-int recordRange(QvBars& bars, int records, int& start, int& count) noexcept {
+namespace {
+
+int fitToArray(QvArray& array, int& count) noexcept {
+  if (!array.data && count != 0)
+    if (const int status = qvAllocArray(&array, count)) return status;
+  count = std::clamp(count, 0, std::max(array.capacity, 0));
+  array.firstValid = 0;
+  return QV_OK;
+}
+
+template <typename Fit>
+int rangeOf(int records, int& start, int& count, Fit fit) noexcept {
   if (start >= records) return QV_RECORD_NOT_FOUND;
   if (count < 0) count = start > 0 ? records - start : records;
-  if (const int status = fitToBars(bars, count)) return status;
+  if (const int status = fit()) return status;
   if (start < 0) start = std::max(records - count, 0);
   return QV_OK;
+}
+
+}  // namespace
+
+int recordRange(QvBars& bars, int records, int& start, int& count) noexcept {
+  return rangeOf(records, start, count, [&] { return fitToBars(bars, count); });
+}
+
+int recordRange(QvArray& array, int records, int& start, int& count) noexcept {
+  return rangeOf(records, start, count, [&] { return fitToArray(array, count); });
 }
 
 }  // namespace qv::datafiles

@@ -16,5 +16,7 @@ int fitToBars(QvBars& bars, int& count) noexcept;
 // records for a start of 0 or less), a negative start the last `count` records. 0, -9 when start is not
 // below the number of records, or what fitToBars answers. The range may reach beyond the file's end.
 int recordRange(QvBars& bars, int records, int& start, int& count) noexcept;
+// The same for a single series.
+int recordRange(QvArray& array, int records, int& start, int& count) noexcept;
 
 }  // namespace qv::datafiles

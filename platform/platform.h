@@ -33,6 +33,9 @@ bool isRegularFile(const char* path) noexcept;
 // Places the file at a byte offset, also beyond what a long holds; false when that fails.
 bool seekFile(std::FILE* file, std::int64_t offset) noexcept;
 
+// The size of an open file in bytes; -1 when the system does not tell.
+std::int64_t fileSize(std::FILE* file) noexcept;
+
 // Calls visit(name, context) for every regular file of the directory whose name matches the
 // pattern ('*' and '?', without regard to case), in name order without regard to case. Stops when
 // visit returns false. An empty directory text is the current directory. 0, or -3 when the memory

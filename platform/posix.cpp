@@ -58,6 +58,11 @@ bool seekFile(std::FILE* file, std::int64_t offset) noexcept {
   return fseeko(file, static_cast<off_t>(offset), SEEK_SET) == 0;
 }
 
+std::int64_t fileSize(std::FILE* file) noexcept {
+  struct stat info;
+  return fstat(fileno(file), &info) == 0 ? std::int64_t{info.st_size} : -1;
+}
+
 void resolveCase(char* path) noexcept {
   struct stat info;
   if (stat(path, &info) == 0) return;

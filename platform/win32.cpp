@@ -1,4 +1,5 @@
 // Windows.
+#include <io.h>
 #include <windows.h>
 
 #include <cstdio>
@@ -59,6 +60,10 @@ bool isRegularFile(const char* path) noexcept {
 
 bool seekFile(std::FILE* file, std::int64_t offset) noexcept {
   return _fseeki64(file, offset, SEEK_SET) == 0;
+}
+
+std::int64_t fileSize(std::FILE* file) noexcept {
+  return _filelengthi64(_fileno(file));
 }
 
 void resolveCase(char*) noexcept {}  // the file system does not distinguish case

@@ -2,6 +2,7 @@
 #ifndef QVLIB60_DATAFILES_H
 #define QVLIB60_DATAFILES_H
 
+#include "qvlib60/datafiles/computrac.h"
 #include "qvlib60/datafiles/front.h"
 #include "qvlib60/datafiles/reserved.h"
 #include "qvlib60/datafiles/text.h"

@@ -1,0 +1,105 @@
+// Records of one length in a binary file: read one after the other in large blocks, or searched by
+// date.
+#pragma once
+
+#include "core/memory.h"
+#include "datafiles/binary_fields.h"
+#include "datafiles/paths.h"
+#include "qvlib60/abi.h"
+
+namespace qv::datafiles {
+
+class RecordReader {
+ public:
+  // Begins where the file stands. Test ok() after construction: not so when the memory is exhausted.
+  // There are no records of length 0.
+  RecordReader(InputFile& file, std::size_t recordSize) noexcept
+      : file_(file),
+        recordSize_(recordSize),
+        block_(kBlockSize),
+        wanted_(recordSize ? kBlockSize / recordSize * recordSize : 0) {}
+
+  bool ok() const noexcept { return block_.ok(); }
+
+  // The next record, valid until the next call. Null at the end of the file, where the rest of a
+  // broken record is dropped, and when reading fails.
+  const Byte* next() noexcept {
+    if (next_ == end_ && !readBlock()) return nullptr;
+    const Byte* record = block_.data() + next_;
+    next_ += recordSize_;
+    return record;
+  }
+
+  bool seek(std::int64_t offset) noexcept {
+    next_ = end_ = 0;
+    return file_.seek(offset);
+  }
+
+  // Hands up to `count` records to store(i, record), i from 0; their number.
+  template <typename Store>
+  int read(int count, Store store) noexcept {
+    int stored = 0;
+    for (const Byte* record; stored < count && (record = next()); ++stored) store(stored, record);
+    return stored;
+  }
+
+  // The result of a reader: 0, or -4 when the file could not be read on.
+  int status() const noexcept { return file_.failed() ? QV_FILE_READ : QV_OK; }
+
+ private:
+  static constexpr std::size_t kBlockSize = std::size_t{1} << 16;
+
+  bool readBlock() noexcept {
+    end_ = wanted_ ? file_.read(block_.data(), wanted_) : 0;
+    end_ -= recordSize_ ? end_ % recordSize_ : 0;
+    next_ = 0;
+    return end_ > 0;
+  }
+
+  InputFile& file_;
+  const std::size_t recordSize_;
+  memory::Buffer<Byte> block_;
+  const std::size_t wanted_;
+  std::size_t next_ = 0;  // the part of the block not yet handed out: next_ .. end_
+  std::size_t end_ = 0;
+};
+
+// Where the records of a data file lie.
+struct RecordPlace {
+  std::int64_t first;  // offset of record 0
+  std::size_t recordSize;
+  int records;
+};
+
+struct RecordBytes {
+  static constexpr std::size_t kLongest = 32;
+  Byte bytes[kLongest] = {};
+};
+
+// The number of the record with this date or, when there is none, of the record with the nearest later
+// one, by halving: the records are taken to be oldest first. dateOf(bytes) gives dates in any measure
+// that rises with time. -9 when the date is before the first or after the last record, -4 when a
+// record cannot be read; else `found` is the record.
+template <typename DateOf>
+int findDate(InputFile& file, const RecordPlace& place, double date, DateOf dateOf,
+             RecordBytes& found) noexcept {
+  int low = 0, high = place.records;
+  while (low < high) {
+    const int middle = low + (high - low) / 2;
+    RecordBytes record;
+    if (!file.seek(place.first + middle * static_cast<std::int64_t>(place.recordSize)) ||
+        file.read(record.bytes, place.recordSize) < place.recordSize)
+      return QV_FILE_READ;
+    if (dateOf(record.bytes) < date) {
+      low = middle + 1;
+    } else {
+      high = middle;
+      found = record;
+    }
+  }
+  const bool afterLast = low >= place.records;
+  const bool beforeFirst = low == 0 && dateOf(found.bytes) != date;  // also when it is not a number
+  return afterLast || beforeFirst ? QV_RECORD_NOT_FOUND : low;
+}
+
+}  // namespace qv::datafiles
