@@ -3,6 +3,7 @@
 
 #include <climits>
 
+#include "core/memory.h"
 #include "support/trading.h"
 
 namespace qvtest {
@@ -145,6 +146,10 @@ TEST(TradeGraph, MarksEntriesAndExits) {
   EXPECT_EQ(qvCreateTradeGraph(&sys, &sys.bars.close), -1);
   EXPECT_EQ(qvCreateTradeGraph(nullptr, &out), -1);
   EXPECT_EQ(qvCreateTradeGraph(&sys, nullptr), -1);
+  Array unallocated;
+  qv::memory::failAllocation(1);
+  EXPECT_EQ(qvCreateTradeGraph(&sys, &unallocated), -3);
+  qv::memory::failAllocation(0);
   const QvOrderSystem empty{};
   EXPECT_EQ(qvCreateTradeGraph(&empty, &out), -1);
 }

@@ -250,6 +250,22 @@ TEST(OrderSort, ExitsThenBuysThenMarketThenPrice) {
             (Names{"long market", "long 3", "long 3 too", "long 4", "short 5", "short 4"}));
 }
 
+TEST(OrderSort, AMarketSellEntryAndABuyEntryEachComeFirst) {
+  const Bars bars(flatBars({10, 11, 12}));
+  for (bool sellFirst : {true, false}) {
+    System sys(bars);
+    sys.next();
+    if (sellFirst) sys.sellShort("S", 1);
+    sys.buy("B", 1, QV_STOP, 11);
+    if (!sellFirst) sys.sellShort("S", 1);
+    const QvOrder &s = sys.orders[sellFirst ? 0 : 1], &b = sys.orders[sellFirst ? 1 : 0];
+    EXPECT_EQ(qv::tradesim::compareOrders(s, b), -1);
+    EXPECT_EQ(qv::tradesim::compareOrders(b, s), -1);
+    sys.next();  // the later of the two reverses the earlier one
+    EXPECT_EQ(sys.positionDirection, sellFirst ? 1 : 2) << "they are tried in the order of their arrival";
+  }
+}
+
 TEST(OrderSort, AnySetOfOrdersIsPermutedAndStays) {
   std::mt19937 random(5);
   const auto below = [&](int n) { return static_cast<int>(random() % static_cast<unsigned>(n)); };

@@ -6,6 +6,7 @@
 #include <cstring>
 #include <map>
 
+#include "core/memory.h"
 #include "support/trading.h"
 
 namespace qvtest {
@@ -222,6 +223,39 @@ TEST(TradingInvariants, RandomStrategies) {
   }
   EXPECT_GT(trades, 1000) << "the strategies must trade, or nothing is checked";
   EXPECT_GT(stillOpen, 10);
+}
+
+TEST(TradingInvariants, NothingIsAllocatedOnceTheTablesAreLargeEnough) {
+  const Bars bars(walkBars(300));
+  System sys(bars);
+  sys.pyramiding = 1;
+  const Outcome first = runStrategy(sys, 3, false);
+  ASSERT_GT(first.trades.size(), 20u);
+  qvOrderSystemReset(&sys);
+  qv::memory::failAllocation(1);  // the next one would lose an order, a position or a trade
+  const Outcome second = runStrategy(sys, 3, false);
+  qv::memory::failAllocation(0);
+  EXPECT_TRUE(sameBytes(first.trades, second.trades));
+  EXPECT_TRUE(sameBytes(first.positions, second.positions));
+}
+
+TEST(TradingInvariants, AnyAllocationMayFail) {
+  const Bars bars(walkBars(40));  // so few bars that the trade table grows several times
+  const long before = qv::memory::liveBlocks();
+  for (long k = 1; k <= 12; ++k) {
+    System sys(bars);
+    sys.pyramiding = 1;
+    qv::memory::failAllocation(k);
+    Dice dice(7);
+    int ticket = 0;
+    while (sys.next() == 1) {
+      checkSummary(sys);
+      for (int i = 0; i < 8; ++i) placeOrders(sys, dice, ticket);
+    }
+    qv::memory::failAllocation(0);
+    EXPECT_LE(sys.tradeCount, sys.netStatistics.totalNumberOfTrades);
+  }
+  EXPECT_EQ(qv::memory::liveBlocks(), before);
 }
 
 TEST(TradingInvariants, WildBarsAndSettingsAreSurvived) {

@@ -39,6 +39,8 @@ TEST(Scenario, ReversalAndPartialCover) {
   sys.next();  // bar 2: short 3 at 15, which closes the long two for 3 each
   EXPECT_EQ(tradesOf(sys), Names{"L>S 2 at 12>15 bars 1>2"});
   EXPECT_EQ(sys.trades[0].exitDirection, QV_SELL);
+  EXPECT_EQ(sys.trades[0].position.entryName[19], ' ') << "blanks behind the names";
+  EXPECT_EQ(sys.trades[0].exitName[19], ' ');
   EXPECT_EQ(+sys.trades[0].exitDate, 36528.0);
   EXPECT_EQ(+sys.longStatistics.totalNetProfit, 6.0);
   EXPECT_EQ(sys.positionDirection, 2);
@@ -134,13 +136,14 @@ TEST(Scenario, OneEntryOfEachDirectionPerBar) {
   sys.buy("at 9", 1, QV_LIMIT, 9, QV_GTC);
   sys.buy("far", 1, QV_LIMIT, 5, QV_GTC);
   sys.sell("stop", 1, QV_STOP, 5, QV_GTC);
+  sys.cover("target", 1, QV_LIMIT, 5, QV_GTC);
   sys.next();
   // The limit at 5 is tried first and does not trade; 9 comes before 10, one tick below for an
-  // entry. All pending entries of the direction go with it.
+  // entry. All pending entries of the direction go with it, exits stay.
   ASSERT_EQ(sys.positionCount, 1);
   EXPECT_STREQ(sys.positions[0].entryName, "at 9");
   EXPECT_EQ(+sys.positions[0].entryPrice, 8.0);
-  EXPECT_EQ(sys.orderNames(), Names{"stop"});
+  EXPECT_EQ(sys.orderNames(), (Names{"target", "stop"}));
 }
 
 TEST(Scenario, AReversalOnTheSameBarDiscardsWithoutTrade) {
@@ -415,7 +418,7 @@ TEST(Scenario, AccountSizeFollowsTheMargin) {
 }
 
 TEST(Scenario, RunsOfWinnersAndLosersAndPrrWithoutLosers) {
-  const Bars bars(flatBars({10, 10, 14, 14, 18, 18, 18, 18, 17, 17, 16, 16, 15}));
+  const Bars bars(flatBars({10, 10, 14, 14, 17, 17, 17, 17, 15, 15, 14, 14, 13}));
   System sys(bars);
   sys.onTicks(1);
   const auto expectRuns = [&](int trades, int winners, int losers) {
@@ -429,14 +432,16 @@ TEST(Scenario, RunsOfWinnersAndLosersAndPrrWithoutLosers) {
     sys.buy("L", 1);
     sys.next();
     sys.sell("X", 1);
-    if (trade == 3) {  // +4 and +4: (2 - root 2) / 2 * 8 / 2
-      EXPECT_DOUBLE_EQ(+sys.longStatistics.prr, 2 * (2 - std::sqrt(2.0)));
+    if (trade == 3) {  // +4 and +3: (2 - root 2) / 2 * 7 / 2
+      EXPECT_DOUBLE_EQ(+sys.longStatistics.prr, 1.75 * (2 - std::sqrt(2.0)));
       EXPECT_EQ(+sys.longStatistics.profitFactor, 0.0) << "no loss to divide by";
     }
   }
   sys.next();
-  expectRuns(6, 2, 3);  // +4 +4 0 -1 -1 -1: the draw counts as a trade only
+  expectRuns(6, 2, 3);  // +4 +3 0 -2 -1 -1: the draw counts as a trade only
   EXPECT_EQ(sys.longStatistics.numberOfWinningTrades + sys.longStatistics.numberOfLosingTrades, 5);
+  EXPECT_EQ(+sys.longStatistics.largestWinningTrade, 4.0);
+  EXPECT_EQ(+sys.longStatistics.largestLosingTrade, -2.0);
 }
 
 TEST(Scenario, TablesThatCannotGrowLoseTheirRecords) {

@@ -58,14 +58,18 @@ void refreshAccount(QvTradeStats& s, double marginPercent) noexcept {
   if (s.accountSizeRequired != 0) s.returnOnAccount = s.totalNetProfit * 100 / s.accountSizeRequired;
 }
 
+constexpr int wholeAverage(int bars, int trades) noexcept {
+  return bars / trades;
+}
+
 void refreshAverages(QvTradeStats& s, int barsInWinners, int barsInLosers) noexcept {
   if (s.numberOfWinningTrades != 0) {
     s.averageWinningTrade = s.grossProfit / s.numberOfWinningTrades;
-    s.averageBarsInWinners = barsInWinners / s.numberOfWinningTrades;
+    s.averageBarsInWinners = wholeAverage(barsInWinners, s.numberOfWinningTrades);
   }
   if (s.numberOfLosingTrades != 0) {
     s.averageLosingTrade = s.grossLoss / s.numberOfLosingTrades;
-    s.averageBarsInLosers = barsInLosers / s.numberOfLosingTrades;
+    s.averageBarsInLosers = wholeAverage(barsInLosers, s.numberOfLosingTrades);
   }
   if (s.totalNumberOfTrades != 0) {
     s.percentProfitable = static_cast<double>(s.numberOfWinningTrades) / s.totalNumberOfTrades * 100;
