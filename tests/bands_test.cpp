@@ -5,15 +5,11 @@
 #include <climits>
 #include <cmath>
 
+#include "support/expect.h"
 #include "support/series.h"
 
 namespace qvtest {
 namespace {
-
-void expectItems(const QvArray& a, const std::vector<double>& wanted) {
-  ASSERT_EQ(a.size, static_cast<int>(wanted.size()));
-  for (int i = 0; i < a.size; ++i) EXPECT_NEAR(a.data[i], wanted[static_cast<std::size_t>(i)], 1e-12) << i;
-}
 
 TEST(Bollinger, StandOnTheTypicalPrice) {
   // Typical prices 2, 4, 6: averages 3 and 5 over two bars, deviation 1.

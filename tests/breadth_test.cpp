@@ -4,15 +4,11 @@
 #include <climits>
 #include <cmath>
 
+#include "support/expect.h"
 #include "support/series.h"
 
 namespace qvtest {
 namespace {
-
-void expectItems(const QvArray& a, const std::vector<double>& wanted) {
-  ASSERT_EQ(a.size, static_cast<int>(wanted.size()));
-  for (int i = 0; i < a.size; ++i) EXPECT_NEAR(a.data[i], wanted[static_cast<std::size_t>(i)], 1e-12) << i;
-}
 
 TEST(Breadth, EachBar) {
   Array adv({9, 6, 2, 0, 3}, 1), dec{9, 2, 6, 0, 0}, out;

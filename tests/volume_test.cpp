@@ -4,15 +4,11 @@
 #include <algorithm>
 #include <cmath>
 
+#include "support/expect.h"
 #include "support/series.h"
 
 namespace qvtest {
 namespace {
-
-void expectItems(const QvArray& a, const std::vector<double>& wanted) {
-  ASSERT_EQ(a.size, static_cast<int>(wanted.size()));
-  for (int i = 0; i < a.size; ++i) EXPECT_NEAR(a.data[i], wanted[static_cast<std::size_t>(i)], 1e-12) << i;
-}
 
 // Closes with their volumes and open interests; bars one point high around the close.
 Bars* closesAndVolumes(Bars& out, const std::vector<double>& closes, const std::vector<double>& volumes) {
