@@ -14,7 +14,9 @@ struct Chapter {
 };
 
 constexpr Chapter kChapters[] = {
-    {"averages", showAverages},
+    {"averages", showAverages}, {"momentum", showMomentum},  {"bands", showBands},
+    {"candles", showCandles},   {"pnf", showPointAndFigure}, {"finance", showFinance},
+    {"trading", showTrading},
 };
 
 }  // namespace
