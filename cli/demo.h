@@ -16,7 +16,7 @@ struct DemoOptions {
 // What every chapter works on.
 struct DemoData {
   std::string directory;  // the bundled data
-  const QvBars* bars;     // the daily bars of the price file
+  QvBars* bars;           // the daily bars of the price file
 };
 
 int runDemo(const DemoOptions& options);

@@ -44,7 +44,7 @@ void listFormations(const QvBars& bars, int lastBars) {
 }  // namespace
 
 void showMomentum(const DemoData& demo) {
-  const QvBars& bars = *demo.bars;
+  QvBars& bars = *demo.bars;
   Series rsi, fast, slow, macd, signal, crossings, k, d, adx, sar, direction, up, down;
   check(qvRSI(&bars.close, &rsi, 14, 0), "RSI");
   check(qvMACDx(&bars.close, &fast, &slow, &macd, &signal, &crossings, 12, 26, 9, 0), "MACD");
@@ -74,7 +74,7 @@ void showMomentum(const DemoData& demo) {
 }
 
 void showBands(const DemoData& demo) {
-  const QvBars& bars = *demo.bars;
+  QvBars& bars = *demo.bars;
   Series upper, middle, lower, flow, balance;
   check(qvBollinger(&bars, &upper, &middle, &lower, 2.0, 20, 0), "Bollinger bands");
   check(qvMoneyFlowIndex(&bars, &flow, 14, 0), "money flow index");
