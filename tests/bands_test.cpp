@@ -93,7 +93,9 @@ TEST(Projection, AgreesWithAllPProjections) {
         const double scale = 1e-10 * (std::fabs(u) + std::fabs(d) + 1);
         ASSERT_NEAR(upper[i], u, scale) << "shape " << static_cast<int>(shape) << " p " << p << " bar " << i;
         ASSERT_NEAR(lower[i], d, scale);
-        if (u + d != 0) ASSERT_NEAR(width[i], 200 * (upper[i] - lower[i]) / (upper[i] + lower[i]), 1e-9);
+        if (u + d != 0) {
+          ASSERT_NEAR(width[i], 200 * (upper[i] - lower[i]) / (upper[i] + lower[i]), 1e-9);
+        }
         const double range = upper[i] - lower[i];
         ASSERT_NEAR(oscillator[i], range == 0 ? 0 : (bars.close.data[i] - lower[i]) * 100 / range, 1e-9);
       }
