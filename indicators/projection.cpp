@@ -39,14 +39,14 @@ class Hull {
     int at = size_;
     while (at >= 2 && !turns(corner(at - 2), corner(at - 1), k)) --at;
     step.at = at;
-    step.was = at < size_ ? corner(at) : 0;
+    step.was = corner(at);  // may still be a corner of an earlier state of the stack
     corners_[static_cast<std::size_t>(at)] = k;
     size_ = at + 1;
   }
 
   void takeBack() noexcept {
     const Step& step = log_[static_cast<std::size_t>(--steps_)];
-    if (step.at >= 0 && step.at < step.size) corners_[static_cast<std::size_t>(step.at)] = step.was;
+    if (step.at >= 0) corners_[static_cast<std::size_t>(step.at)] = step.was;
     size_ = step.size;
   }
 

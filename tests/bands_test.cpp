@@ -23,7 +23,7 @@ TEST(Bollinger, StandOnTheTypicalPrice) {
   ASSERT_EQ(qvBollingerWidth(&bars, &width, 2.0, 2, 0), 0);
   expectItems(width, {0, 4, 4});
   Bars flat(std::vector<Bar>(10, {0, 42.1, 42.1, 42.1}));
-  ASSERT_EQ(qvBollingerWidth(&flat, &width, 2.0, 4, 0), 0);
+  ASSERT_EQ(qvBollingerWidth(&flat, width.fresh(), 2.0, 4, 0), 0);
   for (int i = 0; i < 10; ++i) EXPECT_EQ(width[i], 0.0);
 }
 
@@ -56,7 +56,7 @@ TEST(PriceChannels, LeaveTheCurrentBarOut) {
   expectItems(lower, {0, 0, 4, 3});  // the zero low of bar 1 never counts
   EXPECT_EQ(upper.firstValid, 2);
   Bars walk(walkBars(100));
-  ASSERT_EQ(qvPriceChannels(&walk, &upper, &lower, 20, 5), 0);
+  ASSERT_EQ(qvPriceChannels(&walk, upper.fresh(), lower.fresh(), 20, 5), 0);
   for (int i = 25; i < 100; ++i) {
     double low, high;
     qvBarStats(&walk, &low, &high, i - 20, i - 1);
@@ -118,7 +118,7 @@ TEST(Projection, SmoothingShortAndWildData) {
 
   // While a wild high is in the window no projection counts; it is forgotten afterwards.
   Array wild, wildLower;
-  ASSERT_EQ(qvProjectionBands(&bars, &upper, &lower, 5, 0), 0);
+  ASSERT_EQ(qvProjectionBands(&bars, upper.fresh(), lower.fresh(), 5, 0), 0);
   bars.high.data[20] = kNaN;
   ASSERT_EQ(qvProjectionBands(&bars, &wild, &wildLower, 5, 0), 0);
   for (int i = 8; i < 60; ++i) {

@@ -57,7 +57,7 @@ TEST(Breadth, Smoothed) {
   for (int i = 0; i < 12; ++i)
     up[static_cast<std::size_t>(i)] = i, down[static_cast<std::size_t>(i)] = 20 - i;
   Array rising(up), falling(down);
-  ASSERT_EQ(qvBreadthThrust(&rising, &falling, &out, 1), 0);
+  ASSERT_EQ(qvBreadthThrust(&rising, &falling, out.fresh(), 1), 0);
   expectItems(out, {0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 5.5 / 20, 6.5 / 20});
   EXPECT_EQ(out.firstValid, 10);
 }

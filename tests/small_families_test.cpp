@@ -33,7 +33,7 @@ TEST(BarShape, QstickAndIntradayMomentum) {
   ASSERT_EQ(qvIMI(&bars, &out, 9, 0), 0);  // fewer bars: the last one
   expectItems(out, {0, 0, 0, 300.0 / 7});
   Bars level(std::vector<Bar>(6, {5, 6, 4, 5}));
-  ASSERT_EQ(qvIMI(&level, &out, 3, 0), 0);
+  ASSERT_EQ(qvIMI(&level, out.fresh(), 3, 0), 0);
   expectItems(out, {0, 0, 0, 0, 0, 0});
 }
 
@@ -62,7 +62,7 @@ TEST(Regression, ForecastAndDetrend) {
   EXPECT_EQ(signal.firstValid, 2);
 
   Array line{9, 1, 4, 7, 10, 0};
-  ASSERT_EQ(qvDeTrend(&line, &out, 1, 4), 0);
+  ASSERT_EQ(qvDeTrend(&line, out.fresh(), 1, 4), 0);
   expectItems(out, {0, 3, 3, 3, 3, 0});  // one slope is left on every value
   EXPECT_EQ(out.firstValid, 1);
   ASSERT_EQ(qvDeTrend(&line, &out, 3, 1), 0);
@@ -79,7 +79,7 @@ TEST(Counting, PsychologyLine) {
   expectItems(out, {0, 0, 0, 100, 100});
   EXPECT_EQ(out.firstValid, 2);
   Array mixed({9, 1, 2, 2, 1, 3, 4}, 1);
-  ASSERT_EQ(qvPsychologyLine(&mixed, &out, 2, 0), 0);  // rises at 2, 5 and 6
+  ASSERT_EQ(qvPsychologyLine(&mixed, out.fresh(), 2, 0), 0);  // rises at 2, 5 and 6
   expectItems(out, {0, 0, 0, 0, 0, 50, 100});
   ASSERT_EQ(qvPsychologyLine(&mixed, &out, 5, 0), 0);
   expectItems(out, {0, 0, 0, 0, 0, 0, 0});
@@ -106,11 +106,11 @@ TEST(Counting, LineOscillatorAndStretchedStrength) {
   const std::vector<double> x = shaped(Shape::Walk, 30);
   Array in(x, 5);
   ASSERT_EQ(qvRSI(&in, &strength, 4, 0), 0);
-  ASSERT_EQ(qvNMO(&in, &out, 4, 0), 0);
+  ASSERT_EQ(qvNMO(&in, out.fresh(), 4, 0), 0);
   EXPECT_EQ(out.firstValid, 9);
   for (int i = 0; i < 30; ++i) EXPECT_EQ(out[i], i < 4 ? 0.0 : i < 9 ? -100.0 : 2 * strength[i] - 100) << i;
   Array flat(std::vector<double>(8, 3.0));
-  ASSERT_EQ(qvNMO(&flat, &out, 4, 0), 0);
+  ASSERT_EQ(qvNMO(&flat, out.fresh(), 4, 0), 0);
   expectItems(out, {0, 0, 0, 0, -100, -100, -100, -100});
 }
 
@@ -216,12 +216,12 @@ TEST(RelativeVolatility, SmoothsTheDeviationsOfRisesAndFalls) {
     EXPECT_NEAR(out[i], i < first ? 0 : 100 * up / (up + down), 1e-9) << i;
   }
   Array flat(std::vector<double>(40, 7.0)), rising(shaped(Shape::Rising, 40));
-  ASSERT_EQ(qvRVIoriginal(&flat, &out, 6, 0), 0);
+  ASSERT_EQ(qvRVIoriginal(&flat, out.fresh(), 6, 0), 0);
   for (int i = 0; i < 40; ++i) EXPECT_EQ(out[i], 0.0);
   ASSERT_EQ(qvRVIoriginal(&rising, &out, 6, 0), 0);
-  for (int i = 14; i < 40; ++i) EXPECT_EQ(out[i], 100.0);
+  for (int i = 14; i < 40; ++i) EXPECT_DOUBLE_EQ(out[i], 100.0);
   ASSERT_EQ(qvRVIoriginal(&rising, &out, 100, 0), 0);
-  EXPECT_EQ(out[39], 100.0) << "fewer items than the seed: one value at the last of them";
+  EXPECT_DOUBLE_EQ(out[39], 100.0) << "fewer items than the seed: one value at the last of them";
 }
 
 TEST(RelativeVolatility, OfBarsAndItsInertia) {

@@ -26,7 +26,12 @@ struct Array : QvArray {
   Array& operator=(const Array&) = delete;
   ~Array() { qvFreeArray(this); }
 
-  double operator[](int i) const { return data[i]; }
+  double operator[](int i) const { return i >= 0 && i < size ? data[i] : kNaN; }
+  // Emptied, to serve as the output of a longer calculation.
+  Array* fresh() {
+    qvFreeArray(this);
+    return this;
+  }
   std::vector<double> items() const {
     return data ? std::vector<double>(data, data + size) : std::vector<double>{};
   }
