@@ -18,7 +18,7 @@ double onBalance(const double* close, const double* amount, int i) noexcept {
 // `amounts` of the bars from + 1 .. to, on balance, on top of `sum`.
 double sumOnBalance(const QvBars& bars, const QvArray& amounts, int from, int to, double sum) noexcept {
   const int last = std::min({to, bars.barsize - 1, amounts.capacity - 1, bars.close.capacity - 1});
-  for (int i = from + 1; i <= last; ++i) sum += onBalance(bars.close.data, amounts.data, i);
+  for (int i = saturatingSum(from, 1); i <= last; ++i) sum += onBalance(bars.close.data, amounts.data, i);
   return sum;
 }
 
