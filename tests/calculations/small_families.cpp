@@ -11,7 +11,7 @@ static int deTrendToTheEnd(const QvArray* in, QvArray* out, int end, int start) 
 }
 
 static const Register rows({
-    calculation("qvBOP", qvBOP, {2, 14}).reads(kPrices).refusesPeriods({1}),
+    calculation("qvBOP", qvBOP, {2, 14}).reads(kPrices).refusesPeriods({1}).keepsItemsBelowFirstValid(),
     calculation("qvQstick", qvQstick, {8}).reads(kOpen | kClose).refusesPeriods({0}),
     calculation("qvIMI", qvIMI, {14}).reads(kOpen | kClose).refusesPeriods({0}),
     calculation("qvMassIndex", qvMassIndex, {25}).reads(kHighLow).refusesPeriods({0}),

@@ -26,7 +26,10 @@ static const Register rows({
     calculation("qvNVI", qvNVI, {}).reads(kClose | kVolume),
     calculation("qvPVI", qvPVI, {}).reads(kClose | kVolume),
     calculation("qvForceIndex", qvForceIndex, {13}).reads(kClose | kVolume).refusesPeriods({0}),
-    calculation("qvEMV", qvEMV, {2, 14}).reads(kHighLow | kVolume).refusesPeriods({1}),
+    calculation("qvEMV", qvEMV, {2, 14})
+        .reads(kHighLow | kVolume)
+        .refusesPeriods({1})
+        .keepsItemsBelowFirstValid(),
     calculation("qvArmsEMV", qvArmsEMV, {10000}).reads(kHighLow | kVolume),
     calculation("qvHerrickPayoffIndex", qvHerrickPayoffIndex, {100.0, 0.1})
         .reads(kHighLow | kVolume | kOpenInterest),

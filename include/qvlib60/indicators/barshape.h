@@ -9,9 +9,9 @@ QV_BEGIN_DECLS
 
 /* Balance of power: (close - previous bar's open) / (high - low), 0.0 on bars without height and on
    bar 0, smoothed by the average of the given method (see qvMovingAverage; its error is returned).
-   First valid start + p. A period that is not below the number of bars is refused by returning that
-   number, with the output left cleared.
-   Source: Igor Livshin, "Balance of Market Power", Technical Analysis of Stocks & Commodities, 2001. */
+   First valid start + p; what the average holds before that stays. A period that is not below the number of
+   bars is refused by returning that number, with the output left cleared. Source: Igor Livshin, "Balance of
+   Market Power", Technical Analysis of Stocks & Commodities, 2001. */
 QVAPI int QVCALL qvBOP(const QvBars* bars, QvArray* out, int method, int p, int start) QVNOEXCEPT;
 
 /* Qstick: the p-period exponential average of close - open, in price units. First valid start.
