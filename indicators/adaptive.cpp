@@ -56,7 +56,7 @@ int QVCALL qvVolAdjustedMA(const QvArray* price, const QvArray* volume, QvArray*
   if (const int status = window::sum(volume->data, range, out->data)) return status;
   for (int i = first; i < n; ++i) {
     const double sumVolume = out->data[i];
-    out->data[i] = quotientIf(isNonZero(sumVolume), turnover.data[i], sumVolume, 0.0);
+    out->data[i] = quotientIf(sumVolume != 0.0, turnover.data[i], sumVolume, 0.0);
   }
   qvSetFirstValid(out, first);
   return QV_OK;

@@ -16,7 +16,7 @@ double rise(double move) noexcept {
 
 double balance(double up, double down) noexcept {
   const double total = up + down;
-  return quotientIf(isNonZero(total), up - down, total, 0.0) * 100.0;
+  return quotientIf(total != 0.0, up - down, total, 0.0) * 100.0;
 }
 
 // The rises and falls of one window.

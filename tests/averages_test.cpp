@@ -187,10 +187,9 @@ TEST(VolumeAdjustedAverage, EqualsTheSumsOverEachWindow) {
           total += at(volume, j);
           size += std::fabs(at(price, j) * at(volume, j));
         }
-        const bool traded = total < 0 || total > 0;  // not when it is not a number
-        ASSERT_LE(std::fabs(out[i] - (traded ? turnover / total : 0.0)),
-                  traded ? 1e-12 * std::fabs(size / total) : 0.0)
-            << "shape " << static_cast<int>(shape) << " p " << p << " item " << i;
+        expectNear(out[i], total == 0 ? 0.0 : turnover / total, total == 0 ? 0.0 : std::fabs(size / total),
+                   "shape " + std::to_string(static_cast<int>(shape)) + " p " + std::to_string(p) + " item " +
+                       std::to_string(i));
       }
     }
   }

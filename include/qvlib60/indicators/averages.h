@@ -36,7 +36,8 @@ QVAPI int QVCALL qvWeightedMA(const QvArray* in, QvArray* out, int period, int s
 QVAPI int QVCALL qvLstSqrMA(const QvArray* in, QvArray* out, int period, int start) QVNOEXCEPT;
 
 /* Simple average of a simple average: over (p + 1) / 2 items twice when p is odd, over p / 2 and then
-   p / 2 + 1 when it is even. First valid s + p - 1. */
+   p / 2 + 1 when it is even. First valid s + p - 1; the last item holds what the second average leaves
+   there also when fewer than p items exist. */
 QVAPI int QVCALL qvTriangularMA(const QvArray* in, QvArray* out, int period, int start) QVNOEXCEPT;
 
 /* ---- Exponential smoothing ------------------------------------------------------------------- */
@@ -94,8 +95,8 @@ QVAPI int QVCALL qvVIDYA(const QvArray* in, QvArray* out, int cmoPeriod, int per
 /* qvVIDYA with an oscillator of 9 bars. First valid s + 22; item s + 21 holds the seed. */
 QVAPI int QVCALL qvVariableMA(const QvArray* in, QvArray* out, int period, int start) QVNOEXCEPT;
 
-/* Average of the prices weighted with their volumes; 0.0 where the window's volume is zero or not a
-   number. First valid s + p - 1, s over both inputs. */
+/* Average of the prices weighted with their volumes; 0.0 where the window has no volume. First valid
+   s + p - 1, s over both inputs. */
 QVAPI int QVCALL qvVolAdjustedMA(const QvArray* price, const QvArray* volume, QvArray* out, int period,
                                  int start) QVNOEXCEPT;
 
