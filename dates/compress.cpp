@@ -6,7 +6,6 @@
 #include <limits>
 
 #include "core/calculation.h"
-#include "core/numbers.h"
 #include "core/stretch.h"
 #include "core/window.h"
 #include "qvlib60/core.h"

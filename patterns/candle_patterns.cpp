@@ -168,18 +168,18 @@ int QVCALL qvThrustingLine(const QvBars* bars, const QvCandles* candles, int i) 
 
 int QVCALL qvInNeckLine(const QvBars* bars, const QvCandles* candles, int i) noexcept {
   return endsAt(bars, candles, i, {{kWhite, kSmallBody}, {kBlack, kNotDoji}},
-                [](const Window& w) { return w.near(w.close(0), w.low(1)) && w.close(0) > w.low(1); });
+                [](const Window& w) { return w.isNear(w.close(0), w.low(1)) && w.close(0) > w.low(1); });
 }
 
 int QVCALL qvCounterAttackBull(const QvBars* bars, const QvCandles* candles, int i) noexcept {
   return endsAt(bars, candles, i, {{kWhite, kNotDoji}, {kBlack, kNotDoji}}, [](const Window& w) {
-    return w.near(w.close(0), w.close(1)) && w.open(1) - w.close(1) <= w.close(1) - w.open(0);
+    return w.isNear(w.close(0), w.close(1)) && w.open(1) - w.close(1) <= w.close(1) - w.open(0);
   });
 }
 
 int QVCALL qvCounterAttackBear(const QvBars* bars, const QvCandles* candles, int i) noexcept {
   return endsAt(bars, candles, i, {{kBlack, kNotDoji}, {kWhite, kNotDoji}}, [](const Window& w) {
-    return w.near(w.close(0), w.close(1)) && w.close(1) - w.open(1) <= w.open(0) - w.close(1);
+    return w.isNear(w.close(0), w.close(1)) && w.close(1) - w.open(1) <= w.open(0) - w.close(1);
   });
 }
 
@@ -195,19 +195,19 @@ int QVCALL qvSeperatingLineBear(const QvBars* bars, const QvCandles* candles, in
 
 int QVCALL qvStalledPattern(const QvBars* bars, const QvCandles* candles, int i) noexcept {
   return endsAt(bars, candles, i, {{kWhite, kSmallBody}, {kWhite, kLongBody}},
-                [](const Window& w) { return w.near(w.open(0), w.close(1)); });
+                [](const Window& w) { return w.isNear(w.open(0), w.close(1)); });
 }
 
 // The gap is before the first of the two white bars, so a third bar is read.
 int QVCALL qvSideBySideWhiteGapDn(const QvBars* bars, const QvCandles* candles, int i) noexcept {
   return endsAt(bars, candles, i, {{kWhite, kNotDoji}, {kWhite, kNotDoji}, {}}, [](const Window& w) {
-    return w.shape(0) == w.shape(1) && w.bodyGapDown(1) && w.near(w.close(0), w.close(1));
+    return w.shape(0) == w.shape(1) && w.bodyGapDown(1) && w.isNear(w.close(0), w.close(1));
   });
 }
 
 int QVCALL qvSideBySideWhiteGapUp(const QvBars* bars, const QvCandles* candles, int i) noexcept {
   return endsAt(bars, candles, i, {{kWhite, kNotDoji}, {kWhite, kNotDoji}, {}}, [](const Window& w) {
-    return w.shape(0) == w.shape(1) && w.bodyGapUp(1) && w.near(w.close(0), w.close(1));
+    return w.shape(0) == w.shape(1) && w.bodyGapUp(1) && w.isNear(w.close(0), w.close(1));
   });
 }
 
@@ -257,8 +257,8 @@ int QVCALL qvThreeWhiteSoldiers(const QvBars* bars, const QvCandles* candles, in
                  {kWhite, kAnyShape, kShortShadow},
                  {kWhite, kAnyShape, kShortShadow}},
                 [](const Window& w) {
-                  return w.high(0) > w.high(1) && w.high(1) > w.high(2) && w.near(w.high(0), w.close(0)) &&
-                         w.near(w.high(1), w.close(1)) && w.near(w.high(2), w.close(2));
+                  return w.high(0) > w.high(1) && w.high(1) > w.high(2) && w.isNear(w.high(0), w.close(0)) &&
+                         w.isNear(w.high(1), w.close(1)) && w.isNear(w.high(2), w.close(2));
                 });
 }
 

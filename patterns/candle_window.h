@@ -58,7 +58,7 @@ class Window {
   bool rangeGapUp(int k) const noexcept { return low(k) > high(k + 1); }
   bool rangeGapDown(int k) const noexcept { return high(k) < low(k + 1); }
 
-  bool near(double a, double b) const noexcept { return approxEqual(a, b, tolerance_); }
+  bool isNear(double a, double b) const noexcept { return approxEqual(a, b, tolerance_); }
 
  private:
   const QvBars& bars_;

@@ -8,6 +8,7 @@
 #include <sstream>
 #include <string>
 
+#include "patterns/candle_names.h"
 #include "support/candles.h"
 #include "support/series.h"
 
@@ -285,6 +286,12 @@ TEST_P(EveryPattern, IsFoundByNameInASeries) {
   Array out;
   ASSERT_EQ(qvCandleFill(&bars, &candles, &out, row.name, 0, bars.barsize), count);
   EXPECT_EQ(out.items(), signals);
+}
+
+TEST(CandlePatterns, AreListedInTheOrderOfTheTable) {
+  ASSERT_EQ(qv::candlePatterns.size(), std::size(kPatterns));
+  for (std::size_t k = 0; k < std::size(kPatterns); ++k)
+    EXPECT_STREQ(qv::candlePatterns[k].name, kPatterns[k].name) << k;
 }
 
 INSTANTIATE_TEST_SUITE_P(Table, EveryPattern, testing::ValuesIn(kPatterns),

@@ -26,14 +26,6 @@
 #define QV_END_DECLS
 #endif
 
-/* Records that hold pointers are packed on 4-byte boundaries on 32-bit platforms and naturally
-   aligned on 64-bit ones. */
-#if UINTPTR_MAX > 0xFFFFFFFFu
-#define QV_POINTER_PACK 8
-#else
-#define QV_POINTER_PACK 4
-#endif
-
 /* Results of almost every function; qvErrDesc gives the texts. */
 enum {
   QV_OK = 0,

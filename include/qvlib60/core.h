@@ -10,7 +10,7 @@
 
 QV_BEGIN_DECLS
 
-#pragma pack(push, QV_POINTER_PACK)
+#include "qvlib60/pack_pointers.h"
 
 /* One series of doubles. An all-zero record is empty and may be handed to any calculation as an
    output, which then allocates it. */

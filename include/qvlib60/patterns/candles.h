@@ -10,7 +10,7 @@
 
 QV_BEGIN_DECLS
 
-#pragma pack(push, QV_POINTER_PACK)
+#include "qvlib60/pack_pointers.h"
 
 /* One bar, four bytes. */
 typedef struct QvCandle {
