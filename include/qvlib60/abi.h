@@ -26,6 +26,15 @@
 #define QV_END_DECLS
 #endif
 
+/* Before records that hold pointers: these are packed on 4-byte boundaries on 32-bit platforms and
+   naturally aligned on 64-bit ones. The number stands in the pragma itself, for some compilers take a
+   macro there for a name and pack nothing. */
+#if UINTPTR_MAX > 0xFFFFFFFFu
+#define QV_PACK_POINTERS _Pragma("pack(push, 8)")
+#else
+#define QV_PACK_POINTERS _Pragma("pack(push, 4)")
+#endif
+
 /* Results of almost every function; qvErrDesc gives the texts. */
 enum {
   QV_OK = 0,

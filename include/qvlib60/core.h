@@ -10,7 +10,7 @@
 
 QV_BEGIN_DECLS
 
-#include "qvlib60/pack_pointers.h"
+QV_PACK_POINTERS
 
 /* One series of doubles. An all-zero record is empty and may be handed to any calculation as an
    output, which then allocates it. */

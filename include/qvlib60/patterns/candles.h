@@ -10,7 +10,7 @@
 
 QV_BEGIN_DECLS
 
-#include "qvlib60/pack_pointers.h"
+QV_PACK_POINTERS
 
 /* One bar, four bytes. */
 typedef struct QvCandle {

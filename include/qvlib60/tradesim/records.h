@@ -92,7 +92,7 @@ typedef struct QvTradeStats {
 
 #pragma pack(pop)
 
-#include "qvlib60/pack_pointers.h"
+QV_PACK_POINTERS
 
 /* One trading system over one bar set. The caller sets the settings after qvOrderSystemInit and
    reads the position summary and the statistics. The tables belong to the library. */
