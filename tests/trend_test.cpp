@@ -6,6 +6,7 @@
 
 #include "support/expect.h"
 #include "support/series.h"
+#include "support/spx.h"
 
 namespace qvtest {
 namespace {
@@ -67,8 +68,8 @@ struct Wilder {
 };
 
 TEST(Directional, AgreesWithWildersSystem) {
-  Bars bars(walkBars(300));
-  const int p = 14, q = 10, lag = 5;
+  const Bars& bars = spx();
+  const int n = bars.barsize, p = 14, q = 10, lag = 5;
   const Wilder wanted(bars, p, q);
   Array plus, minus, dx, adx, adxr;
   ASSERT_EQ(qvDI(&bars, &plus, &minus, p, 0), 0);
@@ -79,7 +80,7 @@ TEST(Directional, AgreesWithWildersSystem) {
   EXPECT_EQ(dx.firstValid, p);
   EXPECT_EQ(adx.firstValid, p + q - 1);
   EXPECT_EQ(adxr.firstValid, p + q + lag - 1);
-  for (int i = 0; i < 300; ++i) {
+  for (int i = 0; i < n; ++i) {
     const auto k = static_cast<std::size_t>(i);
     EXPECT_NEAR(plus[i], wanted.plus[k], 1e-9) << i;
     EXPECT_NEAR(minus[i], wanted.minus[k], 1e-9) << i;
@@ -153,10 +154,10 @@ TEST(Aroon, CountsTheAgeOfExtremes) {
   ASSERT_EQ(qvAroonOscillator(&bars, &oscillator, 2, 0), 0);
   expectItems(oscillator, {0, 0, 50, -50, 0});
 
-  Bars walk(walkBars(200));
-  ASSERT_EQ(qvAroon(&walk, up.fresh(), down.fresh(), 25, 3), 0);
-  for (int i = 28; i < 200; ++i) {
-    const double *h = walk.high.data, *l = walk.low.data;
+  const Bars& prices = spx();
+  ASSERT_EQ(qvAroon(&prices, up.fresh(), down.fresh(), 25, 3), 0);
+  for (int i = 28; i < prices.barsize; ++i) {
+    const double *h = prices.high.data, *l = prices.low.data;
     const auto highest = std::max_element(h + i - 25, h + i + 1) - h;
     const auto lowest = std::min_element(l + i - 25, l + i + 1) - l;
     EXPECT_EQ(up[i], (25.0 - static_cast<double>(i - highest)) / 25 * 100);
