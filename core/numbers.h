@@ -37,10 +37,4 @@ constexpr bool isNonZero(double v) noexcept {
   return v < 0.0 || v > 0.0;
 }
 
-// a / b where it is defined, else another value. Operands are chosen, not results: loops over it have
-// no branch and become vector code.
-constexpr double quotientIf(bool defined, double a, double b, double otherwise) noexcept {
-  return (defined ? a : otherwise) / (defined ? b : 1.0);
-}
-
 }  // namespace qv

@@ -2,6 +2,7 @@
 #include <cmath>
 
 #include "core/calculation.h"
+#include "core/guarded.h"
 #include "core/numbers.h"
 #include "core/window.h"
 #include "qvlib60/indicators/averages.h"
@@ -54,10 +55,10 @@ int QVCALL qvVolAdjustedMA(const QvArray* price, const QvArray* volume, QvArray*
   const window::Range range{s, n, period};
   if (const int status = window::sum(turnover.data, range, turnover.data)) return status;
   if (const int status = window::sum(volume->data, range, out->data)) return status;
-  for (int i = first; i < n; ++i) {
-    const double sumVolume = out->data[i];
-    out->data[i] = quotientIf(sumVolume != 0.0, turnover.data[i], sumVolume, 0.0);
-  }
+  const double *sumTurnover = turnover.data, *sumVolume = out->data;
+  fillGuarded(
+      first, n, out->data, [=](int i) { return sumTurnover[i] / sumVolume[i]; },
+      [=](int i) { return sumVolume[i] != 0.0; }, 0.0);
   qvSetFirstValid(out, first);
   return QV_OK;
 }

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "core/calculation.h"
+#include "core/guarded.h"
 #include "core/numbers.h"
 #include "qvlib60/indicators/momentum.h"
 
@@ -15,8 +16,7 @@ double rise(double move) noexcept {
 }
 
 double balance(double up, double down) noexcept {
-  const double total = up + down;
-  return quotientIf(total != 0.0, up - down, total, 0.0) * 100.0;
+  return (up - down) / (up + down) * 100.0;
 }
 
 // The rises and falls of one window.
@@ -66,7 +66,9 @@ void roll(const double* x, int begin, int n, int period, Moves window, double* y
       up[k] = window.up;
       down[k] = window.down;
     }
-    for (int k = 0; k < count; ++k) y[begin + k] = balance(up[k], down[k]);
+    fillGuarded(
+        0, count, y + begin, [&](int k) { return balance(up[k], down[k]); },
+        [&](int k) { return up[k] + down[k] != 0.0; }, 0.0);
   }
 }
 
@@ -82,7 +84,7 @@ int QVCALL qvCMO(const QvArray* in, QvArray* out, int period, int start) noexcep
   const int first = saturatingSum(f, period);
   if (first < n) {
     const Moves window = movesOf(in->data, f + 1, first);
-    out->data[first] = balance(window.up, window.down);
+    if (window.up + window.down != 0.0) out->data[first] = balance(window.up, window.down);
     roll(in->data, first + 1, n, period, window, out->data);
   }
   qvSetFirstValid(out, first);

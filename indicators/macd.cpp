@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "core/calculation.h"
+#include "core/guarded.h"
 #include "core/numbers.h"
 #include "indicators/average_methods.h"
 #include "indicators/crossing.h"
@@ -81,11 +82,11 @@ int QVCALL qvOscillatorPct(const QvArray* a, const QvArray* b, QvArray* out, int
   const int n = prepareOutputs({}, {a, b}, {out});
   if (n < 1) return n;
   const int f = firstValidOf(start, {a, b});
-  for (int i = f; i < n; ++i) {
-    const double x = a->data[i], y = b->data[i];
-    // The guard is on a: a zero in b divides by zero.
-    out->data[i] = quotientIf(x != 0.0, (x - y) * 100.0, y, 0.0);
-  }
+  const double *x = a->data, *y = b->data;
+  // The guard is on a: a zero in b divides by zero.
+  fillGuarded(
+      f, n, out->data, [=](int i) { return (x[i] - y[i]) * 100.0 / y[i]; },
+      [=](int i) { return x[i] != 0.0; }, 0.0);
   qvSetFirstValid(out, f);
   return QV_OK;
 }

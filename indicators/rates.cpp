@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "core/calculation.h"
+#include "core/guarded.h"
 #include "core/numbers.h"
 #include "qvlib60/indicators/momentum.h"
 #include "qvlib60/indicators/transforms.h"
@@ -16,20 +17,20 @@ int QVCALL qvMomentum(const QvArray* in, QvArray* out, int p, int start) noexcep
 }
 
 int QVCALL qvRateOfChange(const QvArray* in, QvArray* out, double scale, int p, int start) noexcept {
-  if (p < 1) return QV_INVALID_PARM;
-  const int n = prepareOutputs({}, {in}, {out});
+  if (p < 1 || !in || !out || (in->data && sharesBlock(in, out))) return QV_INVALID_PARM;
+  int f;
+  const int n = prepareOverwritten(in, out, start, &f);
   if (n < 1) return n;
-  const int first = saturatingSum(firstValidOf(start, {in}), p);
+  const int first = saturatingSum(f, p);
   const double* x = in->data;
   double* y = out->data;
+  std::fill(y + std::min(f, n), y + std::min(first, n), 0.0);
   if (scale == 0.0) {
     for (int i = first; i < n; ++i) y[i] = x[i] - x[i - p];
   } else {
-    for (int i = first; i < n; ++i) {
-      const double base = x[i - p];
-      const bool defined = base != 0.0;
-      y[i] = quotientIf(defined, x[i] - base, base, 0.0) * (defined ? scale : 0.0);
-    }
+    fillGuarded(
+        first, n, y, [=](int i) { return (x[i] - x[i - p]) / x[i - p] * scale; },
+        [=](int i) { return x[i - p] != 0.0; }, 0.0);
   }
   qvSetFirstValid(out, first);
   return QV_OK;
@@ -47,10 +48,9 @@ int QVCALL qvRatio(const QvArray* a, const QvArray* b, QvArray* out, int start) 
   const int n = prepareOutputs({}, {a, b}, {out});
   if (n < 1) return n;
   const int f = firstValidOf(start, {a});  // b's first valid index does not count
-  for (int i = f; i < n; ++i) {
-    const double divisor = b->data[i];
-    out->data[i] = quotientIf(divisor != 0.0, a->data[i], divisor, 0.0);
-  }
+  const double *x = a->data, *y = b->data;
+  fillGuarded(
+      f, n, out->data, [=](int i) { return x[i] / y[i]; }, [=](int i) { return y[i] != 0.0; }, 0.0);
   qvSetFirstValid(out, f);
   return QV_OK;
 }

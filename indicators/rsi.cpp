@@ -21,7 +21,7 @@ struct Move {
 
 double strength(double up, double down) noexcept {
   const double total = up + down;
-  return quotientIf(total != 0.0, 100.0 * up, total, 0.0);
+  return total != 0.0 ? 100.0 * up / total : 0.0;
 }
 
 // qvRMI's values in x[f .. n - 1], f + momentum < n. A series too short for the seed has one value, at

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "core/calculation.h"
+#include "core/guarded.h"
 #include "core/numbers.h"
 #include "core/window.h"
 #include "indicators/average_methods.h"
@@ -28,12 +29,11 @@ int percentK(const double* value, window::Range r, QvArray* out, RangeOf range) 
   if (first < r.end) {
     Temporary lows;
     if (const int status = allocArrays(r.end, {&lows})) return status;
-    double *low = lows.data, *k = out->data;
-    if (const int status = range(r, low, k)) return status;
-    for (int i = first; i < r.end; ++i) {
-      const double high = k[i];
-      k[i] = quotientIf(high != low[i], (value[i] - low[i]) * 100.0, high - low[i], 100.0);
-    }
+    double *low = lows.data, *high = out->data;
+    if (const int status = range(r, low, high)) return status;
+    fillGuarded(
+        first, r.end, out->data, [=](int i) { return (value[i] - low[i]) * 100.0 / (high[i] - low[i]); },
+        [=](int i) { return high[i] != low[i]; }, 100.0);
   }
   qvSetFirstValid(out, first);
   return QV_OK;
@@ -121,14 +121,13 @@ int QVCALL qvWilliamsR(const QvBars* bars, QvArray* out, int p, int start) noexc
   if (first < n) {
     Temporary lows;
     if (const int status = allocArrays(n, {&lows})) return status;
-    double *low = lows.data, *r = out->data;
-    if (const int status = highLowRange(bars, {s, n, p}, low, r)) return status;
+    double *low = lows.data, *high = out->data;
+    if (const int status = highLowRange(bars, {s, n, p}, low, high)) return status;
     const double* close = bars->close.data;
-    for (int i = first; i < n; ++i) {
-      const double high = r[i], range = high - low[i];
-      // 0 at the high, 100 at the low: not negated.
-      r[i] = quotientIf(range != 0.0, (high - close[i]) * 100.0, range, 0.0);
-    }
+    // 0 at the high, 100 at the low: not negated.
+    fillGuarded(
+        first, n, out->data, [=](int i) { return (high[i] - close[i]) * 100.0 / (high[i] - low[i]); },
+        [=](int i) { return high[i] - low[i] != 0.0; }, 0.0);
   }
   qvSetFirstValid(out, first);
   return QV_OK;
@@ -159,7 +158,7 @@ int QVCALL qvSMI(const QvBars* bars, QvArray* out, QvArray* outSignal, int p, in
       }
       c2 = c2 + ks * (c1 - c2);
       h2 = h2 + ks * (h1 - h2);
-      smi[i] = quotientIf(h2 != 0.0, 100.0 * c2, h2 / 2.0, 0.0);
+      smi[i] = h2 != 0.0 ? 100.0 * c2 / (h2 / 2.0) : 0.0;
     }
   }
   qvSetFirstValid(out, first);

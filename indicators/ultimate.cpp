@@ -3,6 +3,7 @@
 
 #include "core/bar_prices.h"
 #include "core/calculation.h"
+#include "core/guarded.h"
 #include "core/numbers.h"
 #include "qvlib60/indicators/averages.h"
 #include "qvlib60/indicators/momentum.h"
@@ -40,11 +41,11 @@ int QVCALL qvUltimateOsc(const QvBars* bars, QvArray* out, int p1, int p2, int p
       return status;
     }
     const double *bp = averagePressure.data, *tr = averageRange.data;
-    for (int i = s; i < n; ++i) {
-      const double share = term.weight * (term.period * bp[i] / (term.period * tr[i]));
-      // A bar that one term leaves at zero stays there.
-      y[i] = tr[i] != 0.0 && (isFirst || y[i] != 0.0) ? y[i] + share : 0.0;
-    }
+    const auto share = [=](int i) { return term.weight * (term.period * bp[i] / (term.period * tr[i])); };
+    // A bar that one term leaves at zero stays there.
+    fillGuarded(
+        s, n, y, [=](int i) { return y[i] + share(i); },
+        [=](int i) { return (tr[i] != 0.0) & (isFirst | (y[i] != 0.0)); }, 0.0);
     isFirst = false;
   }
   for (int i = s; i < n; ++i) y[i] = y[i] / 7.0;
