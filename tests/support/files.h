@@ -32,7 +32,9 @@ class ScratchDir {
   std::string operator/(const std::string& name) const { return (path_ / name).string(); }
   std::string path() const { return path_.string(); }
   std::string read(const std::string& name) const { return readFile(path_ / name); }
+  // A new file each time: some file systems flush one that is overwritten, at every close.
   void write(const std::string& name, const std::string& bytes) const {
+    std::filesystem::remove(path_ / name);
     std::ofstream(path_ / name, std::ios::binary) << bytes;
   }
 
