@@ -1,6 +1,7 @@
 // The front of the data files: one finder, lister and reader for all formats, chosen by a type text,
 // and the printed bar information.
 #include <cstring>
+#include <iterator>
 
 #include "core/numbers.h"
 #include "core/output_file.h"
@@ -16,26 +17,24 @@ namespace {
 
 using namespace qv::datafiles;
 
-// The functions of one format. Text files, which need a layout besides, are not in the table; a code
-// that is not there has no reader.
+// The functions of one format, by its code. Text files, which need a layout besides, have none here.
 struct Family {
-  FileType type;
   decltype(&qvCSIfindrec) findrec;
   decltype(&qvCSIlist) list;
   decltype(&qvCSIread) read;
 };
 constexpr Family kFamilies[] = {
-    {kCSI, qvCSIfindrec, qvCSIlist, qvCSIread},
-    {kCompuTrac, qvCTfindrec, qvCTlist, qvCTread},
-    {kFutureSource, qvFSfindrec, qvFSlist, qvFSread},
-    {kAIQ, qvAIQfindrec, qvAIQlist, qvAIQread},
+    {},
+    {qvCSIfindrec, qvCSIlist, qvCSIread},
+    {qvCTfindrec, qvCTlist, qvCTread},
+    {qvDJfindrec, qvDJlist, qvDJread},
+    {qvFSfindrec, qvFSlist, qvFSread},
+    {qvTCfindrec, qvTClist, qvTCread},
+    {qvTTfindrec, qvTTlist, qvTTread},
+    {},
+    {qvAIQfindrec, qvAIQlist, qvAIQread},
 };
-
-const Family* familyOf(int type) noexcept {
-  for (const Family& family : kFamilies)
-    if (family.type == type) return &family;
-  return nullptr;
-}
+static_assert(std::size(kFamilies) == kAIQ + 1);
 
 // "7" and "TXT" mean the layout file of that name by convention; any other type text that is not a
 // format's names the layout file.
@@ -87,16 +86,14 @@ int QVCALL qvFILEfindrec(const char* type, const char* directory, const char* fi
     if (const int status = readLayout(type, directory, layout)) return status;
     return qvTXTfindrec(directory, fileName, &layout, date, foundDate);
   }
-  const Family* family = familyOf(code);
-  return family ? family->findrec(directory, fileName, date, foundDate) : QV_UNKNOWN;
+  return kFamilies[code].findrec(directory, fileName, date, foundDate);
 }
 
 int QVCALL qvFILElist(const char* type, const char* directory, const char* output, int append) noexcept {
   if (!type || !directory || !output) return QV_INVALID_PARM;
   const int code = qvFILEtype(type);
   if (code == kText) return qvTXTlist(directory, output, append);
-  const Family* family = familyOf(code);
-  return family ? family->list(directory, output, append) : QV_UNKNOWN;
+  return kFamilies[code].list(directory, output, append);
 }
 
 int QVCALL qvFILEread(const char* type, QvBars* bars, const char* directory, const char* fileName, int start,
@@ -108,8 +105,7 @@ int QVCALL qvFILEread(const char* type, QvBars* bars, const char* directory, con
     if (const int status = readLayout(type, directory, layout)) return status;
     return qvTXTread(bars, directory, fileName, &layout, start, count);
   }
-  const Family* family = familyOf(code);
-  return family ? family->read(bars, directory, fileName, start, count) : QV_UNKNOWN;
+  return kFamilies[code].read(bars, directory, fileName, start, count);
 }
 
 int QVCALL qvFILEprintinfo(const QvBars* bars, const char* output, int append) noexcept {

@@ -3,8 +3,11 @@
 #define QVLIB60_DATAFILES_H
 
 #include "qvlib60/datafiles/computrac.h"
+#include "qvlib60/datafiles/dowjones.h"
 #include "qvlib60/datafiles/front.h"
 #include "qvlib60/datafiles/reserved.h"
+#include "qvlib60/datafiles/techtools.h"
+#include "qvlib60/datafiles/telechart.h"
 #include "qvlib60/datafiles/text.h"
 
 #endif

@@ -1,0 +1,229 @@
+// Finding, reading and listing Dow Jones securities.
+#include <algorithm>
+#include <cstdio>
+#include <cstring>
+
+#include "core/characters.h"
+#include "datafiles/bar_info.h"
+#include "datafiles/listing.h"
+#include "datafiles/record_range.h"
+#include "datafiles/record_reader.h"
+#include "platform/names.h"
+#include "qvlib60/datafiles.h"
+
+namespace {
+
+using namespace qv::datafiles;
+
+constexpr char kDirectoryFile[] = "mapinfo.dat";
+constexpr std::size_t kEntrySize = 71;
+
+// Dates count days; this is the date number of day 0.
+constexpr double kDayZero = 7305.0;
+
+double dateNumber(const Byte* field) noexcept {
+  return unsigned16(field) + kDayZero;
+}
+
+// ---- The directory --------------------------------------------------------------------------------
+
+struct Security {
+  char symbol[9];
+  char description[16];
+  char cusip[10];
+  char type, period, format;
+  char dataFile[13];
+  double firstDate, lastDate;
+  int records;
+
+  int frequency() const noexcept {
+    return period == 'D' ? kDaily : period == 'W' ? kWeekly : period == 'M' ? kMonthly : kUnknownFrequency;
+  }
+  int dataType() const noexcept {
+    switch (type) {
+      case 'B':
+      case 'T':
+        return kBond;
+      case 'V':
+        return kCommodity;
+      case 'M':
+        return kMutualFund;
+      case 'O':
+        return kOption;
+      case 'S':
+        return kStock;
+      case 'W':
+      case 'X':
+      case 'Y':
+        return kIndex;
+      default:
+        return kUnknownData;
+    }
+  }
+};
+
+Security decode(const Byte* entry) noexcept {
+  Security s{};
+  copyText(s.symbol, textField(entry, 8));
+  s.type = static_cast<char>(entry[8]);
+  s.format = static_cast<char>(entry[10]);
+  s.firstDate = dateNumber(entry + 12);
+  s.lastDate = dateNumber(entry + 14);
+  copyText(s.description, textField(entry + 20, 15));
+  s.records = std::max(signed16(entry + 45), 0);
+  s.period = static_cast<char>(entry[47]);
+  copyText(s.cusip, textField(entry + 61, 9));
+  std::snprintf(s.dataFile, sizeof s.dataFile, "%s.%cQ%c", s.symbol, s.type, s.period);
+  return s;
+}
+
+// Calls visit(security) for each entry until it answers true. 0 when it did; -8 when it never did, -2,
+// -3, and -4 when the file ends before the entries that its header promises.
+template <typename Visit>
+int visitSecurities(InputFile& file, Visit visit) noexcept {
+  if (!file.ok()) return QV_FILE_OPEN;
+  RecordReader entries(file, kEntrySize);
+  if (!entries.ok()) return QV_MALLOC;
+  const Byte* header = entries.next();
+  if (!header) return QV_FILE_READ;
+  const int count = signed16(header + 45);
+  for (int i = 0; i < count; ++i) {
+    const Byte* entry = entries.next();
+    if (!entry) return QV_FILE_READ;
+    if (visit(decode(entry))) return QV_OK;
+  }
+  return QV_FILE_NOT_FOUND;
+}
+
+// A caller's name of a security: blanks as type and period fit every one.
+struct WantedName {
+  char text[kPathSize];
+  char type = ' ', period = ' ';
+
+  explicit WantedName(const char* name) noexcept {
+    copyText(text, stemOf(name));
+    char digit = '1';
+    for (char* c = text; *c; ++c) {
+      if (!std::strchr("+<>|=;\\/", *c)) continue;
+      *c = digit;
+      digit = digit == '9' ? '0' : static_cast<char>(digit + 1);
+    }
+    const char* filters = std::strchr(name, '.');
+    if (!filters || !filters[1]) return;
+    type = qv::upperCase(filters[1]);
+    if (filters[2] && filters[3]) period = qv::upperCase(filters[3]);
+  }
+
+  bool fits(const Security& s) const noexcept {
+    using qv::platform::compareNoCase;
+    return (compareNoCase(text, s.symbol) == 0 || compareNoCase(text, s.description) == 0) &&
+           (type == ' ' || type == s.type) && (period == ' ' || period == s.period);
+  }
+};
+
+// ---- Record formats -------------------------------------------------------------------------------
+
+// The offsets of a record's fields; 0 for one that it does not have (the date is always at 0). Prices are
+// singles, volume and open interest 32-bit integers.
+struct Layout {
+  std::size_t size;
+  int open, high, low, close, volume, openInterest;
+};
+constexpr Layout kLayouts[] = {
+    {18, 0, 6, 10, 14, 2, 0},  {6, 0, 0, 0, 2, 0, 0},     {10, 0, 0, 0, 6, 2, 0},
+    {14, 0, 2, 6, 10, 0, 0},   {18, 0, 6, 10, 14, 2, 0},  {18, 14, 2, 6, 10, 0, 0},
+    {22, 18, 6, 10, 14, 0, 2}, {22, 18, 6, 10, 14, 2, 0}, {26, 22, 10, 14, 18, 6, 2},
+    {10, 0, 0, 0, 0, 6, 2},
+};
+
+double price(const Byte* record, int offset) noexcept {
+  return offset ? single(record + offset) : 0.0;
+}
+double quantity(const Byte* record, int offset) noexcept {
+  return offset ? signed32(record + offset) : 0.0;
+}
+
+// Finds the security that a name means and the layout of its records.
+int findSecurity(const char* directory, const char* name, Security& security, Layout& layout) noexcept {
+  const WantedName wanted(name);
+  InputFile file(directory, kDirectoryFile);
+  const int status = visitSecurities(file, [&](const Security& candidate) {
+    security = candidate;
+    return wanted.fits(candidate);
+  });
+  if (status) return status;
+  if (!qv::isDigit(security.format)) return QV_FILE_READ;
+  layout = kLayouts[security.format - '0'];
+  return QV_OK;
+}
+
+}  // namespace
+
+extern "C" {
+
+int QVCALL qvDJfindrec(const char* directory, const char* name, double date, double* foundDate) noexcept {
+  if (!directory || !name) return QV_INVALID_PARM;
+  Security security;
+  Layout layout;
+  if (const int status = findSecurity(directory, name, security, layout)) return status;
+  InputFile file(directory, security.dataFile);
+  if (!file.ok()) return QV_FILE_OPEN;
+  RecordBytes found;
+  const int number = findDate(file, {0, layout.size, security.records}, date, dateNumber, found);
+  if (number >= 0 && foundDate) *foundDate = dateNumber(found.bytes);
+  return number;
+}
+
+int QVCALL qvDJread(QvBars* bars, const char* directory, const char* name, int start, int count) noexcept {
+  if (!bars || !directory || !name) return QV_INVALID_PARM;
+  Security security;
+  Layout layout;
+  if (const int status = findSecurity(directory, name, security, layout)) return status;
+  InputFile file(directory, security.dataFile);
+  if (!file.ok()) return QV_FILE_OPEN;
+  RecordReader records(file, layout.size);
+  if (!records.ok()) return QV_MALLOC;
+  if (const int status = recordRange(*bars, security.records, start, count)) return status;
+
+  QvBars info = newBarInfo(kDowJones, security.records, directory);
+  copyText(info.name, security.dataFile);
+  copyText(info.description, security.description);
+  copyText(info.symbol, security.symbol);
+  copyText(info.cusip, security.cusip);
+  info.begindate = security.firstDate;
+  info.enddate = security.lastDate;
+  info.frequency = security.frequency();
+  info.datatype = security.dataType();
+  qvCopyBarInfo(&info, bars);
+  qvReSizeBars(bars, 0);
+  if (count == 0) return QV_OK;
+
+  if (!records.seek(start * static_cast<std::int64_t>(layout.size))) return QV_FILE_SEEK;
+  const int stored = records.read(count, [&](int i, const Byte* record) {
+    bars->date.data[i] = dateNumber(record);
+    bars->open.data[i] = price(record, layout.open);
+    bars->high.data[i] = price(record, layout.high);
+    bars->low.data[i] = price(record, layout.low);
+    bars->close.data[i] = price(record, layout.close);
+    bars->volume.data[i] = quantity(record, layout.volume);
+    bars->openInterest.data[i] = quantity(record, layout.openInterest);
+  });
+  qvReSizeBars(bars, stored);
+  return records.status();
+}
+
+int QVCALL qvDJlist(const char* directory, const char* output, int append) noexcept {
+  if (!directory || !output) return QV_INVALID_PARM;
+  InputFile file(directory, kDirectoryFile);
+  if (!file.ok()) return QV_FILE_OPEN;
+  Listing listing(output, append);
+  if (!listing.ok()) return QV_FILE_OPEN;
+  const int status = visitSecurities(file, [&](const Security& s) {
+    listing.add({s.dataFile, s.symbol, s.description, s.frequency(), s.firstDate, s.lastDate});
+    return false;
+  });
+  const int written = listing.finish();
+  return status == QV_FILE_NOT_FOUND ? written : status;
+}
+
+}  // extern "C"
