@@ -52,7 +52,7 @@ int checkedCount(std::initializer_list<BarInput> bars, std::initializer_list<con
 }
 
 void clear(QvArray* out, int from, int to) noexcept {
-  if (from < to) std::fill(out->data + from, out->data + to, 0.0);
+  for (int i = from; i < to; ++i) out->data[i] = 0.0;
 }
 
 // Allocates or resizes a checked output; what it held is cleared but for the items from .. n - 1, which
