@@ -218,6 +218,11 @@ TEST(OrderEntry, CancelMarksByName) {
   EXPECT_EQ(sys.orders[3].filled, 0) << "although its place had been marked";
   sys.next();
   EXPECT_EQ(sys.orderNames(), Names{"new"});
+  sys.buy("day", 1, QV_STOP, 99, QV_DAY);
+  sys.buy("kept", 1, QV_STOP, 99, QV_GTC);
+  sys.next();  // "kept" moves up by one; the place that it left still has its name
+  EXPECT_EQ(sys.orderNames(), (Names{"new", "kept"}));
+  EXPECT_EQ(qvCancelOrder(&sys, "kept"), 2);
 }
 
 TEST(OrderSort, ExitsThenBuysThenMarketThenPrice) {

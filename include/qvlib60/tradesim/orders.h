@@ -54,9 +54,13 @@ QVAPI int QVCALL qvCancelOrder(QvOrderSystem* sys, const char* name) QVNOEXCEPT;
    and higher sell prices first. At most one entry per direction fills on a bar; the other pending
    entries of that direction are dropped with it. Day orders leave the table with the bar.
 
+   Prices are put on the tick grid by taking off the remainder, as floating-point numbers have it:
+   where a price is stored a hair below a multiple of the tick (10.1 on ticks of 0.01), that is a
+   whole tick. Ticks that are binary fractions (1, 0.25, 1/32) have no such prices.
+
    1 when a bar was processed (the first call only moves to bar 0), 0 when the bars are exhausted,
-   -1 when the bar set has no date, open, high, low or close series. Orders, positions and trades
-   that find no memory are lost without a word. */
+   -1 when the bar set has no date, open, high, low or close series. A position or
+   trade that finds no memory is lost without a word; the statistics keep such a trade. */
 QVAPI int QVCALL qvProcessOrders(QvOrderSystem* sys) QVNOEXCEPT;
 
 QV_END_DECLS
