@@ -9,104 +9,121 @@ namespace qv::window {
 namespace {
 
 template <typename Order>
-struct Values {
+struct Numbers {
+  static constexpr bool kSeveralSteps = false;
   const double* x;
-  bool skipZeros;
 
   double start(int i) const noexcept { return x[i]; }
-  double counted(int i) const noexcept {
-    const double v = x[i];
-    return v != v || (skipZeros && v == 0.0) ? Order::kNone : v;
-  }
+  double counted(int i) const noexcept { return Order::numberOf(x[i]); }
+};
+
+struct NonZeroNumbers : Numbers<Lowest> {
+  static constexpr bool kSeveralSteps = true;
+  double counted(int i) const noexcept { return Lowest::numberOf(x[i] == 0.0 ? Lowest::kNone : x[i]); }
 };
 
 // The earliest of equal items: going towards the start an equal item replaces, going towards the end
 // only a better one does. The position of a window's first item is kept when that is not-a-number.
 template <typename Order>
-int slidingPosition(const double* in, const Range& r, int* out) noexcept {
-  const auto better = [](double x, double than) { return Order::reaches(x, than) && x != than; };
-  struct Extreme {
-    double value;
-    int position;
-  };
-  memory::Buffer<Extreme> scratch(static_cast<std::size_t>(std::min(r.period, itemsOf(r))));
-  if (!scratch.ok()) return QV_MALLOC;
-  Extreme* suffix = scratch.data();
-  forEachBlock(
-      r,
-      [&](int left, int results) {
-        Extreme extreme{Order::kNone, left};
-        for (int j = r.period - 1; j >= 0; --j) {
-          const double x = in[left + j];
-          if (Order::reaches(x, extreme.value)) extreme = {x, left + j};
-          suffix[j] = x == x ? extreme : Extreme{x, left + j};
-        }
-        const int end = left + r.period - 1;
-        out[end] = suffix[0].position;
-        extreme = {Order::kNone, end};
-        for (int j = 1; j < results; ++j) {
-          const double x = in[end + j];
-          if (better(x, extreme.value)) extreme = {x, end + j};
-          out[end + j] = better(extreme.value, suffix[j].value) ? extreme.position : suffix[j].position;
-        }
-      },
-      [&](int results) {
-        Extreme extreme{in[r.first], r.first};
-        for (int i = r.first; i < r.first + results; ++i) {
-          if (better(in[i], extreme.value)) extreme = {in[i], i};
-          out[i] = extreme.position;
-        }
-      });
-  return QV_OK;
-}
+struct Position {
+  static constexpr int kSuffixRows = 2, kPrefixRows = 2;  // values and positions
+  static constexpr double kNone = Order::kNone;
+  const double* x;
+  int* out;
+
+  static bool better(double a, double than) noexcept { return Order::reaches(a, than) && a != than; }
+  void load(int, int, Rows) const noexcept {}
+  void anchorAt(int) const noexcept {}
+  void suffixes(int i, int n, Rows rows) const noexcept {
+    double* __restrict values = rows[0], * __restrict positions = rows[1];
+    double extreme = kNone;
+    int position = i;
+    for (int j = n - 1; j >= 0; --j) {
+      const double v = x[i + j];
+      position = Order::reaches(v, extreme) ? i + j : position;
+      extreme = Order::of(extreme, Order::numberOf(v));
+      values[j] = v == v ? extreme : v;
+      positions[j] = v == v ? position : i + j;
+    }
+  }
+  void prefixes(int i, int n, Rows rows) const noexcept {
+    double* __restrict values = rows[0], * __restrict positions = rows[1];
+    double extreme = kNone;
+    int position = i;
+    for (int j = 0; j < n; ++j) {
+      const double v = x[i + j];
+      position = better(v, extreme) ? i + j : position;
+      extreme = Order::of(extreme, Order::numberOf(v));
+      values[j] = extreme;
+      positions[j] = position;
+    }
+  }
+  void finish(int i, int n, Rows suffix, Rows prefix) const noexcept {
+    const double* __restrict s = suffix[0], * __restrict t = prefix[0];
+    const double* __restrict ofSuffix = suffix[1], * __restrict ofPrefix = prefix[1];
+    for (int j = 0; j < n; ++j) out[i + j] = static_cast<int>(better(t[j], s[j]) ? ofPrefix[j] : ofSuffix[j]);
+  }
+  void finishCut(int i, int n, Rows prefix) const noexcept {
+    for (int j = 0; j < n; ++j) out[i + j] = better(prefix[0][j], x[i]) ? static_cast<int>(prefix[1][j]) : i;
+  }
+};
+
+struct WeightedSum {
+  static constexpr int kSuffixRows = 1, kPrefixRows = 1;
+  static constexpr double kNone = 0.0;
+  const double* x;
+  int period;
+  double* out;
+
+  void load(int, int, Rows) const noexcept {}
+  void anchorAt(int) const noexcept {}
+  // One item more towards the start raises every weight by one: the plain sum is added.
+  void suffixes(int i, int n, Rows rows) const noexcept {
+    double* __restrict suffix = rows[0];
+    double plain = 0.0, weighted = 0.0;
+    for (int j = n - 1; j >= 0; --j) suffix[j] = weighted += plain += x[i + j];
+  }
+  // The next block's items weigh 1, 2, ... and all of them more by the number of items before them.
+  void prefixes(int i, int n, Rows rows) const noexcept {
+    double* __restrict prefix = rows[0];
+    double plain = 0.0, weighted = 0.0;
+    for (int j = 0; j < n; ++j) {
+      plain += x[i + j];
+      weighted += (j + 1) * x[i + j];
+      prefix[j] = weighted + (period - 1 - j) * plain;
+    }
+  }
+  void finish(int i, int n, Rows suffix, Rows prefix) const noexcept {
+    const double* __restrict s = suffix[0], * __restrict t = prefix[0];
+    for (int j = 0; j < n; ++j) out[i + j] = s[j] + t[j];
+  }
+  void finishCut(int i, int n, Rows) const noexcept {
+    double weighted = 0.0;
+    for (int j = 0; j < n; ++j) out[i + j] = weighted += (j + 1) * x[i + j];
+  }
+};
 
 }  // namespace
 
 int weightedSum(const double* in, Range r, double* out) noexcept {
-  memory::Buffer<double> scratch = scratchFor(r);
-  if (!scratch.ok()) return QV_MALLOC;
-  double* suffix = scratch.data();
-  forEachBlock(
-      r,
-      [&](int left, int results) {
-        // One item more towards the start raises every weight by one: the plain sum is added.
-        double plain = 0.0, weighted = 0.0;
-        for (int j = r.period - 1; j >= 0; --j) suffix[j] = weighted += plain += in[left + j];
-        const int end = left + r.period - 1;
-        out[end] = suffix[0];
-        // The next block's items weigh 1, 2, ... and all of them period - j more.
-        plain = weighted = 0.0;
-        for (int j = 1; j < results; ++j) {
-          const double x = in[end + j];
-          plain += x;
-          weighted += j * x;
-          out[end + j] = suffix[j] + (weighted + (r.period - j) * plain);
-        }
-      },
-      [&](int results) {
-        double weighted = 0.0;
-        for (int j = 0; j < results; ++j) {
-          weighted += (j + 1) * in[r.first + j];
-          out[r.first + j] = weighted;
-        }
-      });
-  return QV_OK;
+  return slide(WeightedSum{in, r.period, out}, r);
 }
 
 int maximum(const double* in, Range r, double* out) noexcept {
-  return slidingExtreme<Highest>(Values<Highest>{in, false}, r, out);
+  return slidingExtreme<Highest>(Numbers<Highest>{in}, r, out);
 }
 
 int minimum(const double* in, Range r, double* out, bool skipZeros) noexcept {
-  return slidingExtreme<Lowest>(Values<Lowest>{in, skipZeros}, r, out);
+  return skipZeros ? slidingExtreme<Lowest>(NonZeroNumbers{{in}}, r, out)
+                   : slidingExtreme<Lowest>(Numbers<Lowest>{in}, r, out);
 }
 
 int maximumPosition(const double* in, Range r, int* out) noexcept {
-  return slidingPosition<Highest>(in, r, out);
+  return slide(Position<Highest>{in, out}, r);
 }
 
 int minimumPosition(const double* in, Range r, int* out) noexcept {
-  return slidingPosition<Lowest>(in, r, out);
+  return slide(Position<Lowest>{in, out}, r);
 }
 
 }  // namespace qv::window

@@ -6,8 +6,9 @@
 // subtracted from history, so the error is bounded by the window itself, and a huge or not-a-number
 // item is forgotten once the window has passed it. Blocks are aligned to `first`.
 //
-// Every kernel returns 0, or -3 when its scratch memory (two periods at most) can't be had; then
-// nothing is written. `out` may be the input itself unless a kernel says otherwise.
+// Every kernel returns 0, or -3 when its scratch memory (a few running results for each item of two
+// blocks, or of some 512 items where blocks are shorter) can't be had; then nothing is written. `out` may
+// be the input itself.
 #pragma once
 
 namespace qv::window {

@@ -2,62 +2,106 @@
 // and the value that counts in every window.
 #pragma once
 
-#include <limits>
+#ifdef __SSE2__
+#include <emmintrin.h>
+#endif
 
 #include "core/window_blocks.h"
 
 namespace qv::window {
 
-inline constexpr double kInfinity = std::numeric_limits<double>::infinity();
+// One machine instruction each, a where it is beyond b, else b. Left to choose, the compiler makes
+// branches of some of these conditions, and which item is the larger one is anyone's guess.
+#ifdef __SSE2__
+inline __m128d inRegister(double x) noexcept {  // as it lies there: clearing the upper half would cost
+  __m128d r;
+  __asm__("" : "=x"(r) : "0"(x));
+  return r;
+}
+inline double largerOf(double a, double b) noexcept {
+  return _mm_cvtsd_f64(_mm_max_sd(inRegister(a), inRegister(b)));
+}
+inline double smallerOf(double a, double b) noexcept {
+  return _mm_cvtsd_f64(_mm_min_sd(inRegister(a), inRegister(b)));
+}
+#else
+inline double largerOf(double a, double b) noexcept {
+  return a > b ? a : b;
+}
+inline double smallerOf(double a, double b) noexcept {
+  return a < b ? a : b;
+}
+#endif
 
-// `later` replaces `earlier` when it is at least as extreme. Neither may be not-a-number; kNone gives way
-// to every value.
+// of: the later value replaces the earlier one when it is at least as extreme; neither may be
+// not-a-number. kNone gives way to every value. numberOf: kNone in place of not-a-number.
 struct Highest {
   static constexpr double kNone = -kInfinity;
-  static double of(double earlier, double later) noexcept { return earlier > later ? earlier : later; }
+  static double of(double earlier, double later) noexcept { return largerOf(earlier, later); }
+  static double numberOf(double x) noexcept { return x > kNone ? x : kNone; }
   static bool reaches(double x, double extreme) noexcept { return x >= extreme; }
 };
 struct Lowest {
   static constexpr double kNone = kInfinity;
-  static double of(double earlier, double later) noexcept { return earlier < later ? earlier : later; }
+  static double of(double earlier, double later) noexcept { return smallerOf(earlier, later); }
+  static double numberOf(double x) noexcept { return x < kNone ? x : kNone; }
   static bool reaches(double x, double extreme) noexcept { return x <= extreme; }
 };
 
 // items.start(i): what a window that begins at i starts from; not-a-number there is never replaced.
-// items.counted(i): what item i contributes to every window, Order::kNone when that is nothing.
+// items.counted(i): what item i contributes to every window, Order::kNone when that is nothing. Where
+// that takes several steps, Items::kSeveralSteps, it is found first, in a loop that becomes vector code.
+template <typename Order, typename Items>
+struct Extreme {
+  static constexpr int kSuffixRows = 1, kPrefixRows = Items::kSeveralSteps ? 2 : 1;
+  static constexpr double kNone = Order::kNone;
+  Items items;
+  double* out;
+  const double* found = nullptr;  // what counts of the items from foundFrom on
+  int foundFrom = 0;
+
+  static double from(double start, double extreme) noexcept {
+    return Order::reaches(extreme, start) ? extreme : start;
+  }
+  void load(int i, int n, Rows prefix) noexcept {
+    if constexpr (Items::kSeveralSteps) {
+      double* __restrict row = prefix[1];
+      for (int j = 0; j < n; ++j) row[j] = items.counted(i + j);
+      found = row;
+      foundFrom = i;
+    }
+  }
+  double counted(int i) const noexcept {
+    if constexpr (Items::kSeveralSteps) return found[i - foundFrom];
+    return items.counted(i);
+  }
+  void anchorAt(int) const noexcept {}
+  void suffixes(int i, int n, Rows rows) const noexcept {
+    double* __restrict suffix = rows[0];
+    runBackwards<Order>(
+        n, [i, k = *this](int j) { return k.counted(i + j); },
+        [=, k = items](int j, double extreme) { suffix[j] = from(k.start(i + j), extreme); });
+  }
+  void prefixes(int i, int n, Rows rows) const noexcept {
+    double* __restrict prefix = rows[0];
+    runForwards<Order>(
+        n, [i, k = *this](int j) { return k.counted(i + j); },
+        [=](int j, double extreme) { prefix[j] = extreme; });
+  }
+  void finish(int i, int n, Rows suffix, Rows prefix) const noexcept {
+    const double* __restrict s = suffix[0], * __restrict t = prefix[0];
+    double* result = out + i;
+    for (int j = 0; j < n; ++j) result[j] = from(s[j], t[j]);
+  }
+  void finishCut(int i, int n, Rows prefix) const noexcept {
+    const double start = items.start(i);
+    for (int j = 0; j < n; ++j) out[i + j] = from(start, prefix[0][j]);
+  }
+};
+
 template <typename Order, typename Items>
 int slidingExtreme(const Items& items, const Range& r, double* out) noexcept {
-  memory::Buffer<double> scratch = scratchFor(r);
-  if (!scratch.ok()) return QV_MALLOC;
-  double* suffix = scratch.data();
-  const auto from = [](double start, double extreme) {
-    return Order::reaches(extreme, start) ? extreme : start;
-  };
-  forEachBlock(
-      r,
-      [&](int left, int results) {
-        double extreme = Order::kNone;
-        for (int j = r.period - 1; j >= 0; --j) {
-          extreme = Order::of(items.counted(left + j), extreme);
-          suffix[j] = from(items.start(left + j), extreme);
-        }
-        double* result = out + left + r.period - 1;
-        result[0] = suffix[0];
-        extreme = Order::kNone;
-        for (int j = 1; j < results; ++j) {
-          extreme = Order::of(extreme, items.counted(left + r.period - 1 + j));
-          result[j] = from(suffix[j], extreme);
-        }
-      },
-      [&](int results) {
-        const double start = items.start(r.first);
-        double extreme = Order::kNone;
-        for (int i = r.first; i < r.first + results; ++i) {
-          extreme = Order::of(extreme, items.counted(i));
-          out[i] = from(start, extreme);
-        }
-      });
-  return QV_OK;
+  return slide(Extreme<Order, Items>{items, out}, r);
 }
 
 }  // namespace qv::window

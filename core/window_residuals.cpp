@@ -13,31 +13,20 @@ namespace qv::window {
 namespace {
 
 // The least-squares line through the items taken so far, one step apart.
-class RunningLine {
- public:
-  void take(double y) noexcept {
-    if (n_ == 0.0) forecast_ = y;
-    const double error = y - forecast_;
-    const double weight = 1.0 / ((n_ + 1.0) * (n_ + 2.0));
-    residual_ += error * error * (n_ * (n_ - 1.0) * weight);
-    const double lift = error * (4.0 * (n_ + 2.0) * weight), turn = error * (6.0 * weight);
-    forecast_ = forecast_ + slope_ + lift;
-    slope_ += turn;
-    n_ += 1.0;
+struct RunningLine {
+  double forecast = 0.0;  // the line's value one step on
+  double slope = 0.0;
+  double residual = 0.0;  // sum of squared distances from the line
+
+  // `weight` is 1 / ((n + 1) (n + 2)) for the n items taken before.
+  void take(double y, double n, double weight) noexcept {
+    const double error = n > 0.0 ? y - forecast : 0.0;
+    if (n == 0.0) forecast = y;
+    residual += error * error * (n * (n - 1.0) * weight);
+    forecast = (forecast + slope) + error * (4.0 * (n + 2.0) * weight);
+    slope += error * (6.0 * weight);
   }
-  double slope() const noexcept { return slope_; }
-  double mean() const noexcept { return forecast_ - slope_ * ((n_ + 1.0) / 2.0); }
-  double residual() const noexcept { return residual_; }
-
- private:
-  double n_ = 0.0;
-  double forecast_ = 0.0;  // the line's value one step on
-  double slope_ = 0.0;
-  double residual_ = 0.0;  // sum of squared distances from the line
-};
-
-struct Fit {
-  double slope, mean, residual;
+  double mean(double n) const noexcept { return forecast - slope * ((n + 1.0) / 2.0); }
 };
 
 // Sum of squared distances of n items' positions from their centre.
@@ -45,55 +34,79 @@ double spread(double n) noexcept {
   return n * (n * n - 1.0) / 12.0;
 }
 
-// Residual squares of the line through both stretches, a of `na` items followed by b of `nb`. Each
-// stretch's slope and the slope between their means vote for the common slope.
-double joinedResidual(const Fit& a, double na, const Fit& b, double nb) noexcept {
-  const double between = (b.mean - a.mean) / ((na + nb) / 2.0);
-  const double weightA = spread(na), weightB = spread(nb), weightBetween = na * nb * (na + nb) / 4.0;
-  const double slope = (weightA * a.slope + weightB * b.slope + weightBetween * between) / spread(na + nb);
-  const double da = a.slope - slope, db = b.slope - slope, dc = between - slope;
-  return a.residual + b.residual + (weightA * da * da + weightB * db * db + weightBetween * dc * dc);
-}
-
 double errorOf(double residual, double n) noexcept {
-  const double variance = n > 2.0 ? residual / (n - 2.0) : 0.0;
+  const double variance = residual / (n - 2.0);
   return variance > 0.0 ? std::sqrt(variance) : 0.0;
 }
+
+struct StandardError {
+  static constexpr int kSuffixRows = 3, kPrefixRows = 4;  // slope, mean, residual; number of items
+  static constexpr double kNone = 0.0;
+  const double* y;
+  const double* weights;
+  int period;
+  double* out;
+  double anchor = 0.0;
+
+  void load(int, int, Rows) const noexcept {}
+  void anchorAt(int i) noexcept { anchor = y[i]; }
+  void suffixes(int i, int n, Rows rows) const noexcept {
+    double* __restrict slope = rows[0], * __restrict mean = rows[1], * __restrict residual = rows[2];
+    RunningLine line;  // runs towards the start: its slope has the other sign
+    for (int j = n - 1, taken = 0; j >= 0; --j, ++taken) {
+      line.take(y[i + j] - anchor, taken, weights[taken]);
+      slope[j] = -line.slope;
+      mean[j] = line.mean(taken + 1);
+      residual[j] = line.residual;
+    }
+  }
+  void prefixes(int i, int n, Rows rows) const noexcept {
+    double* __restrict slope = rows[0], * __restrict mean = rows[1], * __restrict residual = rows[2];
+    double* __restrict items = rows[3];
+    RunningLine line;
+    for (int j = 0; j < n; ++j) {
+      line.take(y[i + j] - anchor, j, weights[j]);
+      slope[j] = line.slope;
+      mean[j] = line.mean(j + 1);
+      residual[j] = line.residual;
+      items[j] = j + 1;
+    }
+  }
+  // Each stretch's slope and the slope between their means vote for the common slope.
+  void finish(int i, int n, Rows suffix, Rows prefix) const noexcept {
+    const double* __restrict slopeA = suffix[0], * __restrict meanA = suffix[1];
+    const double* __restrict residualA = suffix[2];
+    const double* __restrict slopeB = prefix[0], * __restrict meanB = prefix[1];
+    const double* __restrict residualB = prefix[2], * __restrict itemsB = prefix[3];
+    double* __restrict result = out + i;
+    if (period < 3) {
+      std::fill_n(result, n, 0.0);
+      return;
+    }
+    const double p = period, perStep = 2.0 / p, perSpread = 1.0 / spread(p);
+    for (int j = 0; j < n; ++j) {
+      const double b = itemsB[j], a = p - b;
+      const double between = (meanB[j] - meanA[j]) * perStep;
+      const double weightA = spread(a), weightB = spread(b), weightBetween = a * b * p / 4.0;
+      const double slope = (weightA * slopeA[j] + weightB * slopeB[j] + weightBetween * between) * perSpread;
+      const double da = slopeA[j] - slope, db = slopeB[j] - slope, dc = between - slope;
+      const double disagreement = weightA * da * da + weightB * db * db + weightBetween * dc * dc;
+      result[j] = errorOf(residualA[j] + residualB[j] + disagreement, p);
+    }
+  }
+  void finishCut(int i, int n, Rows prefix) const noexcept {
+    for (int j = 0; j < n; ++j) out[i + j] = j < 2 ? 0.0 : errorOf(prefix[2][j], j + 1.0);
+  }
+};
 
 }  // namespace
 
 int standardError(const double* in, Range r, double* out) noexcept {
-  memory::Buffer<Fit> scratch(static_cast<std::size_t>(std::min(r.period, itemsOf(r))));
-  if (!scratch.ok()) return QV_MALLOC;
-  Fit* suffix = scratch.data();
-  const double n = r.period;
-  forEachBlock(
-      r,
-      [&](int left, int results) {
-        const int last = left + r.period - 1;
-        const double anchor = in[last];
-        RunningLine line;  // runs towards the start: its slope has the other sign
-        for (int j = r.period - 1; j >= 0; --j) {
-          line.take(in[left + j] - anchor);
-          suffix[j] = {-line.slope(), line.mean(), line.residual()};
-        }
-        out[last] = errorOf(suffix[0].residual, n);
-        line = {};
-        for (int j = 1; j < results; ++j) {
-          line.take(in[last + j] - anchor);
-          const Fit prefix{line.slope(), line.mean(), line.residual()};
-          out[last + j] = errorOf(joinedResidual(suffix[j], n - j, prefix, j), n);
-        }
-      },
-      [&](int results) {
-        const double anchor = in[r.first];
-        RunningLine line;
-        for (int j = 0; j < results; ++j) {
-          line.take(in[r.first + j] - anchor);
-          out[r.first + j] = errorOf(line.residual(), j + 1.0);
-        }
-      });
-  return QV_OK;
+  const int longest = std::min(r.period, itemsOf(r));
+  memory::Buffer<double> weights(static_cast<std::size_t>(longest));
+  if (!weights.ok()) return QV_MALLOC;
+  for (int n = 0; n < longest; ++n) weights[static_cast<std::size_t>(n)] = 1.0 / ((n + 1.0) * (n + 2.0));
+  return slide(StandardError{in, weights.data(), r.period, out}, r);
 }
 
 }  // namespace qv::window

@@ -1,6 +1,5 @@
 #include "indicators/bar_ranges.h"
 
-#include "core/numbers.h"
 #include "core/window_extremes.h"
 
 namespace qv {
@@ -10,24 +9,26 @@ namespace {
 using window::Highest;
 using window::Lowest;
 
-bool counts(double price, Lowest) noexcept {
-  return isNonZero(price);
+double counting(double price, Lowest) noexcept {
+  return price == 0.0 ? Lowest::kNone : price;
 }
-bool counts(double price, Highest) noexcept {
-  return price == price;
+double counting(double price, Highest) noexcept {
+  return price;
 }
 
 // A bar counts as the extreme of its prices, taken in the order open, high, low, close.
 template <typename Order>
 struct BarPrices {
+  static constexpr bool kSeveralSteps = true;
   const double *open, *high, *low, *close;
 
   double start(int i) const noexcept { return close[i]; }
   double counted(int i) const noexcept {
-    double extreme = Order::kNone;
-    for (const double price : {open[i], high[i], low[i], close[i]})
-      extreme = Order::of(extreme, counts(price, Order{}) ? price : Order::kNone);
-    return extreme;
+    return taken(taken(taken(taken(Order::kNone, open[i]), high[i]), low[i]), close[i]);
+  }
+  static double taken(double extreme, double price) noexcept {
+    const double x = counting(price, Order{});
+    return Order::reaches(x, extreme) ? x : extreme;
   }
 };
 

@@ -212,6 +212,50 @@ TEST(Window, ExtremesAreExact) {
   compare("signed zeros", signedZeros, maximum, naive, {});
 }
 
+// Short blocks are worked on in stretches of about 512 items, long ones alone: a stretch boundary must
+// not show, nor the last block that is cut short. Integers keep all but the square roots exact.
+TEST(Window, NothingShowsWhereStretchesMeet) {
+  constexpr int kItems = 1300;
+  Items x = shaped(Shape::Integers, kItems), y = shaped(Shape::Integers, kItems, 2);
+  x[700] = kNaN;
+  for (int period : {2, 9, 73, 256, 257, 511, 512, 513, 649, 1299}) {
+    const Range r{1, kItems, period};
+    Items lowest = x, weighted = x, deviations = x, covariances = x, slopes = x, errors = x;
+    std::vector<int> where(x.size());
+    ASSERT_EQ(minimum(x.data(), r, lowest.data()), 0);
+    ASSERT_EQ(minimumPosition(x.data(), r, where.data()), 0);
+    for (Items* inPlace : {&weighted, &deviations, &covariances, &slopes, &errors}) {
+      double* io = inPlace->data();
+      ASSERT_EQ(inPlace == &weighted      ? weightedSum(io, r, io)
+                : inPlace == &deviations  ? deviation(io, r, false, io)
+                : inPlace == &covariances ? covariance(io, y.data(), r, io)
+                : inPlace == &slopes      ? regressionLine(io, r, io, nullptr)
+                                          : standardError(io, r, io),
+                0);
+    }
+    for (int i = period; i < kItems; ++i) {
+      SCOPED_TRACE("item " + std::to_string(i) + " of " + std::to_string(period));
+      const Items w = windowEndingAt(x, r, i);
+      const double low = extremeOf(w, false, false);
+      ASSERT_TRUE(lowest[at(i)] == low || (low != low && lowest[at(i)] != lowest[at(i)]));
+      ASSERT_EQ(where[at(i)], i + 1 - period + positionOf(w, false));
+      if (i >= 700 && i < 700 + period) {
+        for (const Items* spoilt : {&weighted, &deviations, &covariances, &slopes})
+          ASSERT_NE((*spoilt)[at(i)], (*spoilt)[at(i)]);
+        ASSERT_EQ(errors[at(i)], 0.0);
+        continue;
+      }
+      if (i % 7 != 0 && i > period + 1) continue;  // a sample of the slow ones
+      ASSERT_EQ(weighted[at(i)], weightedSumOf(w));
+      ASSERT_NEAR(deviations[at(i)], deviationOf(w, false), 1e-14);
+      const double cov = static_cast<double>(products(w, windowEndingAt(y, r, i))) / (period - 1);
+      ASSERT_NEAR(covariances[at(i)], cov, 1e-13);
+      ASSERT_NEAR(slopes[at(i)], slopeOf(w), 1e-14);
+      ASSERT_NEAR(errors[at(i)], standardErrorOf(w), 1e-13);
+    }
+  }
+}
+
 TEST(Window, PositionsAreTheEarliest) {
   for (Shape shape : kShapes) {
     const Items x = shaped(shape, 61);
