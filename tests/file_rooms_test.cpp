@@ -23,19 +23,23 @@ TEST(JoinedPath, PutsASeparatorWhereTheDirectoryNeedsOne) {
   const std::string separator = "/";
   EXPECT_STREQ(joinPath("data/", "a").text, "data/a");
 #endif
-  EXPECT_EQ(joinPath("data", "a").text, "data" + separator + "a");
-  EXPECT_EQ(joinPath(" \t\r\f\ndata \n", " \ta b\t ").text, "data" + separator + "a b");
-  EXPECT_STREQ(joinPath("c:", "a").text, "c:a");
-  EXPECT_STREQ(joinPath("data\\", "a").text, "data\\a");
-  EXPECT_STREQ(joinPath("", "a").text, "a");
-  EXPECT_STREQ(joinPath(" ", " ").text, "");
-  EXPECT_EQ(joinPath("data", "").text, "data" + separator);
-  // 255 characters in all; a directory of 254 leaves no room for a separator.
-  EXPECT_EQ(joinPath(std::string(253, 'd').c_str(), "ab").text, std::string(253, 'd') + separator + "a");
-  EXPECT_EQ(joinPath(std::string(254, 'd').c_str(), "ab").text, std::string(254, 'd') + "a");
-  EXPECT_EQ(joinPath(std::string(300, 'd').c_str(), "ab").text, std::string(255, 'd'));
-  EXPECT_EQ(joinPath("d", (std::string(250, 'f') + "   x").c_str()).text,
-            "d" + separator + std::string(250, 'f'));
+  const auto d = [](std::size_t n) { return std::string(n, 'd'); };
+  const std::string cases[][3] = {
+      {"data", "a", "data" + separator + "a"},
+      {" \t\r\f\ndata \n", " \ta b\t ", "data" + separator + "a b"},
+      {"c:", "a", "c:a"},
+      {"data\\", "a", "data\\a"},
+      {"", "a", "a"},
+      {" ", " ", ""},
+      {"data", "", "data" + separator},
+      // 255 characters in all; a directory of 254 leaves no room for a separator.
+      {d(253), "ab", d(253) + separator + "a"},
+      {d(254), "ab", d(254) + "a"},
+      {d(300), "ab", d(255)},
+      {"d", d(250) + "   x", "d" + separator + d(250)},
+  };
+  for (const auto& [directory, name, joined] : cases)
+    EXPECT_EQ(joinPath(directory.c_str(), name.c_str()).text, joined);
 }
 
 // Character by character: carriage returns before a newline or the end fall away, a line ends with its
@@ -76,10 +80,11 @@ TEST(LineReader, AgreesWithLinesTakenCharacterByCharacter) {
     ASSERT_TRUE(reader.ok());
     std::vector<std::int64_t> positions{0};
     Line line;
+    const auto whole = [&line] { return std::string(line.text) + (line.endsWithNewline ? "\n" : ""); };
     std::size_t n = 0;
     for (; reader.next(line); ++n) {
       ASSERT_LT(n, expected.size()) << k;
-      ASSERT_EQ(std::string(line.text) + (line.endsWithNewline ? "\n" : ""), expected[n]) << k << ' ' << n;
+      ASSERT_EQ(whole(), expected[n]) << k << ' ' << n;
       positions.push_back(reader.position());
     }
     EXPECT_EQ(n, expected.size()) << k;
@@ -87,7 +92,7 @@ TEST(LineReader, AgreesWithLinesTakenCharacterByCharacter) {
     for (const std::size_t at : {n / 2, std::size_t{0}, n - 1, n / 3}) {  // back and forth
       reader.seek(positions[at]);
       ASSERT_TRUE(reader.next(line));
-      EXPECT_EQ(std::string(line.text) + (line.endsWithNewline ? "\n" : ""), expected[at]) << k << ' ' << at;
+      EXPECT_EQ(whole(), expected[at]) << k << ' ' << at;
     }
     reader.seek(positions[n]);
     EXPECT_FALSE(reader.next(line));
@@ -95,24 +100,28 @@ TEST(LineReader, AgreesWithLinesTakenCharacterByCharacter) {
 }
 
 TEST(Columns, AreTheRunsBetweenDelimiters) {
-  Columns columns(",\t");
-  columns.split(",,a,\tb c,", 5);
-  EXPECT_EQ(columns[1], "a");
-  EXPECT_EQ(columns[2], "b c");
-  EXPECT_EQ(columns[3], "");
-  columns.split("a,b,c", 2);
-  EXPECT_EQ(columns[2], "b");
-  for (const int number : {3, 0, -1}) EXPECT_EQ(columns[number], "");
-  columns.split({"a\0,b", 4}, 2);
-  EXPECT_EQ(columns[1], "a");
-  EXPECT_EQ(columns[2], "") << "a zero byte ends the line";
+  const struct {
+    std::string delimiters, line;
+    int last;
+    std::vector<std::string> columns;  // from the first on
+  } cases[] = {
+      {",\t", ",,a,\tb c,", 5, {"a", "b c", ""}},
+      {",\t", "a,b,c", 2, {"a", "b", ""}},
+      {",\t", {"a\0,b", 4}, 2, {"a", ""}},  // a zero byte ends the line
+      {"", "a,b", 2, {"a,b", ""}},
+  };
+  for (const auto& c : cases) {
+    Columns columns(c.delimiters.c_str());
+    columns.split(c.line, c.last);
+    for (int k = 0; const std::string& column : c.columns) EXPECT_EQ(columns[++k], column) << c.line;
+    EXPECT_EQ(columns[0], "");
+    EXPECT_EQ(columns[-1], "");
+  }
   std::string most;
   while (most.size() < 254) most += "x,";
+  Columns columns(",");
   columns.split(most, INT_MAX);
   EXPECT_EQ(columns[127], "x");
-  Columns none("");
-  none.split("a,b", 2);
-  EXPECT_EQ(none[1], "a,b");
 }
 
 void expectAsStrtod(const std::string& text) {
@@ -123,58 +132,13 @@ void expectAsStrtod(const std::string& text) {
 }
 
 TEST(TextNumbers, AreReadAsStrtodReadsThem) {
-  for (const char* text : {"",
-                           " ",
-                           "0",
-                           "-0",
-                           "12",
-                           " \t\n\v\f\r+12.5x",
-                           "+-1",
-                           "-+1",
-                           "--1",
-                           "++1",
-                           "+",
-                           "-",
-                           ".",
-                           ".5",
-                           "5.",
-                           "-.5e1",
-                           "1e",
-                           "1e+",
-                           "1e5",
-                           "1E-5",
-                           "1e+5",
-                           "1d5",
-                           "1,5",
-                           "1.2.3",
-                           "1e400",
-                           "-1e400",
-                           "1e-400",
-                           "-1e-400",
-                           "4.9e-324",
-                           "2e-324",
-                           "1e99999999999999999999",
-                           "1e-99999999999999999999",
-                           "0e99999999999999999999",
-                           "inf",
-                           "-Infinity",
-                           "+inf",
-                           "infinit",
-                           "nan",
-                           "NaN(12)",
-                           "nan(",
-                           "0x",
-                           "0x1F",
-                           "-0X.8p1",
-                           "0xg",
-                           "0x-1",
-                           "0xinf",
-                           "0x1p9999",
-                           "0x1p-9999",
-                           "x",
-                           "0.1",
-                           "123456789012345678901234567890"})
-    expectAsStrtod(text);
+  // Separated by '|'.
+  std::istringstream texts(
+      "| |0|-0|12| \t\n\v\f\r+12.5x|+-1|-+1|--1|++1|+|-|.|.5|5.|-.5e1|1e|1e+|1e5|1E-5|1e+5|1d5|1,5|1.2.3|"
+      "1e400|-1e400|1e-400|-1e-400|4.9e-324|2e-324|1e99999999999999999999|1e-99999999999999999999|"
+      "0e99999999999999999999|inf|-Infinity|+inf|infinit|nan|NaN(12)|nan(|0x|0x1F|-0X.8p1|0xg|0x-1|0xinf|"
+      "0x1p9999|0x1p-9999|x|0.1|123456789012345678901234567890");
+  for (std::string text; std::getline(texts, text, '|');) expectAsStrtod(text);
   for (const char* exponent : {"", "e10", "e200", "e-400", "e-700"}) {
     expectAsStrtod(std::string(240, '9') + exponent);
     expectAsStrtod("0." + std::string(238, '0') + "1" + exponent);
@@ -188,18 +152,18 @@ TEST(TextNumbers, AreReadAsStrtodReadsThem) {
 }
 
 TEST(TextNumbers, IntegersSaturate) {
-  for (const auto& [text, value] : {std::pair{"", 0},
-                                    {"x", 0},
-                                    {" +12abc", 12},
-                                    {"-7", -7},
-                                    {"+-7", 0},
-                                    {"--7", 0},
-                                    {"2147483647", INT_MAX},
-                                    {"2147483648", INT_MAX},
-                                    {"-2147483648", INT_MIN},
-                                    {"-99999999999", INT_MIN},
-                                    {"3.9", 3}})
-    EXPECT_EQ(integerValue(text), value) << text;
+  const std::pair<const char*, int> cases[] = {{"", 0},
+                                               {"x", 0},
+                                               {" +12abc", 12},
+                                               {"-7", -7},
+                                               {"+-7", 0},
+                                               {"--7", 0},
+                                               {"2147483647", INT_MAX},
+                                               {"2147483648", INT_MAX},
+                                               {"-2147483648", INT_MIN},
+                                               {"-99999999999", INT_MIN},
+                                               {"3.9", 3}};
+  for (const auto& [text, value] : cases) EXPECT_EQ(integerValue(text), value) << text;
 }
 
 }  // namespace

@@ -8,6 +8,7 @@
 
 #include "core/calculation.h"
 #include "core/memory.h"
+#include "support/expect.h"
 #include "support/series.h"
 
 namespace qvtest {
@@ -41,8 +42,7 @@ TEST(Records, LayoutIsFixed) {
 TEST(Records, AllocatesResizesAndFreesSeries) {
   QvArray a{};
   ASSERT_EQ(qvAllocArray(&a, 3), 0);
-  EXPECT_EQ(a.size, 3);
-  EXPECT_EQ(a.data[2], 0.0);
+  EXPECT_EQ(itemsOf(a), (Items{0, 0, 0}));
   a.data[2] = 5.0;
   a.firstValid = 2;
   EXPECT_EQ(qvReSizeArray(&a, 4), -3);
@@ -50,14 +50,11 @@ TEST(Records, AllocatesResizesAndFreesSeries) {
   EXPECT_EQ(qvReSizeArray(&a, 1), 0);
   EXPECT_EQ(qvReAllocArray(&a, 3), 0);  // within the capacity: only the size changes
   EXPECT_EQ(qvReAllocArray(&a, 100), 0);
-  EXPECT_EQ(a.size, 100);
-  EXPECT_EQ(a.capacity, 100);
-  EXPECT_EQ(a.data[2], 5.0);
-  EXPECT_EQ(a.firstValid, 2);
-  qvFreeArray(&a);
-  EXPECT_TRUE(isEmpty(a));
-  qvFreeArray(&a);
-
+  EXPECT_TRUE(a.size == 100 && a.capacity == 100 && a.data[2] == 5.0 && a.firstValid == 2);
+  for (int k = 0; k < 2; ++k) {
+    qvFreeArray(&a);
+    EXPECT_TRUE(isEmpty(a));
+  }
   ASSERT_EQ(qvAllocArray(&a, 0), 0);
   EXPECT_EQ(a.size, 0);
   qvFreeArray(&a);
@@ -83,69 +80,57 @@ TEST(Records, AllocatesResizesAndFreesBarSets) {
 }
 
 TEST(Records, ExhaustedMemoryLeavesRecordsInOrder) {
-  const long before = qv::memory::liveBlocks();
-  for (long k = 1; k <= 7; ++k) {
-    QvBars b{};
-    b.reccnt = 9;
-    qv::memory::failAllocation(k);
-    EXPECT_EQ(qvAllocBars(&b, 10), -3);
+  Bars b, bars(walkBars(10)), barsCopy;
+  Array a{1, 2, 3}, copy;
+  b.reccnt = 9;
+  expectAnswersExhaustedMemory("qvAllocBars", [&] {
+    const int status = qvAllocBars(&b, 10);
+    EXPECT_TRUE(status == 0 || isEmpty(b));
+    return status;
+  });
+  expectAnswersExhaustedMemory("qvCopyBars", [&] {
+    const int status = qvCopyBars(&bars, &barsCopy);
+    EXPECT_TRUE(status == 0 || isEmpty(barsCopy));
+    return status;
+  });
+  for (int grown = 0; grown < 7; ++grown) {  // the series grow one after the other
+    const Bars before(walkBars(10));
+    Bars growing(walkBars(10));
+    qv::memory::failAllocation(grown + 1);
+    EXPECT_EQ(qvReAllocBars(&growing, 20), -3);
     qv::memory::failAllocation(0);
-    EXPECT_TRUE(isEmpty(b));
-
-    ASSERT_EQ(qvAllocBars(&b, 10), 0);
-    b.close.data[9] = 3.0;
-    qv::memory::failAllocation(k);
-    EXPECT_EQ(qvReAllocBars(&b, 20), -3);
-    qv::memory::failAllocation(0);
-    EXPECT_EQ(b.barsize, 10);
-    EXPECT_EQ(b.datasize, 10);
-    for (int s = 0; s < qv::kSeriesCount; ++s) EXPECT_EQ(qv::seriesOf(b, s).size, s < k - 1 ? 20 : 10);
-    EXPECT_EQ(b.close.data[9], 3.0);
-    QvBars copy{};
-    qv::memory::failAllocation(k);
-    EXPECT_EQ(qvCopyBars(&b, &copy), -3);
-    qv::memory::failAllocation(0);
-    EXPECT_TRUE(isEmpty(copy));
-    qvFreeBars(&b);
+    EXPECT_TRUE(growing.barsize == 10 && growing.datasize == 10);
+    for (int s = 0; s < qv::kSeriesCount; ++s) {
+      EXPECT_EQ(qv::seriesOf(growing, s).size, s < grown ? 20 : 10);
+      EXPECT_EQ(qv::seriesOf(growing, s).data[9], qv::seriesOf(before, s).data[9]);
+    }
   }
-  Array a{1, 2, 3};
-  QvArray copy{};
-  qv::memory::failAllocation(1);
-  EXPECT_EQ(qvReAllocArray(&a, 9), -3);
-  qv::memory::failAllocation(1);
-  EXPECT_EQ(qvCopyArray(&a, &copy), -3);
-  qv::memory::failAllocation(0);
-  EXPECT_EQ(a.items(), (std::vector<double>{1, 2, 3}));
-  qvFreeArray(&a);
-  EXPECT_EQ(qv::memory::liveBlocks(), before);
+  expectAnswersExhaustedMemory("qvCopyArray", [&] { return qvCopyArray(&a, &copy); });
+  expectAnswersExhaustedMemory("qvReAllocArray", [&] {
+    const int status = qvReAllocArray(&a, 9);
+    EXPECT_EQ(itemsOf(a).size(), status ? 3 : 9);
+    return status;
+  });
 }
 
 TEST(Records, CopiesAsMuchAsFits) {
-  Array src{1, 2, 3, 4};
-  src.firstValid = 3;
+  Array src({1, 2, 3, 4}, 3), whole, small{9, 9};
   qvReSizeArray(&src, 2);
-  Array whole;
-  ASSERT_EQ(qvCopyArray(&src, &whole), 0);
-  EXPECT_EQ(whole.size, 2);
+  expectGives(qvCopyArray(&src, &whole), whole, {1, 2});
   EXPECT_EQ(whole.capacity, 4);
   EXPECT_EQ(whole.data[3], 4.0);  // the whole allocated part is copied
   qvReSizeArray(&src, 4);
-  Array small{9, 9};
-  ASSERT_EQ(qvCopyArray(&src, &small), 0);
-  EXPECT_EQ(small.items(), (std::vector<double>{1, 2}));
-  EXPECT_EQ(small.firstValid, 3);
+  expectGives(qvCopyArray(&src, &small), small, {1, 2}, 3);
 
-  Bars bars(walkBars(5));
+  Bars bars(walkBars(5)), copy;
   std::strcpy(bars.symbol, "ABC");
   bars.strikeprice = 12.5;
-  Bars copy;
   ASSERT_EQ(qvCopyBars(&bars, &copy), 0);
-  EXPECT_TRUE(sizesAre(copy, 5, 5));
+  ASSERT_EQ(qvCopyBars(&bars, &bars), 0);
+  for (const QvBars* b : {&bars, &copy}) EXPECT_TRUE(sizesAre(*b, 5, 5));
   EXPECT_STREQ(copy.symbol, "ABC");
   EXPECT_EQ(copy.strikeprice, 12.5);
   EXPECT_EQ(copy.openInterest.data[4], bars.openInterest.data[4]);
-  ASSERT_EQ(qvCopyBars(&bars, &bars), 0);
-  EXPECT_TRUE(sizesAre(bars, 5, 5));
 }
 
 TEST(Records, ItemsOutsideTheSeriesAreSafe) {
@@ -155,7 +140,7 @@ TEST(Records, ItemsOutsideTheSeriesAreSafe) {
     qvSetArrayItem(&a, i, 9.0);
   }
   qvSetArrayItem(&a, 1, 8.0);
-  EXPECT_EQ(a.items(), (std::vector<double>{1, 8, 3}));
+  EXPECT_EQ(a.items(), (Items{1, 8, 3}));
 }
 
 TEST(Records, NullRecordsAreRefused) {
@@ -200,36 +185,30 @@ TEST(Errors, EachCodeHasItsText) {
 }
 
 TEST(Errors, TheBoxShowsTextAndDescription) {
-  testing::internal::CaptureStderr();
-  EXPECT_EQ(qvErrMessageBox(-2, "/no/such/file"), 1);
-  EXPECT_EQ(testing::internal::GetCapturedStderr(), "Error: File Open /no/such/file\n");
-  testing::internal::CaptureStderr();
-  qvErrMessageBox(-3, std::string(5000, 'x').c_str());
-  EXPECT_EQ(testing::internal::GetCapturedStderr(),
-            "Error: " + ("Malloc " + std::string(5000, 'x')).substr(0, 1023) + "\n");
-  testing::internal::CaptureStderr();
-  qvErrMessageBox(-3, nullptr);
-  EXPECT_EQ(testing::internal::GetCapturedStderr(), "Error: Malloc \n");
+  const std::string most(5000, 'x');
+  const std::pair<const char*, std::string> boxes[] = {
+      {"/no/such/file", "/no/such/file"}, {most.c_str(), most.substr(0, 1023 - 10)}, {nullptr, ""}};
+  for (const auto& [description, shown] : boxes) {
+    testing::internal::CaptureStderr();
+    EXPECT_EQ(qvErrMessageBox(-2, description), 1);
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), "Error: File Open " + shown + "\n");
+  }
 }
 
 TEST(EntryStep, ChecksBeforeItWrites) {
-  Array in{1, 2, 3}, other{4, 5};
-  Array out, empty;
+  Array in{1, 2, 3}, other{4, 5}, out, empty, used{7, 7, 7, 7}, narrow{9}, none(Items{});
   EXPECT_EQ(qv::prepareOutputs({}, {}, {&out}), -1);
   EXPECT_EQ(qv::prepareOutputs({}, {&in, &empty}, {&out}), -1);
-  Array none(std::vector<double>{});
   EXPECT_EQ(qv::prepareOutputs({}, {&none}, {&out}), -1);
   EXPECT_EQ(qv::prepareOutputs({}, {&in}, {&out, nullptr}), -1);
   EXPECT_EQ(out.data, nullptr);
-  Array used{7, 7, 7, 7};
   EXPECT_EQ(qv::prepareOutputs({}, {&in}, {&used, &in}), -1);
-  EXPECT_EQ(used.items(), (std::vector<double>{7, 7, 7, 7}));
+  EXPECT_EQ(used.items(), (Items{7, 7, 7, 7}));
 
   EXPECT_EQ(qv::prepareOutputs({}, {&in, &other}, {&out, &used}), 2);
   EXPECT_EQ(out.capacity, 2);
   EXPECT_EQ(used.size, 2);
   EXPECT_EQ(used.data[3], 0.0);  // cleared over the whole capacity
-  Array narrow{9};
   EXPECT_EQ(qv::prepareOutputs({}, {&in}, {&narrow, &used}), 1);
   EXPECT_EQ(used.size, 1);
 }
@@ -241,9 +220,10 @@ TEST(EntryStep, SparesTheItemsThatAreOverwritten) {
   EXPECT_EQ(qv::prepareOverwritten(&in, &used, 0, &first), 3);
   EXPECT_EQ(first, 1);
   EXPECT_EQ(used.size, 3);
-  EXPECT_EQ(std::vector<double>(used.data, used.data + 5), (std::vector<double>{0, 7, 7, 0, 0}));
+  used.size = 5;
+  EXPECT_EQ(used.items(), (Items{0, 7, 7, 0, 0}));
   EXPECT_EQ(qv::prepareOverwritten(&in, &narrow, 5, &first), 2);  // nothing will be written
-  EXPECT_EQ(narrow.items(), (std::vector<double>{0, 0}));
+  EXPECT_EQ(narrow.items(), (Items{0, 0}));
   EXPECT_EQ(qv::prepareOverwritten(&in, &out, 0, &first), 3);
   EXPECT_EQ(qv::prepareOverwritten(&out, &out, 2, &first), 3);
   EXPECT_EQ(qv::prepareOverwritten(&in, nullptr, 0, &first), -1);
@@ -257,12 +237,8 @@ TEST(EntryStep, OnlyTheDateSeriesMayServeAsOutput) {
 }
 
 TEST(EntryStep, TemporariesAreAllOrNone) {
-  const long before = qv::memory::liveBlocks();
   qv::Temporary a, b, c;
-  qv::memory::failAllocation(3);
-  EXPECT_EQ(qv::allocArrays(5, {&a, &b, &c}), -3);
-  qv::memory::failAllocation(0);
-  EXPECT_EQ(qv::memory::liveBlocks(), before);
+  expectAnswersExhaustedMemory("temporaries", [&] { return qv::allocArrays(5, {&a, &b, &c}); });
   EXPECT_EQ(qv::firstValidOf(-4, {}), 0);
   Array in({1, 2, 3}, 2);
   EXPECT_EQ(qv::firstValidOf(1, {&in}), 2);

@@ -3,16 +3,53 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <functional>
 #include <vector>
 
+#include "core/memory.h"
 #include "qvlib60.h"
 
 namespace qvtest {
+
+using Items = std::vector<double>;
 
 inline void expectItems(const QvArray& a, const std::vector<double>& wanted, double tolerance = 1e-12) {
   ASSERT_EQ(a.size, static_cast<int>(wanted.size()));
   for (int i = 0; i < a.size; ++i)
     EXPECT_NEAR(a.data[i], wanted[static_cast<std::size_t>(i)], tolerance) << "item " << i;
+}
+
+inline Items itemsOf(const QvArray& a) {
+  return a.data ? Items(a.data, a.data + a.size) : Items{};
+}
+
+// A call that answers 0 and leaves exactly these items; not-a-number equals itself.
+inline void expectGives(int status, const QvArray& out, const Items& wanted) {
+  EXPECT_EQ(status, 0);
+  const Items got = itemsOf(out);
+  EXPECT_TRUE(std::equal(got.begin(), got.end(), wanted.begin(), wanted.end(),
+                         [](double a, double b) { return a == b || (a != a && b != b); }))
+      << testing::PrintToString(got) << " instead of " << testing::PrintToString(wanted);
+}
+inline void expectGives(int status, const QvArray& out, const Items& wanted, int firstValid) {
+  expectGives(status, out, wanted);
+  EXPECT_EQ(out.firstValid, firstValid) << testing::PrintToString(wanted);
+}
+
+// Makes every allocation of a call fail in turn: -3 with nothing leaked, until there is none left.
+inline void expectAnswersExhaustedMemory(const char* name, const std::function<int()>& call) {
+  int status = -3;
+  for (long k = 1; status == -3; ++k) {
+    ASSERT_LT(k, 30) << name;
+    const long live = qv::memory::liveBlocks();
+    qv::memory::failAllocation(k);
+    status = call();
+    qv::memory::failAllocation(0);
+    EXPECT_TRUE(k > 1 || status == -3) << name;
+    EXPECT_TRUE(status >= 0 || qv::memory::liveBlocks() == live) << name << k;
+  }
+  EXPECT_GE(status, 0) << name;
 }
 
 }  // namespace qvtest

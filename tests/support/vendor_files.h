@@ -13,7 +13,7 @@
 #include <string>
 #include <vector>
 
-#include "core/memory.h"
+#include "expect.h"
 #include "files.h"
 #include "series.h"
 
@@ -75,10 +75,6 @@ inline void expectConsistent(const QvBars& b) {
   }
   EXPECT_GE(b.barsize, 0);
   EXPECT_LE(b.barsize, b.datasize);
-}
-
-inline std::vector<double> itemsOf(const QvArray& a) {
-  return a.data ? std::vector<double>(a.data, a.data + a.size) : std::vector<double>{};
 }
 
 // The seven numbers of a bar, in the order of the series.
@@ -229,21 +225,6 @@ inline void withDamage(const ScratchDir& dir, const std::string& name, const std
     check();
   }
   dir.write(name, whole);
-}
-
-// Makes every allocation of a call fail in turn: -3 with nothing leaked, until there is none left.
-inline void expectAnswersExhaustedMemory(const char* name, const std::function<int()>& call) {
-  int status = -3;
-  for (long k = 1; status == -3; ++k) {
-    ASSERT_LT(k, 30) << name;
-    const long live = qv::memory::liveBlocks();
-    qv::memory::failAllocation(k);
-    status = call();
-    qv::memory::failAllocation(0);
-    EXPECT_TRUE(k > 1 || status == -3) << name;
-    EXPECT_TRUE(status >= 0 || qv::memory::liveBlocks() == live) << name << k;
-  }
-  EXPECT_GE(status, 0) << name;
 }
 
 }  // namespace qvtest
