@@ -3,88 +3,63 @@
 
 #include <climits>
 
+#include "support/expect.h"
 #include "support/series.h"
 
 namespace qvtest {
 namespace {
 
-using Items = std::vector<double>;
-
 TEST(ScaleArray, MapsTheGivenOrTheFoundRange) {
-  const Array in{1, 2, 5};
-  Array out;
-  ASSERT_EQ(qvScaleArray(&in, &out, 0, 10, 0, 100, 0, 0), 0);  // ratio 10
-  EXPECT_EQ(out.items(), (Items{10, 20, 50}));
-  ASSERT_EQ(qvScaleArray(&in, &out, 0, 0, 0, 100, 0, 0), 0);  // range 1..5, ratio 25
-  EXPECT_EQ(out.items(), (Items{0, 25, 100}));
-  ASSERT_EQ(qvScaleArray(&in, &out, kNaN, 0, 0, 100, 0, 1), 0);  // not-a-number counts as 0; range 2..5
-  EXPECT_EQ(out[0], 0);
-  EXPECT_EQ(out[1], 0);
-  EXPECT_EQ(out[2], 100);
-}
-
-TEST(ScaleArray, DoesNotFlipAReversedTarget) {
-  const Array in{1, 2, 5};
-  Array out;
-  ASSERT_EQ(qvScaleArray(&in, &out, 0, 0, 100, 0, 0, 0), 0);
-  EXPECT_EQ(out.items(), (Items{100, 125, 200}));
-  ASSERT_EQ(qvScaleArray(&in, &out, 0, 0, 0, 0, 0, 0), 0);
-  EXPECT_EQ(out.items(), (Items{0, 0, 0}));
-}
-
-TEST(ScaleArray, SkipsZerosForTheMinimumOnly) {
-  const Array in{4, 0, 8, 6};
-  Array out;
-  ASSERT_EQ(qvScaleArray(&in, &out, 0, 0, 0, 100, 1, 0), 0);  // 4..8
-  EXPECT_EQ(out.items(), (Items{0, -100, 100, 50}));
-  const Array negative{-4, 0, -8, -6};  // the maximum 0 is not skipped: -8..0
-  ASSERT_EQ(qvScaleArray(&negative, &out, 0, 0, 0, 100, 1, 0), 0);
-  EXPECT_EQ(out.items(), (Items{50, 100, 0, 25}));
+  const Array in{1, 2, 5}, gaps{4, 0, 8, 6}, negative{-4, 0, -8, -6};
+  const struct {
+    const Array& in;
+    double inMin, inMax, outMin, outMax;
+    int skipZeros, start;
+    Items items;
+  } cases[] = {{in, 0, 10, 0, 100, 0, 0, {10, 20, 50}},
+               {in, 0, 0, 0, 100, 0, 0, {0, 25, 100}},     // range 1..5
+               {in, kNaN, 0, 0, 100, 0, 1, {0, 0, 100}},   // not-a-number counts as 0; range 2..5
+               {in, 0, 0, 100, 0, 0, 0, {100, 125, 200}},  // a reversed target is not flipped
+               {in, 0, 0, 0, 0, 0, 0, {0, 0, 0}},
+               {gaps, 0, 0, 0, 100, 1, 0, {0, -100, 100, 50}},     // 4..8
+               {negative, 0, 0, 0, 100, 1, 0, {50, 100, 0, 25}}};  // the maximum 0 is not skipped: -8..0
+  for (const auto& c : cases) {
+    Array out;
+    expectGives(qvScaleArray(&c.in, &out, c.inMin, c.inMax, c.outMin, c.outMax, c.skipZeros, c.start), out,
+                c.items);
+  }
 }
 
 TEST(MultAddArray, WorksInPlaceAndLeavesTheFirstValidIndex) {
   Array a({1, 2, 3, 4}, 1);
-  ASSERT_EQ(qvMultAddArray(&a, &a, 10, -1, 2), 0);
-  EXPECT_EQ(a.items(), (Items{1, 2, 29, 39}));
-  EXPECT_EQ(a.firstValid, 1);
+  expectGives(qvMultAddArray(&a, &a, 10, -1, 2), a, {1, 2, 29, 39}, 1);
 }
 
 TEST(ShiftArray, MovesItemsAndTheFirstValidIndex) {
-  Array a{1, 2, 3, 8, 9};
+  Array a({1, 2, 3, 8, 9}, 1), b{1, 2, 3};
   qvReSizeArray(&a, 3);
-  a.firstValid = 1;
-  qvShiftArray(&a, 2);
-  EXPECT_EQ(a.items(), (Items{0, 0, 1, 2, 3}));
-  EXPECT_EQ(a.firstValid, 3);
-  qvShiftArray(&a, 0);
-  EXPECT_EQ(a.items(), (Items{0, 0, 1, 2, 3}));
-  qvShiftArray(&a, 2);  // 2 and 3 fall off the end of the block
-  EXPECT_EQ(a.items(), (Items{0, 0, 0, 0, 1}));
-  EXPECT_EQ(a.firstValid, 5);
-  qvShiftArray(&a, -4);
-  EXPECT_EQ(a.items(), Items{1});
-  EXPECT_EQ(a.firstValid, 1);
-
-  Array b{1, 2, 3};
-  qvShiftArray(&b, -1);
-  EXPECT_EQ(b.items(), (Items{2, 3}));
-  EXPECT_EQ(b.firstValid, 0);
+  const struct {
+    Array& array;
+    int by;
+    Items items;
+    int firstValid;
+  } shifts[] = {{a, 2, {0, 0, 1, 2, 3}, 3},
+                {a, 0, {0, 0, 1, 2, 3}, 3},
+                {a, 2, {0, 0, 0, 0, 1}, 5},  // 2 and 3 fall off the end of the block
+                {a, -4, {1}, 1},
+                {b, -1, {2, 3}, 0}};
+  for (const auto& s : shifts) {
+    qvShiftArray(&s.array, s.by);
+    expectGives(0, s.array, s.items, s.firstValid);
+  }
 }
 
 TEST(ShiftArray, ByTheWholeLengthOrMoreLeavesNothing) {
-  for (int k : {3, 4, INT_MAX}) {
+  for (int k : {3, 4, INT_MAX, -2, -3, INT_MIN}) {
     Array a{1, 2, 3};
     qvReSizeArray(&a, 2);
     qvShiftArray(&a, k);
-    EXPECT_EQ(a.items(), (Items{0, 0, 0})) << k;
-    EXPECT_EQ(a.firstValid, 3) << k;
-  }
-  for (int k : {-2, -3, INT_MIN}) {
-    Array a{1, 2, 3};
-    qvReSizeArray(&a, 2);
-    qvShiftArray(&a, k);
-    EXPECT_EQ(a.size, 0) << k;
-    EXPECT_EQ(a.firstValid, 0) << k;
+    expectGives(0, a, k > 0 ? Items{0, 0, 0} : Items{}, k > 0 ? 3 : 0);
   }
   Array empty;
   qvShiftArray(&empty, 5);
@@ -95,38 +70,24 @@ TEST(ShiftArray, ByTheWholeLengthOrMoreLeavesNothing) {
 TEST(Divide, GuardsAZeroDivisor) {
   const Array a({1, 6, 5, 9}, 1), b{2, 3, 0, kNaN};
   Array out;
-  ASSERT_EQ(qvDivide(&a, &b, &out, 100, 0), 0);
-  EXPECT_EQ(out[0], 0);
-  EXPECT_EQ(out[1], 200);
-  EXPECT_EQ(out[2], 0);
-  EXPECT_TRUE(std::isnan(out[3]));
-  EXPECT_EQ(out.firstValid, 1);
+  expectGives(qvDivide(&a, &b, &out, 100, 0), out, {0, 200, 0, kNaN}, 1);
 }
 
 TEST(FillInterval, DrawsLinesBetweenMarks) {
-  const Array values{10, 99, 99, 16, 99, 20}, marks{0, 0, 0, 1, 0, 0};
+  const Array values{10, 99, 99, 16, 99, 20}, marks{0, 0, 0, 1, 0, 0}, late{10, 99, 99, 16, 20},
+      ends{0, 1, 0, 1, 1};
   Array out;
-  ASSERT_EQ(qvFillInterval(&values, &marks, &out, 0), 0);
-  EXPECT_EQ(out.items(), (Items{10, 12, 14, 16, 18, 20}));  // steps 6/3 and 4/2
-}
-
-TEST(FillInterval, BeginsItsFirstLineAtItemZero) {
-  const Array values{10, 99, 99, 16, 20}, marks{0, 1, 0, 1, 1};
-  Array out;
-  ASSERT_EQ(qvFillInterval(&values, &marks, &out, 2), 0);
-  EXPECT_EQ(out.items(), (Items{0, 2, 4, 16, 20}));  // step (16 - 10) / 3 from the cleared item 0
-  EXPECT_EQ(out.firstValid, 2);
+  expectGives(qvFillInterval(&values, &marks, &out, 0), out, {10, 12, 14, 16, 18, 20});  // steps 6/3 and 4/2
+  // The first line begins at the cleared item 0, its step is (16 - 10) / 3.
+  expectGives(qvFillInterval(&late, &ends, out.fresh(), 2), out, {0, 2, 4, 16, 20}, 2);
 }
 
 TEST(FindDate, GivesTheFirstBarAtOrAfterADate) {
   Bars bars(walkBars(4));
   const Items dates{10, 12, 12.5, 15};
   std::copy(dates.begin(), dates.end(), bars.date.data);
-  EXPECT_EQ(qvFindDate(&bars, 0), 0);
-  EXPECT_EQ(qvFindDate(&bars, 12), 1);
-  EXPECT_EQ(qvFindDate(&bars, 12.1), 2);
-  EXPECT_EQ(qvFindDate(&bars, 15.5), 4);
-  EXPECT_EQ(qvFindDate(&bars, kNaN), 4);
+  for (const auto& [date, index] : {std::pair{0.0, 0}, {12.0, 1}, {12.1, 2}, {15.5, 4}, {kNaN, 4}})
+    EXPECT_EQ(qvFindDate(&bars, date), index) << date;
   Bars none;
   EXPECT_EQ(qvFindDate(&none, 1), 0);
   EXPECT_EQ(qvFindDate(nullptr, 1), -1);
@@ -135,10 +96,11 @@ TEST(FindDate, GivesTheFirstBarAtOrAfterADate) {
 }
 
 TEST(FirstNonZeroItem, SearchesFromTheFirstValidIndex) {
-  EXPECT_EQ(qvFirstNonZeroItem(std::make_unique<Array>(Items{5, 0, 0, 7}, 1).get()), 3);
-  EXPECT_EQ(qvFirstNonZeroItem(std::make_unique<Array>(Items{5, 0, 0}, 1).get()), 0);
-  EXPECT_EQ(qvFirstNonZeroItem(std::make_unique<Array>(Items{0, 4}, -3).get()), 1);
-  EXPECT_EQ(qvFirstNonZeroItem(std::make_unique<Array>().get()), 0);
+  const Array a({5, 0, 0, 7}, 1), zeros({5, 0, 0}, 1), negative({0, 4}, -3), empty;
+  EXPECT_EQ(qvFirstNonZeroItem(&a), 3);
+  EXPECT_EQ(qvFirstNonZeroItem(&zeros), 0);
+  EXPECT_EQ(qvFirstNonZeroItem(&negative), 1);
+  EXPECT_EQ(qvFirstNonZeroItem(&empty), 0);
 }
 
 TEST(SumPrev, AddsTheItemsUpToAnIndex) {

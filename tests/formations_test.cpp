@@ -3,62 +3,45 @@
 
 #include <algorithm>
 #include <climits>
+#include <span>
 
+#include "support/expect.h"
 #include "support/series.h"
 
 namespace qvtest {
 namespace {
 
-using Items = std::vector<double>;
 using BarTest = int(QVCALL*)(const QvBars*, int) noexcept;
 
-// The signal of a bar (high, low, close) after a bar of high 20, low 10 and close 15.
-int signalOf(BarTest test, double high, double low, double close) {
-  const Bars bars{{0, 20, 10, 15}, {0, high, low, close}};
-  return test(&bars, 1);
-}
-
-TEST(Formations, ClosePriceReversalIsAnOutsideBarThatClosesBeyondIt) {
-  EXPECT_EQ(signalOf(qvCPR, 25, 5, 21), 1);
-  EXPECT_EQ(signalOf(qvCPR, 25, 5, 9), -1);
-  EXPECT_EQ(signalOf(qvCPR, 25, 5, 20), 0);
-  EXPECT_EQ(signalOf(qvCPR, 25, 5, 10), 0);
-  EXPECT_EQ(signalOf(qvCPR, 25, 10, 22), 0);  // equal low: not an outside bar
-  EXPECT_EQ(signalOf(qvCPR, 20, 5, 4), 0);
-}
-
-TEST(Formations, GapsAreStrict) {
-  EXPECT_EQ(signalOf(qvGap, 25, 21, 22), 1);
-  EXPECT_EQ(signalOf(qvGap, 9, 5, 6), -1);
-  EXPECT_EQ(signalOf(qvGap, 25, 20, 22), 0);
-  EXPECT_EQ(signalOf(qvGap, 10, 5, 6), 0);
-}
-
-TEST(Formations, IslandReversalClosesAgainstItsGap) {
-  EXPECT_EQ(signalOf(qvIslandReversal, 9, 1, 7), 1);  // above 1 + 5.6
-  EXPECT_EQ(signalOf(qvIslandReversal, 9, 1, 6.5), 0);
-  EXPECT_EQ(signalOf(qvIslandReversal, 29, 21, 23), -1);  // below 29 - 5.6
-  EXPECT_EQ(signalOf(qvIslandReversal, 29, 21, 23.5), 0);
-  EXPECT_EQ(signalOf(qvIslandReversal, 29, 20, 21), 0);  // no gap
-  EXPECT_EQ(signalOf(qvIslandReversal, 9, 9, 9), 0);     // no range
-}
-
-TEST(Formations, InsideAndOutsideBarsAreStrictOnBothEnds) {
-  EXPECT_EQ(signalOf(qvInsideBar, 19, 11, 15), 1);
-  EXPECT_EQ(signalOf(qvInsideBar, 20, 11, 15), 0);
-  EXPECT_EQ(signalOf(qvInsideBar, 19, 10, 15), 0);
-  EXPECT_EQ(signalOf(qvOutsideBar, 21, 9, 15), 1);
-  EXPECT_EQ(signalOf(qvOutsideBar, 20, 9, 15), 0);
-  EXPECT_EQ(signalOf(qvOutsideBar, 21, 10, 15), 0);
-}
-
-TEST(Formations, KeyReversalTestsTheRiseFirst) {
-  EXPECT_EQ(signalOf(qvKeyReversal, 15, 9, 16), 1);
-  EXPECT_EQ(signalOf(qvKeyReversal, 21, 15, 14), -1);
-  EXPECT_EQ(signalOf(qvKeyReversal, 21, 9, 16), 1);
-  EXPECT_EQ(signalOf(qvKeyReversal, 21, 9, 14), -1);
-  EXPECT_EQ(signalOf(qvKeyReversal, 21, 9, 15), 0);
-  EXPECT_EQ(signalOf(qvKeyReversal, 20, 10, 16), 0);
+TEST(Formations, FollowTheirDefinitions) {
+  struct Case {
+    BarTest test;
+    double high, low, close;  // after a bar of high 20, low 10 and close 15
+    int signal;
+  };
+  // An outside bar (both ends strictly) that closes beyond the bar before.
+  const Case closePriceReversals[] = {{qvCPR, 25, 5, 21, 1}, {qvCPR, 25, 5, 9, -1},  {qvCPR, 25, 5, 20, 0},
+                                      {qvCPR, 25, 5, 10, 0}, {qvCPR, 25, 10, 22, 0}, {qvCPR, 20, 5, 4, 0}};
+  const Case gaps[] = {
+      {qvGap, 25, 21, 22, 1}, {qvGap, 9, 5, 6, -1}, {qvGap, 25, 20, 22, 0}, {qvGap, 10, 5, 6, 0}};
+  // Closes against its gap: above 1 + 5.6, below 29 - 5.6. The last two have no gap and no range.
+  const Case islands[] = {{qvIslandReversal, 9, 1, 7, 1},     {qvIslandReversal, 9, 1, 6.5, 0},
+                          {qvIslandReversal, 29, 21, 23, -1}, {qvIslandReversal, 29, 21, 23.5, 0},
+                          {qvIslandReversal, 29, 20, 21, 0},  {qvIslandReversal, 9, 9, 9, 0}};
+  const Case insideAndOutside[] = {{qvInsideBar, 19, 11, 15, 1}, {qvInsideBar, 20, 11, 15, 0},
+                                   {qvInsideBar, 19, 10, 15, 0}, {qvOutsideBar, 21, 9, 15, 1},
+                                   {qvOutsideBar, 20, 9, 15, 0}, {qvOutsideBar, 21, 10, 15, 0}};
+  // Where both ends are beyond, the close decides.
+  const Case keyReversals[] = {{qvKeyReversal, 15, 9, 16, 1}, {qvKeyReversal, 21, 15, 14, -1},
+                               {qvKeyReversal, 21, 9, 16, 1}, {qvKeyReversal, 21, 9, 14, -1},
+                               {qvKeyReversal, 21, 9, 15, 0}, {qvKeyReversal, 20, 10, 16, 0}};
+  const std::span<const Case> all[] = {closePriceReversals, gaps, islands, insideAndOutside, keyReversals};
+  for (const std::span<const Case>& cases : all) {
+    for (const Case& c : cases) {
+      const Bars bars{{0, 20, 10, 15}, {0, c.high, c.low, c.close}};
+      EXPECT_EQ(c.test(&bars, 1), c.signal) << c.high << ' ' << c.low << ' ' << c.close;
+    }
+  }
 }
 
 TEST(Formations, SignalNothingWhereThereIsNoBar) {
@@ -81,6 +64,7 @@ TEST(FormationFill, WritesAndCountsTheSignals) {
   const struct {
     const char* name;
     Items signals;
+    int start = 0, end = INT_MAX;
   } cases[] = {
       {"qvCPR", {0, 0, 0, 0, 1}},
       {"qvGap", {0, -1, 1, 0, 0}},
@@ -90,27 +74,17 @@ TEST(FormationFill, WritesAndCountsTheSignals) {
       {"QVINSIDEBAR", {0, 0, 0, 1, 0}},
       {"qvKeyReversal", {0, 0, 0, 0, 1}},
       {"qvoutsidebar", {0, 0, 0, 0, 1}},
+      {"qvGap", {0, 0, 1, 0, 0}, 2, 3},
+      {"qvGap", {0, -1, 0, 0, 0}, 0, 1},
+      {"qvGap", {0, 0, 0, 0, 0}, 3, 2},
+      {"qvGap", {0, 0, 0, 0, 0}, 7, 9},
   };
   for (const auto& c : cases) {
     Array out;
     const auto none = std::count(c.signals.begin(), c.signals.end(), 0.0);
-    EXPECT_EQ(qvFormationFill(&bars, &out, c.name, 0, INT_MAX), 5 - none) << c.name;
-    EXPECT_EQ(out.items(), c.signals) << c.name;
-    EXPECT_EQ(out.firstValid, 0) << c.name;
+    EXPECT_EQ(qvFormationFill(&bars, &out, c.name, c.start, c.end), 5 - none) << c.name;
+    expectGives(0, out, c.signals, c.start);
   }
-}
-
-TEST(FormationFill, KeepsToItsBars) {
-  const Bars bars(kBars);
-  Array out;
-  EXPECT_EQ(qvFormationFill(&bars, &out, "qvGap", 2, 3), 1);
-  EXPECT_EQ(out.items(), (Items{0, 0, 1, 0, 0}));
-  EXPECT_EQ(out.firstValid, 2);
-  EXPECT_EQ(qvFormationFill(&bars, &out, "qvGap", 0, 1), 1);
-  EXPECT_EQ(out.items(), (Items{0, -1, 0, 0, 0}));
-  EXPECT_EQ(qvFormationFill(&bars, &out, "qvGap", 3, 2), 0);
-  EXPECT_EQ(qvFormationFill(&bars, &out, "qvGap", 7, 9), 0);
-  EXPECT_EQ(out.firstValid, 7);
 }
 
 TEST(FormationFill, AnUnknownNameLeavesTheOutputCleared) {
@@ -126,33 +100,21 @@ TEST(FormationFill, AnUnknownNameLeavesTheOutputCleared) {
 }
 
 TEST(CrossOver, CountsATouchFromEitherSide) {
-  const Array b{5, 5, 5, 5, 5, 5, 5, 5};
+  const Array b{5, 5, 5, 5, 5, 5, 5, 5}, c({4, 6, 4, 6}, 1);
   const Array a{4, 5, 5, 6, 5, 3, 7, 4};  // touch from below, still, still, touch from above, still, up, down
-  Array out;
-  ASSERT_EQ(qvCrossOverFill(&a, &b, &out, 0, 8), 0);
-  EXPECT_EQ(out.items(), (Items{0, 1, 0, 0, -1, 0, 1, -1}));
+  Array out, late;
+  expectGives(qvCrossOverFill(&a, &b, &out, 0, 8), out, {0, 1, 0, 0, -1, 0, 1, -1});
   for (int i = 0; i < 8; ++i) EXPECT_EQ(qvCrossOver(&a, &b, i), out[i]) << i;
-  ASSERT_EQ(qvCrossOverFill(&a, &b, &out, 0, 7), 0);  // the end is exclusive
-  EXPECT_EQ(out.items(), (Items{0, 1, 0, 0, -1, 0, 1, 0}));
-}
-
-TEST(CrossOver, BeginsAfterTheFirstValidIndex) {
-  const Array a({4, 6, 4, 6}, 1), b({5, 5, 5, 5});
-  Array out;
-  ASSERT_EQ(qvCrossOverFill(&a, &b, &out, 0, 4), 0);
-  EXPECT_EQ(out.items(), (Items{0, 0, -1, 1}));
-  EXPECT_EQ(out.firstValid, 1);
+  expectGives(qvCrossOverFill(&a, &b, &out, 0, 7), out, {0, 1, 0, 0, -1, 0, 1, 0});  // the end is exclusive
+  expectGives(qvCrossOverFill(&c, &b, &late, 0, 4), late, {0, 0, -1, 1}, 1);         // after the first valid
 }
 
 TEST(Turn, NeedsTwoMovesAndNoFlatPair) {
   const Array a{3, 2, 4, 4, 1, 2, 1};
   Array out;
-  ASSERT_EQ(qvTurnFill(&a, &out, 0, 6), 0);
-  EXPECT_EQ(out.items(), (Items{0, 0, 1, 0, 0, 1, -1}));  // 4 to 4 to 1 is no peak
+  expectGives(qvTurnFill(&a, &out, 0, 6), out, {0, 0, 1, 0, 0, 1, -1});  // 4 to 4 to 1 is no peak
   for (int i = 0; i < 7; ++i) EXPECT_EQ(qvTurn(&a, i), out[i]) << i;
-  ASSERT_EQ(qvTurnFill(&a, &out, 1, 5), 0);  // the end is inclusive
-  EXPECT_EQ(out.items(), (Items{0, 0, 0, 0, 0, 1, 0}));
-  EXPECT_EQ(out.firstValid, 1);
+  expectGives(qvTurnFill(&a, &out, 1, 5), out, {0, 0, 0, 0, 0, 1, 0}, 1);  // the end is inclusive
 }
 
 TEST(CrossOverAndTurn, SignalNothingOutsideTheSeries) {
