@@ -70,6 +70,12 @@ int firstValidOf(int start, std::initializer_list<const QvArray*> arrays) noexce
 // returns -3.
 int allocArrays(int n, std::initializer_list<QvArray*> arrays) noexcept;
 
+// True for an output that owns a block without room: the calculation that prepared it wrote nothing and
+// answered 0, and so does one that would go on with it.
+inline bool hasNoRoom(const QvArray* out) noexcept {
+  return out->size < 1;
+}
+
 // A work series that is freed when the calculation returns, on every path.
 struct Temporary : QvArray {
   Temporary() noexcept : QvArray{} {}

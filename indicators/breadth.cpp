@@ -92,7 +92,7 @@ int QVCALL qvADIssues(const QvArray* adv, const QvArray* dec, QvArray* out, int 
 }
 
 int QVCALL qvADLine(const QvArray* adv, const QvArray* dec, QvArray* out, int start) noexcept {
-  if (const int status = qvCVI(adv, dec, out, start)) return status;
+  if (const int status = qvCVI(adv, dec, out, start); status || hasNoRoom(out)) return status;
   qvSetFirstValid(out, saturatingSum(out->firstValid, 1));
   return QV_OK;
 }
@@ -129,19 +129,19 @@ int QVCALL qvABI(const QvArray* adv, const QvArray* dec, QvArray* out, int start
 
 int QVCALL qvBreadthThrust(const QvArray* adv, const QvArray* dec, QvArray* out, int start) noexcept {
   const int status = eachBar(adv, dec, out, start, [](double a, double d) { return a / (a + d); });
-  return status ? status : qvSimpleMA(out, out, kThrustPeriod, 0);
+  return status || hasNoRoom(out) ? status : qvSimpleMA(out, out, kThrustPeriod, 0);
 }
 
 int QVCALL qvOverBoughtSold(const QvArray* adv, const QvArray* dec, QvArray* out, int start) noexcept {
   const int status = eachBar(adv, dec, out, start, difference);
-  return status ? status : qvExpMA(out, out, kOverBoughtPeriod, 0);
+  return status || hasNoRoom(out) ? status : qvExpMA(out, out, kOverBoughtPeriod, 0);
 }
 
 int QVCALL qvSTIX(const QvArray* adv, const QvArray* dec, QvArray* out, int p, int start) noexcept {
   if (p < 1) return QV_INVALID_PARM;
   auto percent = [](double a, double d) { return a + d != 0.0 ? 100.0 * a / (a + d) : 0.0; };
   const int status = eachBar(adv, dec, out, start, percent);
-  return status ? status : qvExpMA(out, out, p, out->firstValid);
+  return status || hasNoRoom(out) ? status : qvExpMA(out, out, p, out->firstValid);
 }
 
 int QVCALL qvTRIN(const QvArray* adv, const QvArray* dec, const QvArray* advVol, const QvArray* decVol,

@@ -46,7 +46,7 @@ int QVCALL qvTR(const QvBars* bars, QvArray* out, int start) noexcept {
 
 int QVCALL qvATR(const QvBars* bars, QvArray* out, int p, int start) noexcept {
   if (p < 1) return QV_INVALID_PARM;
-  if (const int status = qvTR(bars, out, start)) return status;
+  if (const int status = qvTR(bars, out, start); status || hasNoRoom(out)) return status;
   return qvWellesMA(out, out, p, start);
 }
 
@@ -104,7 +104,7 @@ int QVCALL qvDX(const QvBars* bars, QvArray* out, int p, int start) noexcept {
 
 int QVCALL qvADX(const QvBars* bars, QvArray* out, int dxPeriod, int adxPeriod, int start) noexcept {
   if (adxPeriod < 1) return QV_INVALID_PARM;
-  if (const int status = qvDX(bars, out, dxPeriod, start)) return status;
+  if (const int status = qvDX(bars, out, dxPeriod, start); status || hasNoRoom(out)) return status;
   return qvWellesMA(out, out, adxPeriod, saturatingSum(firstValidOf(start, {}), dxPeriod));
 }
 

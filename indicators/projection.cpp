@@ -27,8 +27,8 @@ class Hull {
   bool ok() const noexcept { return corners_.ok() && log_.ok(); }
   void clear() noexcept { size_ = steps_ = 0; }
 
-  // Points are not added in windows that could use them when they are not finite: the slope is then
-  // not a number, and no projection counts.
+  // Points that are not finite are left out: the slope of a window that holds one is not finite either,
+  // and then no projection counts.
   void add(int k) noexcept {
     Step& step = log_[static_cast<std::size_t>(steps_++)];
     step.size = size_;
@@ -52,7 +52,7 @@ class Hull {
 
   // The projection to bar i along slope g that lies furthest out, not inside `best`.
   double furthest(int i, double g, double best) const noexcept {
-    if (size_ == 0) return best;
+    if (size_ == 0 || !std::isfinite(g)) return best;
     int low = 0, high = size_ - 1;
     while (low < high) {  // along the hull the projections rise to one peak
       const int middle = low + (high - low) / 2;
@@ -110,16 +110,20 @@ int projectedExtremes(const double* y, const double* g, double sign, int p, int 
   return QV_OK;
 }
 
-// One band from s + 2p - 2 on; nothing when the series is too short for its slopes.
+// One band from s + 2p - 2 on.
 int projectionBand(const QvArray& y, double sign, int p, int s, int n, double* out) noexcept {
   Temporary slope, intercept;
-  const int status = qvRegressionLineMv(&y, &slope, &intercept, p, s, n - 1);
-  if (status == QV_MALLOC) return status;
-  if (status != QV_OK) return QV_OK;
+  if (const int status = qvRegressionLineMv(&y, &slope, &intercept, p, s, n - 1)) return status;
   return projectedExtremes(y.data, slope.data, sign, p, saturatingSum(s, p, p, -2), n, out);
 }
 
+// The slopes of both series need one bar more than a period, from where both are valid.
+bool longEnough(const QvBars* bars, int p, int s, int n) noexcept {
+  return n - 1 >= saturatingSum(firstValidOf(s, {&bars->high, &bars->low}), p);
+}
+
 int projectionBands(const QvBars* bars, int p, int s, int n, double* upper, double* lower) noexcept {
+  if (!longEnough(bars, p, s, n)) return QV_OK;
   if (const int status = projectionBand(bars->high, 1.0, p, s, n, upper)) return status;
   return projectionBand(bars->low, -1.0, p, s, n, lower);
 }
@@ -135,7 +139,7 @@ int fromBands(const QvBars* bars, QvArray* out, unsigned series, int p, int star
   Temporary upper, lower;
   if (const int status = allocArrays(n, {&upper, &lower})) return status;
   if (const int status = projectionBands(bars, p, s, n, upper.data, lower.data)) return status;
-  if (n - 1 >= saturatingSum(s, p))
+  if (longEnough(bars, p, s, n))
     for (int i = first; i < n; ++i) out->data[i] = value(upper.data[i], lower.data[i], i);
   qvSetFirstValid(out, first);
   return QV_OK;
@@ -168,7 +172,7 @@ int QVCALL qvProjectionOscillator(const QvBars* bars, QvArray* out, int p, int s
     return u != d ? (bars->close.data[i] - d) * 100.0 / (u - d) : 0.0;
   };
   if (const int status = fromBands(bars, out, kHighLowClose, p, start, position)) return status;
-  if (smoothing <= 1) return QV_OK;
+  if (smoothing <= 1 || hasNoRoom(out)) return QV_OK;
   return qvExpMA(out, out, smoothing, out->firstValid);
 }
 

@@ -61,7 +61,7 @@ int QVCALL qvWellesVolatility(const QvBars* bars, QvArray* outSIC, QvArray* outA
   if (n < 1) return n;
   const int s = firstValidOf(start, {});
   if (const int status = qvATR(bars, outARC, p, s)) return status;
-  for (int i = saturatingSum(s, p, -1); i < n; ++i) outARC->data[i] *= constant;
+  for (int i = saturatingSum(s, p, -1); i < outARC->size; ++i) outARC->data[i] *= constant;
 
   const int m = std::max(saturatingSum(s, p, -2), 0);
   const double* close = bars->close.data;

@@ -66,13 +66,13 @@ int QVCALL qvRawK(const QvBars* bars, QvArray* out, int p, int start) noexcept {
 
 int QVCALL qvFastD(const QvBars* bars, QvArray* out, int k, int d, int start) noexcept {
   if (d < 1) return QV_INVALID_PARM;
-  if (const int status = qvRawK(bars, out, k, start)) return status;
+  if (const int status = qvRawK(bars, out, k, start); status || hasNoRoom(out)) return status;
   return qvExpMA(out, out, d, out->firstValid);
 }
 
 int QVCALL qvSlowD(const QvBars* bars, QvArray* out, int k, int d1, int d2, int start) noexcept {
   if (d2 < 1) return QV_INVALID_PARM;
-  if (const int status = qvFastD(bars, out, k, d1, start)) return status;
+  if (const int status = qvFastD(bars, out, k, d1, start); status || hasNoRoom(out)) return status;
   return qvExpMA(out, out, d2, out->firstValid);
 }
 
@@ -105,7 +105,7 @@ int QVCALL qvStochasticOscillator(const QvBars* bars, QvArray* outK, QvArray* ou
   if (n < 1) return n;
   const window::Range r{firstValidOf(start, {}), n, k};
   Temporary raw;  // some averages do not run in place
-  if (const int status = allocArrays(n, {&raw})) return status;
+  if (const int status = allocArrays(outK->size, {&raw})) return status;
   if (const int status = closeWithinPrices(bars, r, &raw)) return status;
   const int first = raw.firstValid;
   if (const int status = qvMovingAverage(&raw, outK, method, slowing, first)) return status;

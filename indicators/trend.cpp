@@ -155,15 +155,16 @@ int QVCALL qvDMI(const QvArray* in, QvArray* out, int start) noexcept {
   const int first = saturatingSum(f, kLongest);
   // The deviations begin where the first mean needs them.
   const int begin = saturatingSum(first, -(kMeanPeriod - 1) - (kDeviationPeriod - 1));
-  Temporary deviation, mean;
-  if (const int status = allocArrays(n, {&mean})) return status;
+  Temporary deviation;
   if (const int status = qvStdDevMv(in, &deviation, 1, kDeviationPeriod, begin)) return status;
   if (first < n) {
-    if (const int status = window::sum(deviation.data, {deviation.firstValid, n, kMeanPeriod}, mean.data))
-      return status;
     const double* x = in->data;
     for (int i = first; i < n; ++i) {
-      const double m = mean.data[i] / kMeanPeriod, sd = deviation.data[i];
+      // Summed afresh at each bar: the look-back turns on the last bit of the mean.
+      double m = 0.0;
+      for (int j = i - kMeanPeriod + 1; j <= i; ++j) m += deviation.data[j];
+      m /= kMeanPeriod;
+      const double sd = deviation.data[i];
       int t = kShortest;
       if (isNonZero(m) && isNonZero(sd))
         t = std::clamp(truncatedInt(std::floor(14.0 / (sd / m))), kShortest, kLongest);

@@ -116,6 +116,16 @@ TEST(Projection, SmoothingShortAndWildData) {
   expectItems(upper, {0, 0, 0, 0, 0});
   EXPECT_EQ(upper.firstValid, 8);
 
+  // Nor does one of an infinite low, whose slope is not finite either.
+  Bars infinite(walkBars(60));
+  infinite.low.data[20] = kInf;
+  ASSERT_EQ(qvProjectionBands(&infinite, upper.fresh(), lower.fresh(), 5, 0), 0);
+  for (int i = 20; i < 25; ++i) EXPECT_EQ(lower[i], infinite.low.data[i]) << i;
+  // The slopes of both series must exist.
+  infinite.low.firstValid = 55;
+  ASSERT_EQ(qvProjectionBands(&infinite, upper.fresh(), lower.fresh(), 5, 0), 0);
+  EXPECT_EQ(upper[40], 0.0);
+
   // While a wild high is in the window no projection counts; it is forgotten afterwards.
   Array wild, wildLower;
   ASSERT_EQ(qvProjectionBands(&bars, upper.fresh(), lower.fresh(), 5, 0), 0);

@@ -244,6 +244,14 @@ TEST(DynamicMomentum, ShortensItsLookBack) {
   EXPECT_EQ(out.firstValid, 30);
   for (int i = 0; i < 40; ++i) EXPECT_EQ(out[i], 0.0);
 
+  // Equal look-backs give equal values: here every deviation is the same.
+  std::vector<double> periodic;
+  for (int i = 0; i < 60; ++i)
+    periodic.push_back(std::vector<double>{1, 4, 2, 5, 3}[static_cast<std::size_t>(i % 5)]);
+  Array waves(periodic);
+  ASSERT_EQ(qvDMI(&waves, out.fresh(), 0), 0);
+  for (int i = 35; i < 60; ++i) EXPECT_NEAR(out[i], out[i - 5], 1e-12) << i;
+
   const std::vector<double> x = shaped(Shape::Walk, 120);
   Array in(x, 4), index;
   ASSERT_EQ(qvDMI(&in, &index, 0), 0);

@@ -70,7 +70,8 @@ QVAPI int QVCALL qvStdErrBands(const QvArray* in, QvArray* outUpper, QvArray* ou
 
    The leading spans reach index n + p2 - 2 of the n bars: give those two outputs a capacity of
    n + p2 - 1 items to get them whole. What does not fit is left out; an output that is empty is
-   allocated like any other and holds none of the bars ahead. Their size stays n, so read the items
+   allocated like any other and holds as many of the bars ahead as the bar set's datasize leaves room
+   for. Their size stays n, so read the items
    ahead through `data`. The lagging span's size ends where the closes do.
 
    First valid: start + p1 - 1; start + p2 - 1 (one bar earlier holds a value too);

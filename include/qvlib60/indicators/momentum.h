@@ -12,10 +12,11 @@
 QV_BEGIN_DECLS
 
 /* Chande momentum oscillator: (rises - falls) / (rises + falls) * 100 over the last p moves from bar
-   to bar, 0.0 where nothing moved, between -100 and 100 (Tushar Chande and Stanley Kroll, "The New
-   Technical Trader", 1994). The sums are rolled from bar to bar: an infinite price is not forgotten when
-   the window has passed it, and shows as not-a-number. First valid f + p, f = the larger of start and
-   the input's first valid. */
+   to bar, 0.0 where nothing moved, -100 .. 100 (Tushar Chande and Stanley Kroll, "The New Technical
+   Trader", 1994). The sums are rolled from bar to bar, not recomputed: an infinite price (not-a-number)
+   or one many orders of magnitude off (its rounding error, which may leave the range) is felt after the
+   window has passed it, until a window holds no rise or no fall. First valid f + p, f = the larger of
+   start and the input's first valid. */
 QVAPI int QVCALL qvCMO(const QvArray* in, QvArray* out, int period, int start) QVNOEXCEPT;
 
 /* ---- Strength indices ------------------------------------------------------------------------ */

@@ -16,8 +16,9 @@ QVAPI int QVCALL qvRangeIndicator(const QvBars* bars, QvArray* out, int p, int s
 /* Polarized fractal efficiency, -100 .. 100: the straight way over the last p items in percent of the
    way travelled, negative when it leads down, smoothed by an exponential average. First valid f + p
    with f the larger of start and the series' first valid index; below it the sums of the ways remain
-   when f is above 0. Source: Hans Hannula, "Polarized Fractal Efficiency", Technical Analysis of Stocks
-   & Commodities, 1994. */
+   when f is above 0, and a
+   series of up to p items keeps a partial sum at its last. Source: Hans Hannula, "Polarized Fractal
+   Efficiency", Technical Analysis of Stocks & Commodities, 1994. */
 QVAPI int QVCALL qvPFE(const QvArray* in, QvArray* out, int p, int smoothing, int start) QVNOEXCEPT;
 
 /* Wilder's volatility system: outSIC the significant close (the highest while long, the lowest while

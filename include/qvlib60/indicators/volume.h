@@ -1,5 +1,5 @@
-/* Volume and money flow. Members on bar sets count from start, members on a series from f, the larger
-   of start and the series' first valid index.
+/* Volume and money flow. Members on bar sets and qvVOSC count from start, members on a series from f,
+   the larger of start and the series' first valid index.
 
    Four members (qvForceIndex, qvEMV, qvVR, and qvVOSC with the longer of its periods) refuse a period
    that is not below the number of bars by returning that number, which is positive and no error code,
