@@ -16,7 +16,7 @@ struct Chapter {
 constexpr Chapter kChapters[] = {
     {"averages", showAverages}, {"momentum", showMomentum},  {"bands", showBands},
     {"candles", showCandles},   {"pnf", showPointAndFigure}, {"finance", showFinance},
-    {"trading", showTrading},
+    {"trading", showTrading},   {"files", showDataFiles},
 };
 
 }  // namespace

@@ -26,6 +26,7 @@ std::string demoChapters();
 
 // One function per chapter. They throw std::runtime_error with the library's text on failure.
 void showAverages(const DemoData& demo);
+void showDataFiles(const DemoData& demo);
 void showMomentum(const DemoData& demo);
 void showBands(const DemoData& demo);
 void showCandles(const DemoData& demo);

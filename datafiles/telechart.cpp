@@ -69,7 +69,6 @@ int QVCALL qvTCread(QvBars* bars, const char* directory, const char* fileName, i
   qvReSizeBars(bars, 0);
   if (count == 0) return QV_OK;
   if (!records.seek(place.first + start * static_cast<std::int64_t>(kRecordSize))) return QV_FILE_READ;
-  // The open interest, which the records do not have, is not written.
   const int stored = records.read(count, [bars](int i, const Byte* record) {
     bars->date.data[i] = dateNumber(record);
     bars->high.data[i] = mbfSingle(record + 4);
@@ -77,6 +76,7 @@ int QVCALL qvTCread(QvBars* bars, const char* directory, const char* fileName, i
     bars->close.data[i] = mbfSingle(record + 12);
     bars->volume.data[i] = mbfSingle(record + 16);
     bars->open.data[i] = mbfSingle(record + 20);
+    bars->openInterest.data[i] = 0.0;  // not in the records; nothing may stay of an earlier file
   });
   if (stored > 0) bars->begindate = bars->date.data[0];
   qvReSizeBars(bars, stored);

@@ -126,7 +126,7 @@ int QVCALL qvCandleConstruct(const QvBars* bars, QvCandles* candles) noexcept {
   if (!bars || !candles) return QV_INVALID_PARM;
   const int n = std::max(bars->barsize, 0);
   for (const QvArray* a : {&bars->open, &bars->high, &bars->low, &bars->close})
-    if (n > 0 && !hasItem(*a, n - 1)) return QV_INVALID_PARM;
+    if (n > 0 && (!a->data || a->capacity < n)) return QV_INVALID_PARM;
 
   candles->records = allocateRecords(n);
   if (!candles->records) return QV_MALLOC;

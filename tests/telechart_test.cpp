@@ -107,14 +107,14 @@ TEST_F(TeleChart, TellsTheFrequencyByTheRecordsPerDay) {
   EXPECT_EQ(bars.frequency, 0) << "backwards";
 }
 
-TEST_F(TeleChart, TakesTheRecordRangeAndLeavesTheOpenInterest) {
+TEST_F(TeleChart, TakesTheRecordRangeAndClearsTheOpenInterest) {
   dir.write("ACME.NDX", dataFile(6));
   const Read bars = [this](QvBars* b, int start, int count) { return read(*b, "acme", start, count); };
   expectRecordRange(bars, false);
   Bars used;
   fillWithOldFile(used, 4);
   ASSERT_EQ(read(used), 0);
-  EXPECT_EQ(itemsOf(used.openInterest), std::vector<double>(4, 777.0));
+  EXPECT_EQ(itemsOf(used.openInterest), std::vector<double>(4, 0.0));
 }
 
 TEST_F(TeleChart, ReadsShortFiles) {

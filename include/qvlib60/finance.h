@@ -3,7 +3,8 @@
 
    Dates are date numbers; days between them ignore the times of day. A null record is -1 from the
    position calculators and 0.0 from the functions that return a double. A division by zero (price,
-   years, days, strike or variance of 0) is not guarded: the result is infinite or not a number. */
+   years, days, strike or variance of 0) is not guarded: the result is what floating-point infinities and
+   not-a-numbers make of it. */
 #ifndef QVLIB60_FINANCE_H
 #define QVLIB60_FINANCE_H
 

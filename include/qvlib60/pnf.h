@@ -39,8 +39,9 @@ QVAPI int QVCALL qvBars2PNFhilo(const QvBars* bars, QvBars* columns, QvArray* co
    tenth of a box, else a blank. Each row begins with its newline. The file is truncated, or appended
    to when append is not 0; "STDOUT" is a file name like any other.
 
-   0; -1, with nothing written, for missing columns, a box that is not above 0 and prices or boxes
-   that are not finite or would make more than 100,000 rows; -2 when the file cannot be opened. */
+   0; -1, with nothing written, for missing columns, a box that is not above 0 or not finite, a
+   highest high or lowest low that is not finite, and more than 100,000 rows; -2 when the file cannot be
+   opened. */
 QVAPI int QVCALL qvPNFchart(const QvBars* columns, double box, const char* file, int append) QVNOEXCEPT;
 
 QV_END_DECLS

@@ -127,14 +127,14 @@ QVAPI int QVCALL qvAbandonedBabyTop(const QvBars* bars, const QvCandles* candles
    two, but not the first, have long top shadows. */
 QVAPI int QVCALL qvAdvanceBlock(const QvBars* bars, const QvCandles* candles, int i) QVNOEXCEPT;
 
-/* Three white bodies with rising highs that close near their highs. */
+/* Three white bodies with rising highs and short top shadows that close near their highs. */
 QVAPI int QVCALL qvThreeWhiteSoldiers(const QvBars* bars, const QvCandles* candles, int i) QVNOEXCEPT;
 
 /* White long body, black body that gaps up, black body that opens higher and closes lower than it. */
 QVAPI int QVCALL qvUpsideGap2Crows(const QvBars* bars, const QvCandles* candles, int i) QVNOEXCEPT;
 
 /* Two white bodies, the second opening above the first's close, then a black one of the second's
-   shape that opens inside it and closes between it and the first. */
+   shape that opens below its close and closes between it and the first. */
 QVAPI int QVCALL qvTasukiUpsideGap(const QvBars* bars, const QvCandles* candles, int i) QVNOEXCEPT;
 
 /* The mirror: two black bodies, then a white one that closes between them. */
@@ -148,8 +148,8 @@ QVAPI int QVCALL qvThreeGapsDown(const QvBars* bars, const QvCandles* candles, i
 
 /* ---- Five bars ------------------------------------------------------------------------------- */
 
-/* Black long body, three white small ones that climb within reach of its open, black long body
-   that closes below the first. */
+/* Black long body, three white small ones that climb no higher than the open of the first or of the
+   last bar, black long body that closes below the first. */
 QVAPI int QVCALL qvFalling3Method(const QvBars* bars, const QvCandles* candles, int i) QVNOEXCEPT;
 
 /* The mirror: white long body, three black small ones that sink, white long body that closes

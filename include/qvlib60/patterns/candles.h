@@ -42,7 +42,7 @@ typedef struct QvCandles {
    0; -1 when a price series is missing; -3 (then records is null). */
 QVAPI int QVCALL qvCandleConstruct(const QvBars* bars, QvCandles* candles) QVNOEXCEPT;
 
-/* Frees the records and clears the pointer; the factors stay. The result is always 0. */
+/* Frees the records and clears the pointer; the factors stay. 0; -1 for a null set. */
 QVAPI int QVCALL qvCandleFree(QvCandles* candles) QVNOEXCEPT;
 
 /* ---- Single fields --------------------------------------------------------------------------- */
