@@ -15,22 +15,65 @@ template <int kTerms>
 using Sums = std::array<double, static_cast<std::size_t>(kTerms)>;
 
 // Running sums of terms(j), a Sums, for items n - 1 .. 0 and 0 .. n - 1; one row for each term.
+template <std::size_t kTerms>
+struct PlainSums {
+  std::array<double, kTerms> sums{};
+
+  template <typename Terms>
+  void add(int j, Terms terms, Rows rows) noexcept {
+    const std::array<double, kTerms> added = terms(j);
+    for (std::size_t t = 0; t < kTerms; ++t) rows[static_cast<int>(t)][j] = sums[t] += added[t];
+  }
+};
+
+// The same with the rounding errors summed beside. Where the anchor stands apart from the rest of its
+// window, the squares about the mean are a p-th of those about the anchor, and the errors of p plain
+// additions would show p times over. Sums that overflow stay as they are: their error is no number.
+template <std::size_t kTerms>
+struct CorrectedSums {
+  std::array<double, kTerms> sums{}, errors{};
+
+  template <typename Terms>
+  void add(int j, Terms terms, Rows rows) noexcept {
+    const std::array<double, kTerms> added = terms(j);
+    for (std::size_t t = 0; t < kTerms; ++t) {
+      const double sum = sums[t] + added[t], taken = sum - sums[t];
+      errors[t] += (sums[t] - (sum - taken)) + (added[t] - taken);
+      sums[t] = sum;
+      rows[static_cast<int>(t)][j] = std::fabs(errors[t]) < kInfinity ? sum + errors[t] : sum;
+    }
+  }
+};
+
+// Up to this many items plain sums keep well within 1e-10, whatever the data.
+constexpr int kPlainItems = 4096;
+
+template <typename Sums, typename Terms>
+void addBackwards(int n, Terms terms, Rows rows) noexcept {
+  Sums sums;
+  for (int j = n - 1; j >= 0; --j) sums.add(j, terms, rows);
+}
+
+template <typename Sums, typename Terms>
+void addForwards(int n, Terms terms, Rows rows) noexcept {
+  Sums sums;
+  for (int j = 0; j < n; ++j) sums.add(j, terms, rows);
+}
+
 template <std::size_t kTerms, typename Terms>
-void addTerms(std::array<double, kTerms>& sums, int j, Terms terms, Rows rows) noexcept {
-  const std::array<double, kTerms> added = terms(j);
-  for (std::size_t t = 0; t < kTerms; ++t) rows[static_cast<int>(t)][j] = sums[t] += added[t];
-}
-
-template <int kTerms, typename Terms>
 void sumBackwards(int n, Terms terms, Rows rows) noexcept {
-  Sums<kTerms> sums{};
-  for (int j = n - 1; j >= 0; --j) addTerms(sums, j, terms, rows);
+  if (n <= kPlainItems)
+    addBackwards<PlainSums<kTerms>>(n, terms, rows);
+  else
+    addBackwards<CorrectedSums<kTerms>>(n, terms, rows);
 }
 
-template <int kTerms, typename Terms>
+template <std::size_t kTerms, typename Terms>
 void sumForwards(int n, Terms terms, Rows rows) noexcept {
-  Sums<kTerms> sums{};
-  for (int j = 0; j < n; ++j) addTerms(sums, j, terms, rows);
+  if (n <= kPlainItems)
+    addForwards<PlainSums<kTerms>>(n, terms, rows);
+  else
+    addForwards<CorrectedSums<kTerms>>(n, terms, rows);
 }
 
 // A statistic that is a function of sums over its window: statistic.terms(i) of item i, and

@@ -101,15 +101,17 @@ struct WantedName {
   char type = ' ', period = ' ';
 
   explicit WantedName(const char* name) noexcept {
-    copyText(text, stemOf(name));
+    copyText(text, name);
     char digit = '1';
     for (char* c = text; *c; ++c) {
       if (!std::strchr("+<>|=;\\/", *c)) continue;
       *c = digit;
       digit = digit == '9' ? '0' : static_cast<char>(digit + 1);
     }
-    const char* filters = std::strchr(name, '.');
-    if (!filters || !filters[1]) return;
+    char* filters = std::strchr(text, '.');
+    if (!filters) return;
+    *filters = '\0';
+    if (!filters[1]) return;
     type = qv::upperCase(filters[1]);
     if (filters[2] && filters[3]) period = qv::upperCase(filters[3]);
   }

@@ -1,6 +1,7 @@
 // The moving forms of the statistics: one value for every window of p items.
 #include <algorithm>
 #include <cmath>
+#include <cstdint>
 #include <limits>
 
 #include "core/calculation.h"
@@ -114,7 +115,7 @@ int QVCALL qvRegressionLineMv(const QvArray* in, QvArray* slopeOut, QvArray* int
                               int end) noexcept {
   if (p < 1 || !in) return QV_INVALID_PARM;
   const int s = firstValidOf(start, {in});
-  if (end < saturatingSum(s, p)) return QV_INVALID_PARM;
+  if (end < std::int64_t{s} + p) return QV_INVALID_PARM;
   const int n = prepareOutputs({}, {in}, {slopeOut, interceptOut});
   if (n < 1) return n;
   const window::Range r{s, std::min(n, saturatingSum(end, 1)), p};

@@ -4,8 +4,10 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cmath>
 #include <cstring>
 #include <functional>
+#include <numeric>
 #include <string>
 
 #include "core/memory.h"
@@ -333,6 +335,26 @@ TEST(Window, RegressionLines) {
             },
             {1e-10, [&](const Items& w) { return 100 * noise(w); }});
     compare("standard error", x, standardError, standardErrorOf, {1e-10, noise});
+  }
+}
+
+TEST(Window, LongPeriodsStayAccurateBehindAStep) {
+  // The anchor, the last item before the step, stands apart from nearly all of the window.
+  constexpr int p = 20000;
+  Items x = shaped(Shape::Integers, 2 * p);
+  for (int i = 0; i < 2 * p; ++i)
+    x[static_cast<std::size_t>(i)] = (i < p ? 200 : 100) + 0.01 * x[static_cast<std::size_t>(i)];
+  Items deviations(x.size()), covariances(x.size());
+  ASSERT_EQ(deviation(x.data(), {0, 2 * p, p}, true, deviations.data()), 0);
+  ASSERT_EQ(covariance(x.data(), x.data(), {0, 2 * p, p}, covariances.data()), 0);
+  for (int i : {p, 2 * p - 100, 2 * p - 3, 2 * p - 2}) {
+    const auto from = x.begin() + (i - p + 1);
+    const long double mean = std::accumulate(from, from + p, 0.0L) / p;
+    long double squares = 0;
+    for (auto at = from; at != from + p; ++at) squares += (*at - mean) * (*at - mean);
+    const double variance = static_cast<double>(squares / (p - 1));
+    EXPECT_NEAR(deviations[static_cast<std::size_t>(i)] / std::sqrt(variance), 1.0, 1e-10) << i;
+    EXPECT_NEAR(covariances[static_cast<std::size_t>(i)] / variance, 1.0, 1e-10) << i;
   }
 }
 

@@ -4,9 +4,9 @@
 //   market                  always         the open
 //   close                   always         the close of the bar before
 //   buy stop, sell limit    P <= high      gap fills and open >= P: the open; low >= P: the low;
-//                                          else the tick nearest to P, for entries one tick above it
+//                                          else roundNearest(P), for entries one tick above it
 //   sell stop, buy limit    low <= P       gap fills and open <= P: the open; high <= P: the high;
-//                                          else the tick at or below P, for entries one tick below it
+//                                          else truncateTick(P), for entries one tick below it
 //
 // A stop and a limit that wait for the same move share their rule, so that a buy stop rounds like a
 // sell limit. Without gap fills a bar wholly beyond the price fills at its extreme nearest to it.

@@ -12,10 +12,10 @@
 QV_BEGIN_DECLS
 
 /* Compresses by calendar period: 2 daily, 3 weekly (Monday to Sunday), 4 monthly, 5 quarterly, 6 yearly;
-   any other frequency is -1. Takes the bars from the first at or after startDate to the last up to
-   endDate (0 = the input's last bar). Each group is dated and closed by its last bar; volume and open
-   interest are summed. The bar information is copied and its frequency set. When both sets share their
-   blocks, both describe the compressed set afterwards. */
+   any other frequency is -1. Takes the bars from the first at or after startDate, which always makes a
+   group, to the last up to endDate (0 = the input's last bar). Each group is dated and closed by its last
+   bar; volume and open interest are summed. The bar information is copied and its frequency set. When both
+   sets share their blocks, both describe the compressed set afterwards. */
 QVAPI int QVCALL qvGroupBarsDate(QvBars* in, QvBars* out, int frequency, double startDate,
                                  double endDate) QVNOEXCEPT;
 

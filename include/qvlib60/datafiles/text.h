@@ -75,20 +75,21 @@ QVAPI int QVCALL qvTXTfindrec(const char* directory, const char* fileName, const
    records; the set's size becomes the number of bars read.
    Newest first in the file, or no two different dates: start 0 or below 0 reads the oldest `count`
    records (start 0) or the newest (below 0), a start above 0 the `count` records that end with record
-   `start`; a negative count means start + 1 records, the oldest ones, or all for a start of 0 or less.
-   Bars are stored from slot count - 1 downwards, other slots keep what they held, and the set's size is
-   left as it was: hand in an empty bar set, or one of the size that is read. Without two different dates
-   every record goes to slot count - 1 and the last one stays.
-   The order is found from the records numbered skip - 1 and later; texts that are no date do not count.
-   A count of 0 fills the bar information of a set of no bars. -9 when start is not below the number of
+   `start` (the first `count` of the file when it has fewer before that); a negative count means start + 1
+   records, the oldest ones, or all for a start of 0 or less. Bars are stored from slot count - 1 downwards,
+   other slots keep what they held, and the set's size is left as it was: hand in an empty bar set, or one of
+   the size that is read. Without two different dates every record goes to slot count - 1 and the last one
+   stays. The order is found from the records numbered skip - 1 and later; texts that are no date do not
+   count. A count of 0 fills the bar information of a set of no bars. -9 when start is not below the number of
    records; the bar set then stays as it was. */
 QVAPI int QVCALL qvTXTread(QvBars* bars, const char* directory, const char* fileName, const QvTxtInfo* info,
                            int start, int count) QVNOEXCEPT;
 
 /* Reads one column of numbers into a series: `count` lines from line `start` on, lines of nothing but
-   blanks left out; a line without that column gives 0.0. The total, by which a negative count (to the
-   end) and a negative start (the last `count`) are reckoned, includes the `skip` header lines. So does
-   `start` when it is at least `skip`; below that it counts from the first line after the headers. A
+   blanks left out; a line without that column gives 0.0. The total includes the `skip` header lines,
+   and so does `start` when it is at least `skip`; below that it counts from the first line after the
+   headers. A negative count reads to the end; a negative start reads the last `count` - `skip` lines, for
+   it is reckoned from the total and the headers are passed over again. A
    series without storage is allocated to `count` items; else no more are read than it has room for.
    The size becomes the number of items read. A count of 0 does nothing. */
 QVAPI int QVCALL qvTXTreadarray(QvArray* array, const char* directory, const char* fileName,

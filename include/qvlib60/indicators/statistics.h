@@ -94,7 +94,8 @@ QVAPI int QVCALL qvRSquaredCoef(const QvArray* a, const QvArray* b, QvArray* out
 QVAPI int QVCALL qvRSquared(const QvArray* in, QvArray* out, int p, int start) QVNOEXCEPT;
 
 /* qvCorCoef of a and b divided by the dispersion of a, 0.0 where the dispersion is zero or not a number.
-   Waits for the dispersion's first valid index and then for another p items: first valid s + 2p - 2. */
+   First valid s + p - 1 with s the larger of start, both inputs' first valid indices and the
+   dispersion's (that of a plus p - 1). */
 QVAPI int QVCALL qvBetaCoefMv(const QvArray* a, const QvArray* b, QvArray* out, int sample, int p,
                               int start) QVNOEXCEPT;
 

@@ -8,8 +8,8 @@
 QV_BEGIN_DECLS
 
 /* Number of combinations of the variables; stores each variable's count = (end - start) / step + 1,
-   truncated, or 1 when the step is 0. 1 without variables; zero or negative when a range runs
-   against its step. Saturates. */
+   truncated, or 1 when the step is 0. 1 without variables. A range that runs against
+   its step has a count of zero or below; the result is the product of the counts. Saturates. */
 QVAPI int QVCALL qvOptVarCount(QvOptVar* vars, int n) QVNOEXCEPT;
 
 /* Sets every variable's value to its value in combination k (1 .. qvOptVarCount); the first
@@ -17,7 +17,8 @@ QVAPI int QVCALL qvOptVarCount(QvOptVar* vars, int n) QVNOEXCEPT;
 QVAPI int QVCALL qvOptVarValue(QvOptVar* vars, int n, int k) QVNOEXCEPT;
 
 /* Writes the values as one text, for labelling a run: each in the width and the decimals that its
-   range and step need, at most 10 characters. `out` needs qvOptVarStringLen characters. */
+   range and step need, at most 10 characters (a value wider than its range loses its tail). `out` needs
+   qvOptVarStringLen characters. */
 QVAPI int QVCALL qvOptVarString(const QvOptVar* vars, int n, const char* separator, char* out) QVNOEXCEPT;
 
 /* Room that qvOptVarString needs, the terminating NUL included. */

@@ -51,7 +51,8 @@ QVAPI int QVCALL qvCancelOrder(QvOrderSystem* sys, const char* name) QVNOEXCEPT;
    and the position summary.
 
    Exits are tried before entries, buys before sells, market orders first, then lower buy prices
-   and higher sell prices first. At most one entry per direction fills on a bar; the other pending
+   and higher sell prices first; a market sell entry and the buy entries around it keep the order in
+   which they were placed. At most one entry per direction fills on a bar; the other pending
    entries of that direction are dropped with it. Day orders leave the table with the bar.
 
    Prices are put on the tick grid by taking off the remainder, as floating-point numbers have it:

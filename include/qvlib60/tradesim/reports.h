@@ -3,8 +3,9 @@
    Common to all: the output "STDOUT" (in any case) is standard output, any other name a file that
    is appended to when append is not 0 and truncated otherwise. 0; -2 when the file cannot be
    opened; write errors are not reported. Dates follow qvSetDefaultDateFormat. Amounts are printed
-   as whole part and truncated decimals, so an amount between -1 and 0 shows no sign;
-   not-a-number and infinities print as 0.
+   as whole part and truncated decimals, so an amount between -1 and 0 shows no sign (the ...Rpt1 reports
+   of orders, trades and open positions round to three decimals and keep it); not-a-number and infinities
+   print as 0.
 
    The ...Rpt1 reports of orders, trades and open positions are for other programs: `separator`
    stands between the fields, `header` other than 0 writes the header line. A separator that begins
