@@ -12,21 +12,25 @@ namespace qv::window {
 
 namespace {
 
-// The least-squares line through the items taken so far, one step apart.
+// The least-squares line through the items taken so far, one step apart. It is held as the change that it
+// expects to the next item: on a steep trend its height would swamp the scatter around it.
 struct RunningLine {
-  double forecast = 0.0;  // the line's value one step on
+  double last = 0.0;      // the item taken last
+  double expected = 0.0;  // the line's value one step on, less that item
   double slope = 0.0;
   double residual = 0.0;  // sum of squared distances from the line
 
   // `weight` is 1 / ((n + 1) (n + 2)) for the n items taken before.
   void take(double y, double n, double weight) noexcept {
-    const double error = n > 0.0 ? y - forecast : 0.0;
-    if (n == 0.0) forecast = y;
+    const double error = n > 0.0 ? (y - last) - expected : 0.0;
     residual += error * error * (n * (n - 1.0) * weight);
-    forecast = (forecast + slope) + error * (4.0 * (n + 2.0) * weight);
+    expected = slope - error * (1.0 - 4.0 * (n + 2.0) * weight);
     slope += error * (6.0 * weight);
+    last = y;
   }
-  double mean(double n) const noexcept { return forecast - slope * ((n + 1.0) / 2.0); }
+  double mean(double n, double anchor) const noexcept {
+    return (last - anchor) + (expected - slope * ((n + 1.0) / 2.0));
+  }
 };
 
 // Sum of squared distances of n items' positions from their centre.
@@ -54,9 +58,9 @@ struct StandardError {
     double* __restrict slope = rows[0], * __restrict mean = rows[1], * __restrict residual = rows[2];
     RunningLine line;  // runs towards the start: its slope has the other sign
     for (int j = n - 1, taken = 0; j >= 0; --j, ++taken) {
-      line.take(y[i + j] - anchor, taken, weights[taken]);
+      line.take(y[i + j], taken, weights[taken]);
       slope[j] = -line.slope;
-      mean[j] = line.mean(taken + 1);
+      mean[j] = line.mean(taken + 1, anchor);
       residual[j] = line.residual;
     }
   }
@@ -65,9 +69,9 @@ struct StandardError {
     double* __restrict items = rows[3];
     RunningLine line;
     for (int j = 0; j < n; ++j) {
-      line.take(y[i + j] - anchor, j, weights[j]);
+      line.take(y[i + j], j, weights[j]);
       slope[j] = line.slope;
-      mean[j] = line.mean(j + 1);
+      mean[j] = line.mean(j + 1, anchor);
       residual[j] = line.residual;
       items[j] = j + 1;
     }
