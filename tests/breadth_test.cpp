@@ -4,6 +4,7 @@
 #include <climits>
 #include <cmath>
 
+#include "core/memory.h"
 #include "support/expect.h"
 #include "support/series.h"
 
@@ -85,6 +86,15 @@ TEST(TradingIndex, FiveBarSumAnswersZeroWhateverHappens) {
   EXPECT_EQ(qvBretzTRIN5(nullptr, &one, &one, &one, &held, 0), 0);
   expectItems(held, {0, 0, 0, 0, 15, 20});
   EXPECT_EQ(qvBretzTRIN5(nullptr, nullptr, nullptr, nullptr, nullptr, 0), 0);
+  const long before = qv::memory::liveBlocks();
+  for (long k = 1; k < 5; ++k) {
+    Array none;
+    qv::memory::failAllocation(k);
+    EXPECT_EQ(qvBretzTRIN5(&one, &one, &one, &one, &none, 0), 0);
+    qv::memory::failAllocation(0);
+    EXPECT_LE(none.size, none.capacity);
+  }
+  EXPECT_EQ(qv::memory::liveBlocks(), before);
 }
 
 TEST(TradingIndex, OpenIndexIsTheQuotientOfTenBarSums) {
