@@ -78,7 +78,7 @@ inline bool hasNoRoom(const QvArray* out) noexcept {
 
 // A work series that is freed when the calculation returns, on every path.
 struct Temporary : QvArray {
-  Temporary() noexcept : QvArray{} {}
+  Temporary() noexcept : QvArray() {}
   ~Temporary() { qvFreeArray(this); }
   Temporary(const Temporary&) = delete;
   Temporary& operator=(const Temporary&) = delete;

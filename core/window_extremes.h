@@ -2,27 +2,20 @@
 // and the value that counts in every window.
 #pragma once
 
-#ifdef __SSE2__
-#include <emmintrin.h>
-#endif
-
 #include "core/window_blocks.h"
 
 namespace qv::window {
 
 // One machine instruction each, a where it is beyond b, else b. Left to choose, the compiler makes
 // branches of some of these conditions, and which item is the larger one is anyone's guess.
-#ifdef __SSE2__
-inline __m128d inRegister(double x) noexcept {  // as it lies there: clearing the upper half would cost
-  __m128d r;
-  __asm__("" : "=x"(r) : "0"(x));
-  return r;
-}
+#if defined(__SSE2__) && defined(__GNUC__)
 inline double largerOf(double a, double b) noexcept {
-  return _mm_cvtsd_f64(_mm_max_sd(inRegister(a), inRegister(b)));
+  __asm__("maxsd %1, %0" : "+x"(a) : "x"(b));
+  return a;
 }
 inline double smallerOf(double a, double b) noexcept {
-  return _mm_cvtsd_f64(_mm_min_sd(inRegister(a), inRegister(b)));
+  __asm__("minsd %1, %0" : "+x"(a) : "x"(b));
+  return a;
 }
 #else
 inline double largerOf(double a, double b) noexcept {

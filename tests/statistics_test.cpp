@@ -248,6 +248,17 @@ TEST(Statistics, MovingFormsOfAPair) {
   }
 }
 
+TEST(Statistics, BetaWaitsForTheDispersionOfTheFirstSeries) {
+  const Array a(shaped(Shape::Walk, 60), 3), b(shaped(Shape::Walk, 60, 2), 20);
+  Array out;
+  ASSERT_EQ(qvBetaCoefMv(&a, &b, &out, 1, 5, 0), 0);
+  EXPECT_EQ(out.firstValid, 24);  // the dispersion is there at 7, b at 20
+  EXPECT_EQ(out[23], 0.0);
+  ASSERT_EQ(qvBetaCoefMv(&b, &a, &out, 1, 5, 0), 0);
+  EXPECT_EQ(out.firstValid, 28);  // the dispersion is there at 24
+  EXPECT_DOUBLE_EQ(out[28], qvCorCoef(&b, &a, 1, 24, 28) / qvDispersion(&b, 24, 28));
+}
+
 TEST(Statistics, MovingRegressionLine) {
   const int from = 3, p = 9;
   for (Shape shape : kShapes) {

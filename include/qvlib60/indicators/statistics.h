@@ -94,8 +94,9 @@ QVAPI int QVCALL qvRSquaredCoef(const QvArray* a, const QvArray* b, QvArray* out
 QVAPI int QVCALL qvRSquared(const QvArray* in, QvArray* out, int p, int start) QVNOEXCEPT;
 
 /* qvCorCoef of a and b divided by the dispersion of a, 0.0 where the dispersion is zero or not a number.
-   First valid s + p - 1 with s the larger of start, both inputs' first valid indices and the
-   dispersion's (that of a plus p - 1). */
+   Waits for the dispersion of a, which is valid from d = (the larger of start and a's first valid index)
+   + p - 1 on, and then for a window of p items more: first valid p - 1 after the larger of d and b's
+   first valid index. */
 QVAPI int QVCALL qvBetaCoefMv(const QvArray* a, const QvArray* b, QvArray* out, int sample, int p,
                               int start) QVNOEXCEPT;
 
