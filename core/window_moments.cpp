@@ -48,14 +48,16 @@ struct CorrectedSums {
 // Up to this many items plain sums keep well within 1e-10, whatever the data.
 constexpr int kPlainItems = 4096;
 
+// Out of line: inlined side by side, the two kinds take each other's registers, and blocks of a few
+// items cost twice as much.
 template <typename Sums, typename Terms>
-void addBackwards(int n, Terms terms, Rows rows) noexcept {
+[[gnu::noinline]] void addBackwards(int n, Terms terms, Rows rows) noexcept {
   Sums sums;
   for (int j = n - 1; j >= 0; --j) sums.add(j, terms, rows);
 }
 
 template <typename Sums, typename Terms>
-void addForwards(int n, Terms terms, Rows rows) noexcept {
+[[gnu::noinline]] void addForwards(int n, Terms terms, Rows rows) noexcept {
   Sums sums;
   for (int j = 0; j < n; ++j) sums.add(j, terms, rows);
 }

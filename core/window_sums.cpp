@@ -41,7 +41,11 @@ void suffixSums(const double* x, int count, double* sums) noexcept {
   for (; i > 0; --i) sums[i - 1] = s = s + x[i - 1];
 }
 
-constexpr int kStretch = 512, kLong = 128;
+constexpr int kStretch = 256, kLong = 64;
+
+int partsOf(int period) noexcept {
+  return (period - 1) / kLong + 1;
+}
 
 // Many short blocks at a time.
 template <typename Result>
@@ -70,30 +74,49 @@ void shortWindows(const double* in, const Range& r, double* out, Result result) 
   }
 }
 
-// A long block in many stretches. `suffix` has room for a block, and for another one when the results
-// overwrite the input.
+// Sums of the parts of kLong items of a block: their own, then, put in place of these, those of all
+// parts that follow.
+void sumsOfWhatFollows(double* parts, int count) noexcept {
+  double s = 0.0;
+  for (int k = count - 1; k >= 0; --k) {
+    const double own = parts[k];
+    parts[k] = s;
+    s += own;
+  }
+}
+
+// Long blocks part by part. A window's suffix of the block before is made of the rest of a part and of
+// what follows that part, so that only parts are ever kept: `parts`, and where the results overwrite the
+// input also the block before, `kept`.
 template <typename Result>
-void longWindows(const double* in, const Range& r, double* suffix, double* out, Result result) noexcept {
-  const int p = r.period;
-  double prefix[kLong];
-  suffixSums(in + r.first, p, suffix);
-  out[r.first + p - 1] = result(suffix[0]);
+void longWindows(const double* in, const Range& r, double* parts, double* kept, double* out,
+                 Result result) noexcept {
+  const int p = r.period, count = partsOf(p);
+  double prefix[kLong], suffix[kLong + 1];
+  double whole = 0.0;
+  for (int k = 0; k < count; ++k) {
+    const int items = std::min(kLong, p - k * kLong);
+    whole += parts[k] = prefixSums(in + r.first + k * kLong, items, 0.0, prefix);
+  }
+  sumsOfWhatFollows(parts, count);
+  if (kept) std::copy_n(in + r.first, p, kept);
+  out[r.first + p - 1] = result(whole);
   for (int at = r.first + p; at < r.end; at += p) {
-    const int count = std::min(p - 1, r.end - at);  // the last window of a block is its longest suffix
-    const bool whole = r.end - at >= p;
-    const double* block = in + at;
-    if (whole && in == out) block = std::copy(block, block + p, suffix + p) - p;
-    double s = 0.0;
-    for (int b = 0; b < count; b += kLong) {
-      const int some = std::min(kLong, count - b);
-      s = prefixSums(block + b, some, s, prefix);
+    double before = 0.0;  // the sum of the parts of this block that have been dealt with
+    for (int k = 0, b = 0; k < count && at + b < r.end; ++k, b += kLong) {
+      const int items = std::min(kLong, p - b), here = std::min(items, r.end - at - b);
+      double* left = kept ? kept + b : nullptr;
+      suffixSums(kept ? left : in + at - p + b, items, suffix);
+      suffix[items] = 0.0;
+      const double own = prefixSums(in + at + b, here, 0.0, prefix), after = parts[k];
+      if (kept) std::copy_n(in + at + b, here, left);
       double* y = out + at + b;
-      const double* rest = suffix + 1 + b;
-      for (int i = 0; i < some; ++i) y[i] = result(rest[i] + prefix[i]);
+      for (int i = 0; i < here; ++i) y[i] = result((suffix[i + 1] + after) + (before + prefix[i]));
+      parts[k] = own;
+      before += own;
     }
-    if (!whole) break;
-    suffixSums(block, p, suffix);
-    out[at + p - 1] = result(suffix[0]);
+    if (r.end - at <= p) break;
+    sumsOfWhatFollows(parts, count);
   }
 }
 
@@ -103,10 +126,11 @@ int slide(const double* in, const Range& r, double* out, Result result) noexcept
   const int count = itemsOf(r);
   const auto ofPeriod = [&](double sum) { return result(sum, r.period); };
   if (count >= r.period && r.period >= kLong) {
-    const std::size_t blocks = in == out ? 2 : 1;
-    memory::Buffer<double> suffix(blocks * static_cast<std::size_t>(r.period));
-    if (!suffix.ok()) return QV_MALLOC;
-    longWindows(in, r, suffix.data(), out, ofPeriod);
+    const int parts = partsOf(r.period);
+    memory::Buffer<double> scratch(static_cast<std::size_t>(parts) +
+                                   static_cast<std::size_t>(in == out ? r.period : 0));
+    if (!scratch.ok()) return QV_MALLOC;
+    longWindows(in, r, scratch.data(), in == out ? scratch.data() + parts : nullptr, out, ofPeriod);
   } else if (count > 0 && count >= r.period) {
     shortWindows(in, r, out, ofPeriod);
   }
