@@ -8,6 +8,7 @@
 
 #include "core/memory.h"
 #include "support/calculations.h"
+#include "support/expect.h"
 #include "support/series.h"
 
 namespace qvtest {
@@ -45,10 +46,6 @@ struct Call {
     }
   }
 };
-
-bool sameBits(double a, double b) {
-  return std::memcmp(&a, &b, sizeof a) == 0 || (a != a && b != b);
-}
 
 class EveryCalculation : public testing::TestWithParam<Calculation> {};
 

@@ -4,7 +4,10 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <bit>
+#include <cstdint>
 #include <functional>
+#include <utility>
 #include <vector>
 
 #include "core/memory.h"
@@ -13,11 +16,24 @@
 namespace qvtest {
 
 using Items = std::vector<double>;
+using Pair = std::pair<double, double>;
+
+// The two outputs of a function.
+template <typename T = double, typename Function, typename In, typename... Args>
+Pair bothOf(Function function, const In& in, Args... args) {
+  T first = -7, second = -7;
+  EXPECT_EQ(function(&in, &first, &second, args...), 0);
+  return {first, second};
+}
 
 inline void expectItems(const QvArray& a, const std::vector<double>& wanted, double tolerance = 1e-12) {
   ASSERT_EQ(a.size, static_cast<int>(wanted.size()));
   for (int i = 0; i < a.size; ++i)
     EXPECT_NEAR(a.data[i], wanted[static_cast<std::size_t>(i)], tolerance) << "item " << i;
+}
+
+inline bool sameBits(double a, double b) {  // a not-a-number equals itself
+  return std::bit_cast<std::uint64_t>(a) == std::bit_cast<std::uint64_t>(b) || (a != a && b != b);
 }
 
 inline Items itemsOf(const QvArray& a) {
