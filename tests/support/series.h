@@ -66,7 +66,7 @@ struct Bars : QvBars {
   ~Bars() { qvFreeBars(this); }
 };
 
-// Shapes that break careless kernels.
+// Shapes that break careless kernels, in the order of `ofShapes`.
 enum class Shape { Walk, Flat, Integers, Offset, Rising, Falling, Zeros, NaNs };
 inline constexpr Shape kShapes[] = {Shape::Walk,   Shape::Flat,    Shape::Integers, Shape::Offset,
                                     Shape::Rising, Shape::Falling, Shape::Zeros,    Shape::NaNs};
@@ -79,33 +79,15 @@ inline std::vector<double> shaped(Shape shape, int n, unsigned seed = 1) {
   for (int i = 0; i < n; ++i) {
     const double u = unit(random);
     walk += u;
-    double& x = items[static_cast<std::size_t>(i)];
-    switch (shape) {
-      case Shape::Walk:
-        x = walk;
-        break;
-      case Shape::Flat:
-        x = 42.125;
-        break;
-      case Shape::Integers:
-        x = std::floor(4 * u);
-        break;  // many ties
-      case Shape::Offset:
-        x = 1e8 + 0.01 * std::floor(10 * u);
-        break;
-      case Shape::Rising:
-        x = 1.0 + i;
-        break;
-      case Shape::Falling:
-        x = 2.0 * n - i;
-        break;
-      case Shape::Zeros:
-        x = u < 0 ? 0.0 : walk;
-        break;
-      case Shape::NaNs:
-        x = u > 0.9 ? kNaN : walk;
-        break;
-    }
+    const double ofShapes[] = {walk,
+                               42.125,
+                               std::floor(4 * u),  // many ties
+                               1e8 + 0.01 * std::floor(10 * u),
+                               1.0 + i,
+                               2.0 * n - i,
+                               u < 0 ? 0.0 : walk,
+                               u > 0.9 ? kNaN : walk};
+    items[static_cast<std::size_t>(i)] = ofShapes[static_cast<std::size_t>(shape)];
   }
   return items;
 }
