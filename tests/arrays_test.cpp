@@ -11,23 +11,14 @@ namespace {
 
 TEST(ScaleArray, MapsTheGivenOrTheFoundRange) {
   const Array in{1, 2, 5}, gaps{4, 0, 8, 6}, negative{-4, 0, -8, -6};
-  const struct {
-    const Array& in;
-    double inMin, inMax, outMin, outMax;
-    int skipZeros, start;
-    Items items;
-  } cases[] = {{in, 0, 10, 0, 100, 0, 0, {10, 20, 50}},
-               {in, 0, 0, 0, 100, 0, 0, {0, 25, 100}},     // range 1..5
-               {in, kNaN, 0, 0, 100, 0, 1, {0, 0, 100}},   // not-a-number counts as 0; range 2..5
-               {in, 0, 0, 100, 0, 0, 0, {100, 125, 200}},  // a reversed target is not flipped
-               {in, 0, 0, 0, 0, 0, 0, {0, 0, 0}},
-               {gaps, 0, 0, 0, 100, 1, 0, {0, -100, 100, 50}},     // 4..8
-               {negative, 0, 0, 0, 100, 1, 0, {50, 100, 0, 25}}};  // the maximum 0 is not skipped: -8..0
-  for (const auto& c : cases) {
-    Array out;
-    expectGives(qvScaleArray(&c.in, &out, c.inMin, c.inMax, c.outMin, c.outMax, c.skipZeros, c.start), out,
-                c.items);
-  }
+  Array out;
+  expectGives(qvScaleArray(&in, &out, 0, 10, 0, 100, 0, 0), out, {10, 20, 50});
+  expectGives(qvScaleArray(&in, &out, 0, 0, 0, 100, 0, 0), out, {0, 25, 100});     // range 1..5
+  expectGives(qvScaleArray(&in, &out, kNaN, 0, 0, 100, 0, 1), out, {0, 0, 100});   // counts as 0; range 2..5
+  expectGives(qvScaleArray(&in, &out, 0, 0, 100, 0, 0, 0), out, {100, 125, 200});  // reversed, not flipped
+  expectGives(qvScaleArray(&gaps, out.fresh(), 0, 0, 0, 100, 1, 0), out, {0, -100, 100, 50});  // 4..8
+  // The maximum 0 is not skipped: -8..0.
+  expectGives(qvScaleArray(&negative, &out, 0, 0, 0, 100, 1, 0), out, {50, 100, 0, 25});
 }
 
 TEST(MultAddArray, WorksInPlaceAndLeavesTheFirstValidIndex) {
@@ -36,32 +27,18 @@ TEST(MultAddArray, WorksInPlaceAndLeavesTheFirstValidIndex) {
 }
 
 TEST(ShiftArray, MovesItemsAndTheFirstValidIndex) {
-  Array a({1, 2, 3, 8, 9}, 1), b{1, 2, 3};
+  Array a({1, 2, 3, 8, 9}, 1), empty;
   qvReSizeArray(&a, 3);
-  const struct {
-    Array& array;
-    int by;
-    Items items;
-    int firstValid;
-  } shifts[] = {{a, 2, {0, 0, 1, 2, 3}, 3},
-                {a, 0, {0, 0, 1, 2, 3}, 3},
-                {a, 2, {0, 0, 0, 0, 1}, 5},  // 2 and 3 fall off the end of the block
-                {a, -4, {1}, 1},
-                {b, -1, {2, 3}, 0}};
-  for (const auto& s : shifts) {
-    qvShiftArray(&s.array, s.by);
-    expectGives(0, s.array, s.items, s.firstValid);
-  }
-}
-
-TEST(ShiftArray, ByTheWholeLengthOrMoreLeavesNothing) {
-  for (int k : {3, 4, INT_MAX, -2, -3, INT_MIN}) {
-    Array a{1, 2, 3};
-    qvReSizeArray(&a, 2);
-    qvShiftArray(&a, k);
-    expectGives(0, a, k > 0 ? Items{0, 0, 0} : Items{}, k > 0 ? 3 : 0);
-  }
-  Array empty;
+  const auto expectShifted = [&](int by, const Items& items, int firstValid) {
+    qvShiftArray(&a, by);
+    expectGives(0, a, items, firstValid);
+  };
+  for (int by : {2, 0}) expectShifted(by, {0, 0, 1, 2, 3}, 3);
+  expectShifted(2, {0, 0, 0, 0, 1}, 5);  // 2 and 3 fall off the end of the block
+  expectShifted(-4, {1}, 1);
+  expectShifted(INT_MAX, Items(5, 0.0), 5);
+  expectShifted(-1, Items(4, 0.0), 4);
+  expectShifted(INT_MIN, {}, 0);
   qvShiftArray(&empty, 5);
   qvShiftArray(nullptr, 5);
   EXPECT_EQ(empty.size, 0);
@@ -83,16 +60,13 @@ TEST(FillInterval, DrawsLinesBetweenMarks) {
 }
 
 TEST(FindDate, GivesTheFirstBarAtOrAfterADate) {
-  Bars bars(walkBars(4));
-  const Items dates{10, 12, 12.5, 15};
-  std::copy(dates.begin(), dates.end(), bars.date.data);
-  for (const auto& [date, index] : {std::pair{0.0, 0}, {12.0, 1}, {12.1, 2}, {15.5, 4}, {kNaN, 4}})
+  Bars bars{{0, 0, 0, 0, 0, 0, 10}, {0, 0, 0, 0, 0, 0, 12}, {0, 0, 0, 0, 0, 0, 12.5}}, none;
+  for (const auto& [date, index] : {std::pair{0.0, 0}, {12.0, 1}, {12.1, 2}, {15.5, 3}, {kNaN, 3}})
     EXPECT_EQ(qvFindDate(&bars, date), index) << date;
-  Bars none;
-  EXPECT_EQ(qvFindDate(&none, 1), 0);
-  EXPECT_EQ(qvFindDate(nullptr, 1), -1);
   qvFreeArray(&bars.date);
   EXPECT_EQ(qvFindDate(&bars, 1), -1);
+  EXPECT_EQ(qvFindDate(&none, 1), 0);
+  EXPECT_EQ(qvFindDate(nullptr, 1), -1);
 }
 
 TEST(FirstNonZeroItem, SearchesFromTheFirstValidIndex) {
@@ -109,21 +83,18 @@ TEST(SumPrev, AddsTheItemsUpToAnIndex) {
   EXPECT_EQ(qvSumPrev(&a, 9, 3), 14);  // not below the first valid index
   EXPECT_EQ(qvSumPrev(&a, 3, 6), 16);  // items 5 and 6 are past the end
   EXPECT_EQ(qvSumPrev(&a, INT_MAX, INT_MAX), 30);
-  for (int count : {0, -1, INT_MIN}) EXPECT_EQ(qvSumPrev(&a, count, 3), 0) << count;
-  for (int index : {0, -1, INT_MIN}) EXPECT_EQ(qvSumPrev(&a, INT_MAX, index), 0) << index;
+  for (int none : {0, INT_MIN}) EXPECT_EQ(qvSumPrev(&a, none, 3) + qvSumPrev(&a, INT_MAX, none), 0) << none;
   EXPECT_EQ(qvSumPrev(nullptr, 2, 3), 0);
 }
 
 TEST(Decimals, TruncatesTheFraction) {
-  EXPECT_EQ(qvDecimals(12.5, 2), 50);
   EXPECT_EQ(qvDecimals(-12.5, 2), 50);
-  EXPECT_EQ(qvDecimals(3.0, 2), 0);
   EXPECT_EQ(qvDecimals(1.15, 2), 14);             // 1.15 is stored as 1.149999...
   EXPECT_EQ(qvDecimals(1 + 0x1p-52, 20), 0);      // exactly the machine epsilon
   EXPECT_EQ(qvDecimals(1 + 0x1p-51, 20), 44408);  // 4.4408...e-16
   EXPECT_EQ(qvDecimals(0.5, INT_MAX), INT_MAX);
   EXPECT_EQ(qvDecimals(0.5, INT_MIN), 0);
-  for (double x : {kNaN, kInf, -kInf}) EXPECT_EQ(qvDecimals(x, 2), 0);
+  for (double x : {3.0, kNaN, -kInf}) EXPECT_EQ(qvDecimals(x, 2), 0);
 }
 
 TEST(BarPrices, FollowTheirFormulas) {
@@ -144,12 +115,11 @@ TEST(BarPrices, AreZeroWhereThereIsNoBar) {
   Bars bars(walkBars(3));
   for (auto price : {qvTrueHigh, qvTrueLow, qvTrueRange, qvTypicalPrice, qvWeightedClose, qvMedianPrice}) {
     for (int i : {INT_MIN, -1, 3, INT_MAX}) EXPECT_EQ(price(&bars, i), 0) << i;
-    EXPECT_NE(price(&bars, 2), 0);
     EXPECT_EQ(price(nullptr, 0), 0);
   }
   qvFreeArray(&bars.high);
-  EXPECT_EQ(qvTrueRange(&bars, 1), 0);
-  EXPECT_EQ(qvMedianPrice(&bars, 1), 0);
+  for (auto price : {qvTrueHigh, qvTrueRange, qvTypicalPrice, qvWeightedClose, qvMedianPrice})
+    EXPECT_EQ(price(&bars, 1), 0);
   EXPECT_NE(qvTrueLow(&bars, 1), 0);
 }
 

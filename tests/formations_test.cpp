@@ -2,8 +2,8 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <array>
 #include <climits>
-#include <span>
 
 #include "support/expect.h"
 #include "support/series.h"
@@ -11,92 +11,71 @@
 namespace qvtest {
 namespace {
 
-using BarTest = int(QVCALL*)(const QvBars*, int) noexcept;
-
 TEST(Formations, FollowTheirDefinitions) {
-  struct Case {
-    BarTest test;
-    double high, low, close;  // after a bar of high 20, low 10 and close 15
-    int signal;
-  };
-  // An outside bar (both ends strictly) that closes beyond the bar before.
-  const Case closePriceReversals[] = {{qvCPR, 25, 5, 21, 1}, {qvCPR, 25, 5, 9, -1},  {qvCPR, 25, 5, 20, 0},
-                                      {qvCPR, 25, 5, 10, 0}, {qvCPR, 25, 10, 22, 0}, {qvCPR, 20, 5, 4, 0}};
-  const Case gaps[] = {
-      {qvGap, 25, 21, 22, 1}, {qvGap, 9, 5, 6, -1}, {qvGap, 25, 20, 22, 0}, {qvGap, 10, 5, 6, 0}};
-  // Closes against its gap: above 1 + 5.6, below 29 - 5.6. The last two have no gap and no range.
-  const Case islands[] = {{qvIslandReversal, 9, 1, 7, 1},     {qvIslandReversal, 9, 1, 6.5, 0},
-                          {qvIslandReversal, 29, 21, 23, -1}, {qvIslandReversal, 29, 21, 23.5, 0},
-                          {qvIslandReversal, 29, 20, 21, 0},  {qvIslandReversal, 9, 9, 9, 0}};
-  const Case insideAndOutside[] = {{qvInsideBar, 19, 11, 15, 1}, {qvInsideBar, 20, 11, 15, 0},
-                                   {qvInsideBar, 19, 10, 15, 0}, {qvOutsideBar, 21, 9, 15, 1},
-                                   {qvOutsideBar, 20, 9, 15, 0}, {qvOutsideBar, 21, 10, 15, 0}};
-  // Where both ends are beyond, the close decides.
-  const Case keyReversals[] = {{qvKeyReversal, 15, 9, 16, 1}, {qvKeyReversal, 21, 15, 14, -1},
-                               {qvKeyReversal, 21, 9, 16, 1}, {qvKeyReversal, 21, 9, 14, -1},
-                               {qvKeyReversal, 21, 9, 15, 0}, {qvKeyReversal, 20, 10, 16, 0}};
-  const std::span<const Case> all[] = {closePriceReversals, gaps, islands, insideAndOutside, keyReversals};
-  for (const std::span<const Case>& cases : all) {
-    for (const Case& c : cases) {
-      const Bars bars{{0, 20, 10, 15}, {0, c.high, c.low, c.close}};
-      EXPECT_EQ(c.test(&bars, 1), c.signal) << c.high << ' ' << c.low << ' ' << c.close;
-    }
-  }
-}
-
-TEST(Formations, SignalNothingWhereThereIsNoBar) {
-  Bars bars{{0, 20, 10, 15}, {0, 25, 5, 21}};  // the second bar is an outside bar
-  for (BarTest test : {qvCPR, qvGap, qvIslandReversal, qvInsideBar, qvKeyReversal, qvOutsideBar}) {
-    for (int i : {INT_MIN, -1, 0, 2, INT_MAX}) EXPECT_EQ(test(&bars, i), 0) << i;
-    EXPECT_EQ(test(nullptr, 1), -1);
-  }
-  qvFreeArray(&bars.close);
-  EXPECT_EQ(qvCPR(&bars, 1), 0);
-  EXPECT_EQ(qvOutsideBar(&bars, 1), 1);
-}
-
-// Against the bar before: a downward gap, an upward gap that closes below 15 - 0.7 * 5, an inside bar,
-// an outside bar that closes above 14.
-const std::vector<Bar> kBars{{0, 20, 10, 15}, {0, 9, 5, 6}, {0, 15, 10, 11}, {0, 14, 11, 12}, {0, 17, 9, 16}};
-
-TEST(FormationFill, WritesAndCountsTheSignals) {
-  const Bars bars(kBars);
   const struct {
     const char* name;
-    Items signals;
-    int start = 0, end = INT_MAX;
-  } cases[] = {
-      {"qvCPR", {0, 0, 0, 0, 1}},
-      {"qvGap", {0, -1, 1, 0, 0}},
-      {"qvGapDown", {0, 1, 0, 0, 0}},
-      {"QVGAPUP", {0, 0, 1, 0, 0}},
-      {"qvIslandReversal", {0, 0, -1, 0, 0}},
-      {"QVINSIDEBAR", {0, 0, 0, 1, 0}},
-      {"qvKeyReversal", {0, 0, 0, 0, 1}},
-      {"qvoutsidebar", {0, 0, 0, 0, 1}},
-      {"qvGap", {0, 0, 1, 0, 0}, 2, 3},
-      {"qvGap", {0, -1, 0, 0, 0}, 0, 1},
-      {"qvGap", {0, 0, 0, 0, 0}, 3, 2},
-      {"qvGap", {0, 0, 0, 0, 0}, 7, 9},
+    int(QVCALL* test)(const QvBars*, int) noexcept;
+    std::vector<std::array<double, 4>> cases;  // high, low, close and signal
+  } formations[] = {
+      // After a bar of high 20, low 10 and close 15. An outside bar that closes beyond the bar before.
+      {"qvCPR",
+       qvCPR,
+       {{25, 5, 21, 1}, {25, 5, 9, -1}, {25, 5, 20, 0}, {25, 5, 10, 0}, {25, 10, 22, 0}, {20, 5, 4, 0}}},
+      {"QVGAP", qvGap, {{25, 21, 22, 1}, {9, 5, 6, -1}, {25, 20, 22, 0}, {10, 5, 6, 0}}},
+      {"qvGapUp", nullptr, {{25, 21, 22, 1}, {9, 5, 6, 0}, {25, 20, 22, 0}}},
+      {"qvGapDown", nullptr, {{25, 21, 22, 0}, {9, 5, 6, 1}, {10, 5, 6, 0}}},
+      // Closes against its gap: above 1 + 5.6, below 29 - 5.6. The last two have no gap and no range.
+      {"qvIslandReversal",
+       qvIslandReversal,
+       {{9, 1, 7, 1}, {9, 1, 6.5, 0}, {29, 21, 23, -1}, {29, 21, 23.5, 0}, {29, 20, 21, 0}, {9, 9, 9, 0}}},
+      {"qvInsideBar", qvInsideBar, {{19, 11, 15, 1}, {20, 11, 15, 0}, {19, 10, 15, 0}}},
+      {"qvoutsidebar", qvOutsideBar, {{21, 9, 15, 1}, {20, 9, 15, 0}, {21, 10, 15, 0}}},
+      // Where both ends are beyond, the close decides.
+      {"qvKeyReversal",
+       qvKeyReversal,
+       {{15, 9, 16, 1}, {21, 15, 14, -1}, {21, 9, 16, 1}, {21, 9, 14, -1}, {21, 9, 15, 0}, {20, 10, 16, 0}}},
   };
-  for (const auto& c : cases) {
-    Array out;
-    const auto none = std::count(c.signals.begin(), c.signals.end(), 0.0);
-    EXPECT_EQ(qvFormationFill(&bars, &out, c.name, c.start, c.end), 5 - none) << c.name;
-    expectGives(0, out, c.signals, c.start);
+  for (const auto& [name, test, cases] : formations) {
+    for (const auto& [high, low, close, signal] : cases) {
+      SCOPED_TRACE(name + testing::PrintToString(close));
+      const Bars bars{{0, 20, 10, 15}, {0, high, low, close}};
+      Array out;
+      EXPECT_EQ(qvFormationFill(&bars, &out, name, 0, 1), signal != 0);
+      expectGives(0, out, {0, signal}, 0);
+      EXPECT_TRUE(!test || test(&bars, 1) == signal);
+    }
+    if (!test) continue;
+    Bars bars{{0, 20, 10, 15}, {0, 25, 5, 21}};
+    for (int i : {INT_MIN, -1, 0, 2, INT_MAX}) EXPECT_EQ(test(&bars, i), 0) << i;
+    EXPECT_EQ(test(nullptr, 1), -1);
+    qvFreeArray(&bars.close);
+    EXPECT_EQ(test(&bars, 1), test == qvOutsideBar ? 1 : 0);  // which does not read it
   }
 }
 
-TEST(FormationFill, AnUnknownNameLeavesTheOutputCleared) {
-  const Bars bars(kBars);
-  for (const char* name : {"", "qvGa", "qvGaps", "Gap"}) {
-    Array out{1, 2, 3, 4, 5};
-    EXPECT_EQ(qvFormationFill(&bars, &out, name, 0, 4), -1) << name;
-    EXPECT_EQ(out.items(), Items(5, 0.0)) << name;
+TEST(FormationFill, KeepsToItsRangeAndKnowsItsNames) {
+  const Bars bars{{0, 20, 10, 15}, {0, 9, 5, 6}, {0, 15, 10, 11}, {0, 14, 11, 12}};  // a gap down, then up
+  const struct {
+    int start, end, found;
+    Items signals;
+  } cases[] = {{INT_MIN, INT_MAX, 2, {0, -1, 1, 0}},
+               {2, 3, 1, {0, 0, 1, 0}},
+               {0, 1, 1, {0, -1, 0, 0}},
+               {3, 2, 0, Items(4, 0.0)},
+               {7, 9, 0, Items(4, 0.0)}};
+  Array out;
+  for (const auto& c : cases) {
+    EXPECT_EQ(qvFormationFill(&bars, &out, "qvGap", c.start, c.end), c.found);
+    expectGives(0, out, c.signals, std::max(c.start, 0));
   }
-  Array out{1, 2};
-  EXPECT_EQ(qvFormationFill(&bars, &out, nullptr, 0, 4), -1);
-  EXPECT_EQ(out.items(), (Items{1, 2}));
+  qvFormationFill(&bars, &out, "qvGap", 0, 3);
+  EXPECT_EQ(qvFormationFill(&bars, &out, nullptr, 0, 3), -1);
+  EXPECT_EQ(out[1], -1);
+  for (const char* name : {"", "qvGa", "qvGaps", "Gap"}) {
+    out.data[0] = 5;
+    EXPECT_EQ(qvFormationFill(&bars, &out, name, 0, 3), -1) << name;
+    EXPECT_EQ(out.items(), Items(4, 0.0)) << "cleared";
+  }
 }
 
 TEST(CrossOver, CountsATouchFromEitherSide) {
@@ -110,21 +89,20 @@ TEST(CrossOver, CountsATouchFromEitherSide) {
 }
 
 TEST(Turn, NeedsTwoMovesAndNoFlatPair) {
-  const Array a{3, 2, 4, 4, 1, 2, 1};
+  const Array a{3, 2, 4, 4, 1, 1, 2, 1};
   Array out;
-  expectGives(qvTurnFill(&a, &out, 0, 6), out, {0, 0, 1, 0, 0, 1, -1});  // 4 to 4 to 1 is no peak
-  for (int i = 0; i < 7; ++i) EXPECT_EQ(qvTurn(&a, i), out[i]) << i;
-  expectGives(qvTurnFill(&a, &out, 1, 5), out, {0, 0, 0, 0, 0, 1, 0}, 1);  // the end is inclusive
+  expectGives(qvTurnFill(&a, &out, 0, 7), out,
+              {0, 0, 1, 0, 0, 0, 0, -1});  // 4 4 1 is no peak, 1 1 2 no trough
+  for (int i = 0; i < 8; ++i) EXPECT_EQ(qvTurn(&a, i), out[i]) << i;
+  expectGives(qvTurnFill(&a, &out, 1, 7), out, {0, 0, 0, 0, 0, 0, 0, -1}, 1);
+  expectGives(qvTurnFill(&a, &out, 0, 6), out, {0, 0, 1, 0, 0, 0, 0, 0});  // the end is inclusive
 }
 
 TEST(CrossOverAndTurn, SignalNothingOutsideTheSeries) {
-  const Array a{1, 3, 2}, shorter{2, 2};
-  Array empty;
-  for (int i : {INT_MIN, -1, 0, 2, INT_MAX}) EXPECT_EQ(qvCrossOver(&a, &shorter, i), 0) << i;
-  EXPECT_EQ(qvCrossOver(&a, &shorter, 1), 1);
+  const Array a{1, 3, 2}, shorter{2, 2}, empty;
+  for (int i : {INT_MIN, -1, 2, INT_MAX}) EXPECT_EQ(qvCrossOver(&a, &shorter, i), 0) << i;
   EXPECT_EQ(qvCrossOver(&a, &empty, 1), 0);
-  for (int i : {INT_MIN, 0, 1, 3, INT_MAX}) EXPECT_EQ(qvTurn(&a, i), 0) << i;
-  EXPECT_EQ(qvTurn(&a, 2), -1);
+  for (int i : {INT_MIN, 3, INT_MAX}) EXPECT_EQ(qvTurn(&a, i), 0) << i;
   EXPECT_EQ(qvTurn(nullptr, 2), -1);
   EXPECT_EQ(qvCrossOver(&a, nullptr, 1), -1);
 }
