@@ -1,198 +1,77 @@
-// TeleChart files: reader, finder, lister.
+// TeleChart files: header and records, and the frequency that the dates tell.
 #include <gtest/gtest.h>
 
-#include "support/vendor_files.h"
+#include "support/vendor_formats.h"
 
 namespace {
 
 using namespace qvtest;
 
-constexpr double kMonday = 36528.0;  // 3 January 2000
-
-std::string bar(double date, double open, double high, double low, double close, double volume) {
-  return mbf(vendorDate(date)) + mbf(high) + mbf(low) + mbf(close) + mbf(volume) + mbf(open);
-}
-
-std::string header(const std::string& description) {
-  return record(48, {{0, padded(description, 22)}});
-}
-
-// Days `step` apart, with the closes 1, 2 ...
-std::string dataFile(int records, double step = 1.0, const std::string& description = "Acme Industries") {
-  std::string file = header(description);
-  for (int d = 0; d < records; ++d)
-    file += bar(kMonday + std::floor(d * step), d + 0.5, d + 2, -d, d + 1, 100 * d + 3);
+std::string dataFile(int records, double step, const std::string& description = "Acme Industries") {
+  std::string file = padded(description, 22) + gap(26);
+  for (int k = 0; k < records; ++k) {
+    file += mbf(vendorDate(kMonday + std::floor(k * step)));
+    for (const char field : {'H', 'L', 'C', 'V', 'O'}) file += mbf(valueOf(field, k));
+  }
   return file;
 }
 
-class TeleChart : public testing::Test {
- protected:
-  const ScratchDir dir;
-  const std::string path = dir.path();
-
-  int read(QvBars& bars, const char* name = "acme", int start = 0, int count = -1) const {
-    return qvTCread(&bars, path.c_str(), name, start, count);
-  }
+struct TeleChart : VendorTest {
+  TeleChart() : VendorTest(kFormat) {}
+  inline static const VendorFormat& kFormat = vendorFormat(
+      "TeleChart", "TC", qvTCread, qvTCfindrec, qvTClist, Files{}, "ACME.NDX", "DOHLCV",
+      [](int step) { return dataFile(6, step); }, "Acme Industries", 1);
 };
 
-TEST_F(TeleChart, ReadsBars) {
-  dir.write("ACME.NDX", dataFile(4));
-  dir.write("other", dataFile(1));
-  Bars bars;
-  ASSERT_EQ(read(bars), 0);
-  ASSERT_EQ(bars.barsize, 4);
-  for (int d = 0; d < 4; ++d)
-    EXPECT_EQ(barOf(bars, d),
-              (std::vector<double>{kMonday + d, d + 0.5, d + 2.0, -1.0 * d, d + 1.0, 100.0 * d + 3, 0}));
-  expectConsistent(bars);
-  for (const char* name : {"ACME.NDX", " acme.ndx ", "ACME \t"}) {
-    Bars again;
-    EXPECT_EQ(read(again, name), 0) << name;
-  }
-  for (const char* name : {"other", "ACME.", "none", "", "."}) {
-    Bars none;
-    EXPECT_EQ(read(none, name), -2) << name;
-  }
-}
-
-TEST_F(TeleChart, FillsTheBarInformation) {
-  std::filesystem::create_directory(dir / "my.dir");
-  dir.write("my.dir/LONGNAMEOFIT.NDX", dataFile(3, 7, std::string(22, 'd')));
-  Bars bars;
-  fillWithOldFile(bars, 5);
-  ASSERT_EQ(qvTCread(&bars, (dir / "my.dir").c_str(), "LongNameOfIt", 1, 0), 0);
-  EXPECT_EQ(bars.path, dir / "my.dir");
+TEST_F(TeleChart, FindsFilesByTheirNames) {
+  dir.write("LONGNAMEOFIT.NDX", dataFile(12, 1, std::string(22, 'd')));
+  dir.write("other", dataFile(1, 1));
+  ASSERT_EQ(read(" LongNameOfIt \t", 10, 1), 0);
   EXPECT_STREQ(bars.name, "LongNameOfIt.ND") << "fifteen characters";
   EXPECT_STREQ(bars.symbol, "LongNameOfIt");
   EXPECT_EQ(bars.description, std::string(22, 'd'));
-  EXPECT_STREQ(bars.cusip, "");
-  EXPECT_EQ(std::vector({bars.filetype, bars.frequency, bars.datatype, bars.optiontype, bars.reccnt}),
-            std::vector({5, 3, 0, 0, 3}));
-  EXPECT_EQ((std::vector{bars.begindate, bars.enddate, bars.deliverydate, bars.strikeprice}),
-            (std::vector<double>{kMonday, kMonday + 14, 0, 0}));
-  EXPECT_EQ(bars.barsize, 0);
-  dir.write("a.ndx", dataFile(12));
-  ASSERT_EQ(read(bars, "a", 10), 0);
   EXPECT_EQ(bars.begindate, kMonday + 10) << "of the first bar read";
   EXPECT_EQ(bars.enddate, kMonday + 11);
-  EXPECT_STREQ(bars.name, "a.NDX");
+  EXPECT_EQ(status("longnameofit.ndx"), 0);
+  for (const char* name : {"other", "LONGNAMEOFIT.", "."}) EXPECT_EQ(status(name), -2) << name;
 }
 
 TEST_F(TeleChart, TellsTheFrequencyByTheRecordsPerDay) {
   // Records in the 1000 days from the first date to the last.
-  for (const auto& [records, frequency] : {std::pair{1001, 1},
-                                           {1000, 2},
-                                           {661, 2},
-                                           {660, 3},
-                                           {131, 3},
-                                           {130, 4},
-                                           {31, 4},
-                                           {30, 5},
-                                           {10, 5},
-                                           {9, 6},
-                                           {3, 6},
-                                           {2, 0}}) {
-    dir.write("a.ndx", dataFile(records, 1000.0 / (records - 1)));
-    Bars bars;
-    ASSERT_EQ(read(bars, "a", 0, 0), 0);
+  const std::pair<int, int> frequencies[] = {{1001, 1}, {1000, 2}, {661, 2}, {660, 3}, {131, 3}, {130, 4},
+                                             {31, 4},   {30, 5},   {10, 5},  {9, 6},   {3, 6},   {2, 0}};
+  for (const auto& [records, frequency] : frequencies) {
+    dir.write("acme.ndx", dataFile(records, 1000.0 / (records - 1)));
+    ASSERT_EQ(read("acme", 0, 0), 0);
     ASSERT_EQ(bars.enddate - bars.begindate, 1000.0);
     EXPECT_EQ(bars.frequency, frequency) << records;
   }
-  dir.write("a.ndx", dataFile(50, 0));
-  Bars bars;
-  ASSERT_EQ(read(bars, "a", 0, 0), 0);
-  EXPECT_EQ(bars.frequency, 0) << "one day";
-  dir.write("a.ndx", dataFile(50, -1));
-  ASSERT_EQ(read(bars, "a", 0, 0), 0);
-  EXPECT_EQ(bars.frequency, 0) << "backwards";
-}
-
-TEST_F(TeleChart, TakesTheRecordRangeAndClearsTheOpenInterest) {
-  dir.write("ACME.NDX", dataFile(6));
-  const Read bars = [this](QvBars* b, int start, int count) { return read(*b, "acme", start, count); };
-  expectRecordRange(bars, false);
-  Bars used;
-  fillWithOldFile(used, 4);
-  ASSERT_EQ(read(used), 0);
-  EXPECT_EQ(itemsOf(used.openInterest), std::vector<double>(4, 0.0));
+  for (const int step : {0, -1}) {  // one day, backwards
+    dir.write("acme.ndx", dataFile(50, step));
+    ASSERT_EQ(read("acme", 0, 0), 0);
+    EXPECT_EQ(bars.frequency, 0) << step;
+  }
 }
 
 TEST_F(TeleChart, ReadsShortFiles) {
-  dir.write("a.ndx", dataFile(1));
-  Bars bars;
-  ASSERT_EQ(read(bars, "a"), 0);
-  EXPECT_EQ(bars.reccnt, 1);
-  EXPECT_EQ(bars.begindate, kMonday);
-  EXPECT_EQ(bars.enddate, kMonday);
-  dir.write("a.ndx", dataFile(0));
-  EXPECT_EQ(read(bars, "a"), -9);
-  ASSERT_EQ(read(bars, "a", -1, -1), 0);
-  EXPECT_EQ(bars.reccnt + bars.barsize, 0);
-  EXPECT_EQ(bars.enddate, 0.0);
-  dir.write("a.ndx", std::string(47, ' '));
-  EXPECT_EQ(read(bars, "a"), -4);
-  EXPECT_EQ(qvTCfindrec(path.c_str(), "a", kMonday, nullptr), -4);
-}
-
-TEST_F(TeleChart, FindsTheRecordOfADateOrTheNextOne) {
-  std::string file = header("x");
-  for (const int d : {0, 2, 3, 7}) file += bar(kMonday + d, 1, 1, 1, 1, 1);
-  dir.write("A.NDX", file + "rest");
-  const double m = kMonday;
-  expectFindings([this](double date, double* found) { return qvTCfindrec(path.c_str(), "a", date, found); },
-                 {{m, 0, m},
-                  {m + 1, 1, m + 2},
-                  {m + 3, 2, m + 3},
-                  {m + 3.5, 3, m + 7},
-                  {m + 7, 3, m + 7},
-                  {m - 1, -9, 0},
-                  {m + 7.5, -9, 0},
-                  {1e300, -9, 0},
-                  {kNaN, -9, 0}});
-  EXPECT_EQ(qvTCfindrec(path.c_str(), "none", m, nullptr), -2);
-  EXPECT_EQ(qvFILEfindrec("TC", path.c_str(), "a", m + 3, nullptr), 2);
+  for (const auto& [size, answer] : {std::pair{72, 0}, {48, -9}, {71, -9}, {47, -4}}) {
+    dir.write("ACME.NDX", dataFile(1, 1).substr(0, static_cast<std::size_t>(size)));
+    EXPECT_EQ(status(), answer) << size;
+    EXPECT_EQ(read("ACME", -1, -1), answer == -4 ? -4 : 0) << size;
+  }
 }
 
 TEST_F(TeleChart, ListsFilesInNameOrder) {
+  EXPECT_EQ(listed(), "");
   dir.write("b.ndx", dataFile(8, 1, "Beta"));
   dir.write("A.NDX", dataFile(3, 31));
   dir.write("c.NDX", "too short");
   dir.write("d.ttd", "");
-  EXPECT_EQ(qvFILElist("tc", path.c_str(), (dir / "list").c_str(), 0), 0);
-  EXPECT_EQ(linesOfListing(dir),
-            "A.NDX        A                Acme Industries                                  Monthly   "
-            "2000/01/03 2000/03/05\n"
-            "b.ndx        b                Beta                                             Intraday  "
-            "2000/01/03 2000/01/10\n"
-            "c.NDX        c                                                                 Unknown   "
-            "Unknown    Unknown\n");
-  EXPECT_EQ(qvTClist(path.c_str(), path.c_str(), 0), -2);
-  EXPECT_EQ(qvTClist((dir / "none").c_str(), (dir / "list").c_str(), 0), 0);
-  EXPECT_EQ(linesOfListing(dir), "");
-}
-
-TEST_F(TeleChart, SurvivesDamagedFilesAndBadArguments) {
-  dir.write("acme.ndx", dataFile(3));
-  withDamage(dir, "acme.ndx", [this] {
-    expectSurvives(
-        [&](QvBars* b, int start, int count) { return read(*b, "acme", start, count); },
-        [&](double date, double* found) { return qvTCfindrec(path.c_str(), "acme", date, found); });
-    std::filesystem::remove(dir / "list");
-    EXPECT_EQ(qvTClist(path.c_str(), (dir / "list").c_str(), 0), 0);
-  });
-  Bars bars;
-  expectAnswersExhaustedMemory("qvTCread", [&] { return read(bars); });
-  expectAnswersExhaustedMemory("qvTClist", [&] { return qvTClist(path.c_str(), (dir / "list").c_str(), 0); });
-  std::filesystem::create_directory(dir / "directory.NDX");
-  EXPECT_EQ(read(bars, "directory"), -2);
-  EXPECT_EQ(read(bars, std::string(5000, 'x').c_str()), -2);
-  EXPECT_EQ(qvTCread(nullptr, "", "a", 0, 1), -1);
-  EXPECT_EQ(qvTCread(&bars, nullptr, "a", 0, 1), -1);
-  EXPECT_EQ(qvTCread(&bars, "", nullptr, 0, 1), -1);
-  EXPECT_EQ(qvTCfindrec(nullptr, "a", 1, nullptr), -1);
-  EXPECT_EQ(qvTCfindrec("", nullptr, 1, nullptr), -1);
-  EXPECT_EQ(qvTClist(nullptr, "STDOUT", 0), -1);
-  EXPECT_EQ(qvTClist("", nullptr, 0), -1);
+  EXPECT_EQ(listed(), padded("A.NDX        A                Acme Industries", 79) +
+                          "Monthly   2000/01/03 2000/03/05\n" +
+                          padded("b.ndx        b                Beta", 79) +
+                          "Intraday  2000/01/03 2000/01/10\n" + padded("c.NDX        c", 79) +
+                          "Unknown   Unknown    Unknown\n");
 }
 
 }  // namespace

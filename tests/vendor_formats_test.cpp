@@ -1,0 +1,108 @@
+// What the readers of all vendor formats promise alike, over one directory of each.
+#include <gtest/gtest.h>
+
+#include "support/vendor_formats.h"
+
+namespace {
+
+using namespace qvtest;
+
+class EveryVendorFormat : public VendorTest, public testing::WithParamInterface<VendorFormat> {
+ protected:
+  EveryVendorFormat() : VendorTest(GetParam()) {
+    for (const auto& [name, bytes] : vendor.directory) dir.write(name, bytes);
+    dir.write(vendor.dataFile, vendor.data(1));
+  }
+  const Read reader = [this](QvBars* b, int start, int count) {
+    return vendor.read(b, path.c_str(), "ACME", start, count);
+  };
+};
+
+TEST_P(EveryVendorFormat, ReadsItsBars) {
+  expectBars(vendor.fields, 6);
+  ASSERT_EQ(qvFILEread(vendor.type, &bars, path.c_str(), "acme", 2, -1), 0);
+  EXPECT_EQ(barOf(bars, 3), expectedBar(vendor.fields, 5));
+}
+
+TEST_P(EveryVendorFormat, FillsTheBarInformation) {
+  Bars expected;
+  fillWithOldFile(bars, 3);
+  expected.reccnt = 6;
+  std::strcpy(expected.path, path.c_str());
+  std::strcpy(expected.name, vendor.dataFile);
+  std::strcpy(expected.description, vendor.description);
+  std::strcpy(expected.symbol, "ACME");
+  std::strcpy(expected.cusip, vendor.cusip);
+  expected.begindate = kMonday;
+  expected.enddate = kMonday + 5;
+  expected.filetype = qvFILEtype(vendor.type);
+  expected.frequency = vendor.frequency;
+  expected.datatype = vendor.dataType;
+  ASSERT_EQ(vendor.read(&bars, (" " + path + "\t").c_str(), "ACME", 1, 0), 0);
+  EXPECT_EQ(bars.barsize, 0);
+  EXPECT_EQ(infoBytes(bars), infoBytes(expected));
+}
+
+TEST_P(EveryVendorFormat, TakesTheRecordRange) {
+  expectRecordRange(reader);
+  dir.write(vendor.dataFile, vendor.data(1) + "rest");  // of a broken record
+  expectRecordRange(reader);
+}
+
+TEST_P(EveryVendorFormat, FindsTheRecordOfADateOrTheNextOne) {
+  dir.write(vendor.dataFile, vendor.data(3));
+  constexpr double m = kMonday;
+  const std::vector<Finding> findings = {
+      {m, 0, m},      {m + 1, 1, m + 3}, {m + 3, 1, m + 3}, {m + 10, 4, m + 12}, {m + 15, 5, m + 15},
+      {m - 1, -9, 0}, {m + 16, -9, 0},   {-1e300, -9, 0},   {1e300, -9, 0},      {kNaN, -9, 0}};
+  expectFindings(finder, findings);
+  EXPECT_EQ(qvFILEfindrec(vendor.type, path.c_str(), "acme", m + 8, nullptr), 3);
+}
+
+TEST_P(EveryVendorFormat, IsListed) {
+  const std::string line = padded(vendor.dataFile, 13) + padded("ACME", 17) + padded(vendor.description, 49) +
+                           (vendor.frequency == 1 ? "Intraday" : "Daily   ") + "  2000/01/03 2000/01/08\n";
+  const std::string once = listed();
+  EXPECT_TRUE(once.ends_with(line)) << once;
+  EXPECT_EQ(listed(), once);
+  EXPECT_EQ(qvFILElist(vendor.type, path.c_str(), list.c_str(), 1), 0);
+  EXPECT_TRUE(linesOfListing(dir).starts_with(once + "File Name "));
+  EXPECT_EQ(vendor.list(path.c_str(), path.c_str(), 0), -2);
+}
+
+TEST_P(EveryVendorFormat, AnswersWhatIsMissing) {
+  for (const std::string& name : {std::string("NONE"), std::string(""), std::string(5000, 'x')})
+    EXPECT_EQ(status(name.c_str()), vendor.directory.empty() ? -2 : -8);
+  std::filesystem::remove(dir / vendor.dataFile);
+  EXPECT_EQ(status(), -2);
+  std::filesystem::create_directory(dir / vendor.dataFile);
+  EXPECT_EQ(status(), -2);
+  EXPECT_EQ(bars.date.data, nullptr);
+  for (const int answer :
+       {vendor.read(nullptr, "", "a", 0, 1), vendor.read(&bars, nullptr, "a", 0, 1),
+        vendor.read(&bars, "", nullptr, 0, 1), vendor.find(nullptr, "a", 1, nullptr),
+        vendor.find("", nullptr, 1, nullptr), vendor.list(nullptr, "STDOUT", 0), vendor.list("", nullptr, 0)})
+    EXPECT_EQ(answer, -1);
+}
+
+TEST_P(EveryVendorFormat, SurvivesDamagedFiles) {
+  std::vector<std::string> names{vendor.dataFile};
+  for (const auto& [name, bytes] : vendor.directory) names.push_back(name);
+  for (const std::string& name : names)
+    withDamage(dir, name, [&] {
+      expectSurvives(reader, finder);
+      std::filesystem::remove(list);
+      EXPECT_GE(vendor.list(path.c_str(), list.c_str(), 0), -4);
+    });
+}
+
+TEST_P(EveryVendorFormat, AnswersExhaustedMemory) {
+  expectAnswersExhaustedMemory("read", [&] { return read(); });
+  expectAnswersExhaustedMemory("list", [&] { return vendor.list(path.c_str(), list.c_str(), 0); });
+  if (!vendor.directory.empty()) expectAnswersExhaustedMemory("find", [&] { return find(kMonday); });
+}
+
+INSTANTIATE_TEST_SUITE_P(, EveryVendorFormat, testing::ValuesIn(vendorFormats()),
+                         testing::PrintToStringParamName());
+
+}  // namespace
