@@ -20,25 +20,9 @@ enum FileType {
   kAIQ = 8,
 };
 
-enum Frequency {
-  kUnknownFrequency = 0,
-  kIntraday = 1,
-  kDaily = 2,
-  kWeekly = 3,
-  kMonthly = 4,
-  kQuarterly = 5,
-  kYearly = 6,
-};
-
-enum DataType {
-  kUnknownData = 0,
-  kBond = 1,
-  kCommodity = 2,
-  kMutualFund = 3,
-  kOption = 4,
-  kStock = 5,
-  kIndex = 6,
-};
+// Its other codes, from 0 on.
+enum Frequency { kUnknownFrequency, kIntraday, kDaily, kWeekly, kMonthly, kQuarterly, kYearly };
+enum DataType { kUnknownData, kBond, kCommodity, kMutualFund, kOption, kStock, kIndex };
 
 // The frequency of a file that does not tell it, by its records per calendar day. Unknown when the
 // first date is the last.
