@@ -55,11 +55,9 @@ int placeRecords(InputFile& file, const FieldOrder& order, RecordPlace& place) n
   return QV_OK;
 }
 
-// Reads a range of a security's records into `target`, a bar set or a series: describe(security,
-// records) before the first record, then store(decoder, i, record) for each.
-template <typename Target, typename Describe, typename Store>
-int readSecurity(Target& target, const char* directory, const char* name, int start, int count, int& stored,
-                 Describe describe, Store store) noexcept {
+// Finds the security that a name means and opens its data file: use(security, decoder, file, place).
+template <typename Use>
+int withSecurity(const char* directory, const char* name, Use use) noexcept {
   Security security;
   FieldOrder order;
   if (const int status = findSecurity(directory, name, security, order)) return status;
@@ -67,18 +65,30 @@ int readSecurity(Target& target, const char* directory, const char* name, int st
   if (!file.ok()) return QV_FILE_OPEN;
   RecordPlace place;
   if (const int status = placeRecords(file, order, place)) return status;
-  RecordReader records(file, place.recordSize);
-  if (!records.ok()) return QV_MALLOC;
-  if (const int status = recordRange(target, place.records, start, count)) return status;
+  return use(security, Decoder(order), file, place);
+}
 
-  describe(security, place.records);
-  stored = 0;
-  if (count == 0) return QV_OK;
-  if (!records.seek(place.first + start * static_cast<std::int64_t>(place.recordSize))) return QV_FILE_READ;
-  const Decoder decoder(order);
-  stored = records.read(std::min(count, place.records - start),
-                        [&](int i, const Byte* record) { store(decoder, i, record); });
-  return records.status();
+// Reads a range of a security's records into `target`, a bar set or a series: describe(security,
+// records) before the first record, then store(decoder, i, record) for each.
+template <typename Target, typename Describe, typename Store>
+int readSecurity(Target& target, const char* directory, const char* name, int start, int count, int& stored,
+                 Describe describe, Store store) noexcept {
+  return withSecurity(directory, name,
+                      [&](const Security& security, const Decoder& decoder, InputFile& file,
+                          const RecordPlace& place) -> int {
+                        RecordReader records(file, place.recordSize);
+                        if (!records.ok()) return QV_MALLOC;
+                        if (const int status = recordRange(target, place.records, start, count))
+                          return status;
+                        describe(security, place.records);
+                        stored = 0;
+                        if (count == 0) return QV_OK;
+                        if (!records.seek(place.first + start * static_cast<std::int64_t>(place.recordSize)))
+                          return QV_FILE_READ;
+                        stored = records.read(std::min(count, place.records - start),
+                                              [&](int i, const Byte* record) { store(decoder, i, record); });
+                        return records.status();
+                      });
 }
 
 }  // namespace
@@ -87,31 +97,26 @@ extern "C" {
 
 int QVCALL qvCTfindrec(const char* directory, const char* name, double date, double* foundDate) noexcept {
   if (!directory || !name) return QV_INVALID_PARM;
-  Security security;
-  FieldOrder order;
-  if (const int status = findSecurity(directory, name, security, order)) return status;
-  InputFile file(directory, security.dataFile);
-  if (!file.ok()) return QV_FILE_OPEN;
-  RecordPlace place;
-  if (const int status = placeRecords(file, order, place)) return status;
-
-  // Compared as the file holds dates and times, in one number: the date's, then six digits of the time.
-  constexpr double kTimeDigits = 1e6;
-  int year, month, day, hour, minute, second;
-  qvDateToYMD(date, &year, &month, &day, &hour, &minute, &second);
-  const Decoder decoder(order);
-  double wanted = ((year - 1900.0) * 10000 + month * 100 + day) * kTimeDigits;
-  if (decoder.has(kTime)) wanted += hour * 10000 + minute * 100 + second;
-  const auto dateTimeOf = [&](const Byte* record) {
-    // Splitting rounds the time up, which may give a second more than was stored: the record that reads
-    // as the very date number is the one that is meant.
-    if (decoder.dateTime(record) == date) return wanted;
-    return decoder.integer(record, kDate) * kTimeDigits + decoder.integer(record, kTime);
-  };
-  RecordBytes found;
-  const int number = findDate(file, place, wanted, dateTimeOf, found);
-  if (number >= 0 && foundDate) *foundDate = decoder.dateTime(found.bytes);
-  return number;
+  return withSecurity(
+      directory, name,
+      [&](const Security&, const Decoder& decoder, InputFile& file, const RecordPlace& place) {
+        // Compared as the file holds dates and times, in one number: the date's, then six digits of the time.
+        constexpr double kTimeDigits = 1e6;
+        int year, month, day, hour, minute, second;
+        qvDateToYMD(date, &year, &month, &day, &hour, &minute, &second);
+        double wanted = ((year - 1900.0) * 10000 + month * 100 + day) * kTimeDigits;
+        if (decoder.has(kTime)) wanted += hour * 10000 + minute * 100 + second;
+        const auto dateTimeOf = [&](const Byte* record) {
+          // Splitting rounds the time up, which may give a second more than was stored: the record that reads
+          // as the very date number is the one that is meant.
+          if (decoder.dateTime(record) == date) return wanted;
+          return decoder.integer(record, kDate) * kTimeDigits + decoder.integer(record, kTime);
+        };
+        RecordBytes found;
+        const int number = findDate(file, place, wanted, dateTimeOf, found);
+        if (number >= 0 && foundDate) *foundDate = decoder.dateTime(found.bytes);
+        return number;
+      });
 }
 
 int QVCALL qvCTread(QvBars* bars, const char* directory, const char* name, int start, int count) noexcept {
