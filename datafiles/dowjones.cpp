@@ -6,7 +6,6 @@
 #include "core/characters.h"
 #include "datafiles/bar_info.h"
 #include "datafiles/listing.h"
-#include "datafiles/record_range.h"
 #include "datafiles/record_reader.h"
 #include "platform/names.h"
 #include "qvlib60/datafiles.h"
@@ -159,59 +158,51 @@ int findSecurity(const char* directory, const char* name, Security& security, La
   return QV_OK;
 }
 
+// Finds the security that a name means and opens its data file: use(security, layout, file).
+template <typename Use>
+int withSecurity(const char* directory, const char* name, Use use) noexcept {
+  Security security;
+  Layout layout;
+  if (const int status = findSecurity(directory, name, security, layout)) return status;
+  InputFile file(directory, security.dataFile);
+  return file.ok() ? use(security, layout, file) : QV_FILE_OPEN;
+}
+
 }  // namespace
 
 extern "C" {
 
 int QVCALL qvDJfindrec(const char* directory, const char* name, double date, double* foundDate) noexcept {
   if (!directory || !name) return QV_INVALID_PARM;
-  Security security;
-  Layout layout;
-  if (const int status = findSecurity(directory, name, security, layout)) return status;
-  InputFile file(directory, security.dataFile);
-  if (!file.ok()) return QV_FILE_OPEN;
-  RecordBytes found;
-  const int number = findDate(file, {0, layout.size, security.records}, date, dateNumber, found);
-  if (number >= 0 && foundDate) *foundDate = dateNumber(found.bytes);
-  return number;
+  return withSecurity(directory, name, [&](const Security& security, const Layout& layout, InputFile& file) {
+    return findDate(file, {0, layout.size, security.records}, date, dateNumber, foundDate);
+  });
 }
 
 int QVCALL qvDJread(QvBars* bars, const char* directory, const char* name, int start, int count) noexcept {
   if (!bars || !directory || !name) return QV_INVALID_PARM;
-  Security security;
-  Layout layout;
-  if (const int status = findSecurity(directory, name, security, layout)) return status;
-  InputFile file(directory, security.dataFile);
-  if (!file.ok()) return QV_FILE_OPEN;
-  RecordReader records(file, layout.size);
-  if (!records.ok()) return QV_MALLOC;
-  if (const int status = recordRange(*bars, security.records, start, count)) return status;
-
-  QvBars info = newBarInfo(kDowJones, security.records, directory);
-  copyText(info.name, security.dataFile);
-  copyText(info.description, security.description);
-  copyText(info.symbol, security.symbol);
-  copyText(info.cusip, security.cusip);
-  info.begindate = security.firstDate;
-  info.enddate = security.lastDate;
-  info.frequency = security.frequency();
-  info.datatype = security.dataType();
-  qvCopyBarInfo(&info, bars);
-  qvReSizeBars(bars, 0);
-  if (count == 0) return QV_OK;
-
-  if (!records.seek(start * static_cast<std::int64_t>(layout.size))) return QV_FILE_SEEK;
-  const int stored = records.read(count, [&](int i, const Byte* record) {
-    bars->date.data[i] = dateNumber(record);
-    bars->open.data[i] = price(record, layout.open);
-    bars->high.data[i] = price(record, layout.high);
-    bars->low.data[i] = price(record, layout.low);
-    bars->close.data[i] = price(record, layout.close);
-    bars->volume.data[i] = quantity(record, layout.volume);
-    bars->openInterest.data[i] = quantity(record, layout.openInterest);
+  return withSecurity(directory, name, [&](const Security& security, const Layout& layout, InputFile& file) {
+    QvBars info = newBarInfo(kDowJones, security.records, directory);
+    copyText(info.name, security.dataFile);
+    copyText(info.description, security.description);
+    copyText(info.symbol, security.symbol);
+    copyText(info.cusip, security.cusip);
+    info.begindate = security.firstDate;
+    info.enddate = security.lastDate;
+    info.frequency = security.frequency();
+    info.datatype = security.dataType();
+    const auto store = [&](int i, const Byte* record) {
+      bars->date.data[i] = dateNumber(record);
+      bars->open.data[i] = price(record, layout.open);
+      bars->high.data[i] = price(record, layout.high);
+      bars->low.data[i] = price(record, layout.low);
+      bars->close.data[i] = price(record, layout.close);
+      bars->volume.data[i] = quantity(record, layout.volume);
+      bars->openInterest.data[i] = quantity(record, layout.openInterest);
+    };
+    const RecordPlace place = {0, layout.size, security.records};
+    return readBars(file, place, info, *bars, start, count, QV_FILE_SEEK, store);
   });
-  qvReSizeBars(bars, stored);
-  return records.status();
 }
 
 int QVCALL qvDJlist(const char* directory, const char* output, int append) noexcept {

@@ -5,7 +5,8 @@
 #include "core/memory.h"
 #include "datafiles/binary_fields.h"
 #include "datafiles/paths.h"
-#include "qvlib60/abi.h"
+#include "datafiles/record_range.h"
+#include "qvlib60/core.h"
 
 namespace qv::datafiles {
 
@@ -100,6 +101,33 @@ int findDate(InputFile& file, const RecordPlace& place, double date, DateOf date
   const bool afterLast = low >= place.records;
   const bool beforeFirst = low == 0 && dateOf(found.bytes) != date;  // also when it is not a number
   return afterLast || beforeFirst ? QV_RECORD_NOT_FOUND : low;
+}
+
+// The same for a finder whose dates are date numbers: *foundDate (may be null) receives that of the record.
+template <typename DateOf>
+int findDate(InputFile& file, const RecordPlace& place, double date, DateOf dateOf,
+             double* foundDate) noexcept {
+  RecordBytes found;
+  const int number = findDate(file, place, date, dateOf, found);
+  if (number >= 0 && foundDate) *foundDate = dateOf(found.bytes);
+  return number;
+}
+
+// Reads a range of a file's records into a bar set and gives it the bar information: store(i, record) for
+// each record, up to the end of the file, also beyond the records that `place` counts. A count of 0 fills
+// only the bar information. 0, what recordRange answers, `seekError`, -3 and -4.
+template <typename Store>
+int readBars(InputFile& file, const RecordPlace& place, const QvBars& info, QvBars& bars, int start,
+             int count, int seekError, Store store) noexcept {
+  RecordReader records(file, place.recordSize);
+  if (!records.ok()) return QV_MALLOC;
+  if (const int status = recordRange(bars, place.records, start, count)) return status;
+  qvCopyBarInfo(&info, &bars);
+  qvReSizeBars(&bars, 0);
+  if (count == 0) return QV_OK;
+  if (!records.seek(place.first + start * static_cast<std::int64_t>(place.recordSize))) return seekError;
+  qvReSizeBars(&bars, records.read(count, store));
+  return records.status();
 }
 
 }  // namespace qv::datafiles

@@ -1,7 +1,9 @@
 #include "datafiles/security_file.h"
 
+#include <algorithm>
 #include <cstdio>
 
+#include "core/numbers.h"
 #include "datafiles/listing.h"
 #include "datafiles/texts.h"
 #include "platform/platform.h"
@@ -15,35 +17,52 @@ SecurityName::SecurityName(const char* fileName, const char* extension) noexcept
   std::snprintf(file, sizeof file, "%.*s%s", static_cast<int>(name.size()), name.data(), added);
 }
 
+SecurityFile::SecurityFile(const char* directory, const char* fileName, const SecurityFormat& f) noexcept
+    : format(f), name(fileName, f.extension), file(directory, name.file), status_(QV_FILE_OPEN) {
+  if (!file.ok()) return;
+  const std::int64_t records =
+      file.size() / static_cast<std::int64_t>(f.recordSize) - static_cast<std::int64_t>(f.headerRecords);
+  place = {static_cast<std::int64_t>(f.headerRecords * f.recordSize), f.recordSize,
+           std::max(saturate(records), 0)};
+  status_ = file.read(header, f.headerSize) < f.headerSize ? QV_FILE_READ : QV_OK;
+}
+
+QvBars SecurityFile::newInfo(const char* directory) const noexcept {
+  QvBars info = newBarInfo(format.type, place.records, directory);
+  copyText(info.name, name.file);
+  copyText(info.symbol, name.symbol);
+  return info;
+}
+
 namespace {
 
 struct Context {
   const char* directory;
-  const char* extension;
+  const SecurityFormat& format;
   Describe describe;
   Listing* listing;
 };
 
 bool listFile(const char* fileName, void* context) noexcept {
   const auto& c = *static_cast<const Context*>(context);
-  const SecurityName name(fileName, c.extension);
+  SecurityFile security(c.directory, fileName, c.format);
   QvBars info{};
-  InputFile file(c.directory, name.file);
-  if (file.ok()) c.describe(file, name, info);
-  c.listing->add({name.file, name.symbol, info.description, info.frequency, info.begindate, info.enddate});
+  if (security.file.ok()) c.describe(security, info);
+  c.listing->add({security.name.file, security.name.symbol, info.description, info.frequency, info.begindate,
+                  info.enddate});
   return true;
 }
 
 }  // namespace
 
-int listSecurityFiles(const char* directory, const char* extension, const char* output, int append,
+int listSecurityFiles(const char* directory, const SecurityFormat& format, const char* output, int append,
                       Describe describe) noexcept {
   if (!directory || !output) return QV_INVALID_PARM;
   Listing listing(output, append);
   if (!listing.ok()) return QV_FILE_OPEN;
-  Context context{directory, extension, describe, &listing};
+  Context context{directory, format, describe, &listing};
   char pattern[8];
-  std::snprintf(pattern, sizeof pattern, "*%s", extension);
+  std::snprintf(pattern, sizeof pattern, "*%s", format.extension);
   if (const int status = platform::listFiles(joinPath(directory, "").text, pattern, listFile, &context))
     return status;
   return listing.finish();

@@ -3,8 +3,6 @@
 #include <cmath>
 
 #include "core/characters.h"
-#include "core/numbers.h"
-#include "datafiles/record_range.h"
 #include "datafiles/security_file.h"
 #include "qvlib60/datafiles.h"
 
@@ -12,23 +10,11 @@ namespace {
 
 using namespace qv::datafiles;
 
-constexpr char kExtension[] = ".TTD";
-constexpr std::size_t kRecordSize = 16;  // also of the header, which begins with the price-format code
+// The header has a record's size and begins with the price-format code.
+constexpr SecurityFormat kFormat = {kTechTools, ".TTD", 16, 1, 2};
 
 double dateNumber(const Byte* record) noexcept {
   return unsigned16(record);
-}
-
-RecordPlace placeOf(const InputFile& file) noexcept {
-  const std::int64_t records = file.size() / static_cast<std::int64_t>(kRecordSize) - 1;
-  return {kRecordSize, kRecordSize, std::max(qv::saturate(records), 0)};
-}
-
-int readPriceFormat(InputFile& file, int& code) noexcept {
-  Byte field[2];
-  if (file.read(field, sizeof field) < sizeof field) return QV_FILE_READ;
-  code = signed16(field);
-  return QV_OK;
 }
 
 // ---- Prices ---------------------------------------------------------------------------------------
@@ -124,40 +110,22 @@ extern "C" {
 
 int QVCALL qvTTfindrec(const char* directory, const char* fileName, double date, double* foundDate) noexcept {
   if (!directory || !fileName) return QV_INVALID_PARM;
-  InputFile file(directory, SecurityName(fileName, kExtension).file);
-  if (!file.ok()) return QV_FILE_OPEN;
-  int code;
-  if (const int status = readPriceFormat(file, code)) return status;
-  RecordBytes found;
-  const int number = findDate(file, placeOf(file), date, dateNumber, found);
-  if (number >= 0 && foundDate) *foundDate = dateNumber(found.bytes);
-  return number;
+  SecurityFile security(directory, fileName, kFormat);
+  if (security.status()) return security.status();
+  return findDate(security.file, security.place, date, dateNumber, foundDate);
 }
 
 int QVCALL qvTTread(QvBars* bars, const char* directory, const char* fileName, int start,
                     int count) noexcept {
   if (!bars || !directory || !fileName) return QV_INVALID_PARM;
-  const SecurityName name(fileName, kExtension);
-  InputFile file(directory, name.file);
-  if (!file.ok()) return QV_FILE_OPEN;
-  int code;
-  if (const int status = readPriceFormat(file, code)) return status;
-  const RecordPlace place = placeOf(file);
-  QvBars info = newBarInfo(kTechTools, place.records, directory);
-  copyText(info.name, name.file);
-  copyText(info.symbol, name.symbol);
+  SecurityFile security(directory, fileName, kFormat);
+  if (security.status()) return security.status();
+  QvBars info = security.newInfo(directory);
   copyText(info.description, textOf(info.symbol));
-  if (const int status = readDates(file, place, info, dateNumber)) return status;
-  RecordReader records(file, kRecordSize);
-  if (!records.ok()) return QV_MALLOC;
-  if (const int status = recordRange(*bars, place.records, start, count)) return status;
-
-  qvCopyBarInfo(&info, bars);
-  qvReSizeBars(bars, 0);
-  if (count == 0) return QV_OK;
-  if (!records.seek(place.first + start * static_cast<std::int64_t>(kRecordSize))) return QV_FILE_SEEK;
-  const PriceDecoder price{priceFormat(code), hasHalfTicks(name.file, code)};
-  const int stored = records.read(std::min(count, place.records - start), [&](int i, const Byte* record) {
+  if (const int status = readDates(security, info, dateNumber)) return status;
+  const int code = signed16(security.header);
+  const PriceDecoder price{priceFormat(code), hasHalfTicks(security.name.file, code)};
+  const auto store = [&](int i, const Byte* record) {
     bars->date.data[i] = dateNumber(record);
     bars->open.data[i] = price(record + 2);
     bars->high.data[i] = price(record + 4);
@@ -165,16 +133,15 @@ int QVCALL qvTTread(QvBars* bars, const char* directory, const char* fileName, i
     bars->close.data[i] = price(record + 8);
     bars->volume.data[i] = unsigned24(record + 10);
     bars->openInterest.data[i] = unsigned24(record + 13);
-  });
-  qvReSizeBars(bars, stored);
-  return records.status();
+  };
+  return readBars(security.file, security.place, info, *bars, start, count, QV_FILE_SEEK, store);
 }
 
 int QVCALL qvTTlist(const char* directory, const char* output, int append) noexcept {
-  return listSecurityFiles(directory, kExtension, output, append,
-                           [](InputFile& file, const SecurityName& name, QvBars& info) noexcept {
-                             copyText(info.description, name.symbol);
-                             readDates(file, placeOf(file), info, dateNumber);
+  return listSecurityFiles(directory, kFormat, output, append,
+                           [](SecurityFile& security, QvBars& info) noexcept {
+                             copyText(info.description, security.name.symbol);
+                             readDates(security, info, dateNumber);
                            });
 }
 
