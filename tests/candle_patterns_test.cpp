@@ -79,63 +79,38 @@ const Pattern kPatterns[] = {
 #undef ROW
 
 // Eight numbers per bar, the last bar first: colour, shape, top, bottom, open, high, low, close.
-struct Window {
-  std::vector<double> numbers;
-  explicit Window(int bars) : numbers(static_cast<std::size_t>(8 * bars), 1.0) {}
-
-  double term(char letter, int k) const {
-    const double* bar = &numbers[static_cast<std::size_t>(8 * k)];
-    const double open = bar[4], close = bar[7];
-    switch (letter) {
-      case 'M':
-        return (open + close) / 2;
-      case 'T':
-        return open != open ? open : std::max(close, open);
-      case 'B':
-        return open != open ? open : std::min(close, open);
-      default:
-        return bar[std::string("cstbOHLC").find(letter)];
-    }
-  }
-};
+using Window = std::vector<double>;
 
 // "O1", "2" or a difference of two terms, read from the front of the text.
-double readTerm(std::istringstream& text, const Window& w) {
-  const char c = static_cast<char>(text.get());
-  return c >= '0' && c <= '9' ? c - '0' : w.term(c, text.get() - '0');
+double readTerm(const char*& text, const Window& w) {
+  const char c = *text++;
+  if (c >= '0' && c <= '9') return c - '0';
+  const double* bar = &w[static_cast<std::size_t>(8 * (*text++ - '0'))];
+  const double open = bar[4], close = bar[7];
+  if (c == 'M') return (open + close) / 2;
+  if (c != 'T' && c != 'B') return bar[std::string("cstbOHLC").find(c)];
+  return open != open ? open : c == 'T' ? std::max(close, open) : std::min(close, open);
 }
-double readDifference(std::istringstream& text, const Window& w) {
+double readDifference(const char*& text, const Window& w) {
   const double a = readTerm(text, w);
-  if (text.peek() != '-') return a;
-  text.get();
-  return a - readTerm(text, w);
+  return *text == '-' ? a - readTerm(++text, w) : a;
 }
 
 bool holds(const std::string& condition, const Window& w) {
-  std::istringstream text(condition);
-  bool any = false, all = true;
-  for (;;) {
+  bool all = true;
+  for (const char* text = condition.c_str();; ++text) {
     const double a = readDifference(text, w);
-    const int op = text.get();
+    const char op = *text++;
     const double b = readDifference(text, w);
     all = all && (op == '='   ? a == b
                   : op == '!' ? a != b
                   : op == '<' ? a < b
                   : op == '>' ? a > b
                               : a * 0.005 > std::fabs(a - b));
-    const int next = text.get();
-    if (next == '&') continue;
-    any = any || all;
+    if (*text == '&') continue;
+    if (all || *text != '|') return all;
     all = true;
-    if (next != '|') return any;
   }
-}
-
-std::vector<std::string> split(const char* conditions) {
-  std::istringstream text(conditions);
-  std::vector<std::string> parts;
-  for (std::string part; text >> part;) parts.push_back(part);
-  return parts;
 }
 
 const std::vector<double>& valuesOf(std::size_t number) {
@@ -145,34 +120,6 @@ const std::vector<double>& valuesOf(std::size_t number) {
   return field == 0 ? colours : field == 1 ? shapes : field < 4 ? shadows : prices;
 }
 
-// Changes one number at a time, to the value that leaves the fewest conditions other than wanted
-// (`broken` false, all others true). False when no such window is found.
-bool search(const std::vector<std::string>& conditions, std::size_t broken, Window& w, std::mt19937& random) {
-  const auto faults = [&] {
-    int n = 0;
-    for (std::size_t k = 0; k < conditions.size(); ++k) n += holds(conditions[k], w) == (k == broken);
-    return n;
-  };
-  const auto pick = [&](const std::vector<double>& values) { return values[random() % values.size()]; };
-  for (int restart = 0; restart < 40; ++restart) {
-    for (std::size_t v = 0; v < w.numbers.size(); ++v) w.numbers[v] = pick(valuesOf(v));
-    int now = faults();
-    for (int step = 0; step < 400 && now; ++step) {
-      const std::size_t v = random() % w.numbers.size();
-      const double before = w.numbers[v];
-      w.numbers[v] = pick(valuesOf(v));
-      const int then = faults();
-      if (then > now) {
-        w.numbers[v] = before;
-      } else {
-        now = then;
-      }
-    }
-    if (!now) return true;
-  }
-  return false;
-}
-
 // The window as bars and candles of its own, the oldest bar at index 0.
 struct Laid {
   Bars bars;
@@ -180,118 +127,107 @@ struct Laid {
   int last;
   explicit Laid(const Window& w) : bars(laid(w)), candles(bars), last(bars.barsize - 1) {
     for (int i = 0; i <= last; ++i) {
-      const double* x = &w.numbers[static_cast<std::size_t>(8 * (last - i))];
+      const double* x = &w[static_cast<std::size_t>(8 * (last - i))];
       const auto field = [](double v) { return static_cast<std::int8_t>(v); };
       candles.records[i] = {field(x[0]), field(x[1]), field(x[2]), field(x[3])};
     }
   }
   static std::vector<Bar> laid(const Window& w) {
     std::vector<Bar> bars;
-    for (std::size_t at = w.numbers.size(); at > 0; at -= 8)
-      bars.push_back({w.numbers[at - 4], w.numbers[at - 3], w.numbers[at - 2], w.numbers[at - 1]});
+    for (std::size_t at = w.size(); at > 0; at -= 8)
+      bars.push_back({w[at - 4], w[at - 3], w[at - 2], w[at - 1]});
     return bars;
   }
 };
 
-void PrintTo(const Pattern& row, std::ostream* os) {
-  *os << row.name;
-}
-
 class EveryPattern : public testing::TestWithParam<Pattern> {
  protected:
   const Pattern& row = GetParam();
-  const std::vector<std::string> conditions = split(row.conditions);
+  std::vector<std::string> conditions;
   std::mt19937 random{42};
+  Window w = Window(static_cast<std::size_t>(8 * row.bars));
 
-  bool expected(const Window& w) const {
-    return std::all_of(conditions.begin(), conditions.end(), [&](const auto& c) { return holds(c, w); });
+  EveryPattern() {
+    std::istringstream text(row.conditions);
+    for (std::string part; text >> part;) conditions.push_back(part);
   }
-  void expectAsDefined(const Window& w, const std::string& what) const {
+  // How many conditions are not as wanted: `broken` false, all others true.
+  std::size_t faults(std::size_t broken) const {
+    std::size_t n = 0;
+    for (std::size_t k = 0; k < conditions.size(); ++k) n += holds(conditions[k], w) == (k == broken);
+    return n;
+  }
+  // Changes one number at a time, to a value that leaves no more faults. False when faults remain.
+  bool search(std::size_t broken) {
+    const auto draw = [&](std::size_t v) { return w[v] = valuesOf(v)[random() % valuesOf(v).size()]; };
+    for (int restart = 0; restart < 40; ++restart) {
+      for (std::size_t v = 0; v < w.size(); ++v) draw(v);
+      std::size_t now = faults(broken);
+      for (int step = 0; step < 400 && now; ++step) {
+        const std::size_t v = random() % w.size();
+        const double before = w[v];
+        draw(v);
+        const std::size_t then = faults(broken);
+        if (then > now) w[v] = before;
+        now = std::min(now, then);
+      }
+      if (!now) return true;
+    }
+    return false;
+  }
+  void expectAsDefined(const std::string& what) const {
     const Laid l(w);
-    ASSERT_EQ(row.test(&l.bars, &l.candles, l.last), expected(w) ? 1 : 0) << what;
+    ASSERT_EQ(row.test(&l.bars, &l.candles, l.last), faults(conditions.size()) ? 0 : 1) << what;
   }
 };
 
 TEST_P(EveryPattern, HoldsExactlyWhenAllItsConditionsDo) {
-  Window w(row.bars);
   for (std::size_t broken = 0; broken <= conditions.size(); ++broken) {
-    const bool none = broken == conditions.size();
-    const std::string what = none ? "a match" : "without " + conditions[broken];
-    const bool found = search(conditions, broken, w, random);
-    ASSERT_EQ(found, none || conditions[broken].back() != '\'') << what;
+    const std::string what = broken < conditions.size() ? conditions[broken] : "none";
+    const bool found = search(broken);
+    ASSERT_EQ(found, what.back() != '\'') << what;
     if (!found) continue;
-    ASSERT_EQ(expected(w), none);
-    expectAsDefined(w, what);
-    for (std::size_t v = 0; v < w.numbers.size(); ++v) {
-      Window changed = w;
-      for (double value : valuesOf(v)) {
-        changed.numbers[v] = value;
-        expectAsDefined(changed, what + ", number " + std::to_string(v) + " = " + std::to_string(value));
+    for (std::size_t v = 0; v < w.size(); ++v) {
+      const double before = w[v];
+      std::vector<double> values = valuesOf(v);
+      // The last bit of a price decides.
+      if (v % 8 >= 4)
+        values.insert(values.end(), {std::nextafter(before, 0), std::nextafter(before, kInf), kNaN});
+      for (double value : values) {
+        w[v] = value;
+        expectAsDefined(what + " broken, number " + std::to_string(v) + " = " + std::to_string(value));
       }
-      if (v % 8 < 4) continue;
-      for (double towards : {-kInf, kInf}) {  // the last bit of a price decides
-        changed.numbers[v] = std::nextafter(w.numbers[v], towards);
-        expectAsDefined(changed, what + ", number " + std::to_string(v) + " a bit away");
-      }
-      changed.numbers[v] = kNaN;
-      expectAsDefined(changed, what + ", not a number");
+      w[v] = before;
     }
   }
 }
 
 TEST_P(EveryPattern, IsZeroWhereABarOrAnArgumentIsMissing) {
-  Window w(row.bars);
-  ASSERT_TRUE(search(conditions, conditions.size(), w, random));
+  ASSERT_TRUE(search(conditions.size()));
   const Laid whole(w);
-  ASSERT_EQ(row.test(&whole.bars, &whole.candles, whole.last), 1);
-  for (int i : {INT_MIN, -1, whole.last + 1, INT_MAX}) EXPECT_EQ(row.test(&whole.bars, &whole.candles, i), 0);
-  for (int i = 0; i < whole.last; ++i) EXPECT_EQ(row.test(&whole.bars, &whole.candles, i), 0) << i;
-  if (row.bars > 1) {
-    w.numbers.resize(w.numbers.size() - 8);  // without its oldest bar
-    const Laid cut(w);
-    EXPECT_EQ(row.test(&cut.bars, &cut.candles, cut.last), 0);
-    EXPECT_EQ(row.test(&whole.bars, &cut.candles, whole.last), 0) << "fewer candles than bars";
-    EXPECT_EQ(row.test(&cut.bars, &whole.candles, whole.last), 0) << "fewer bars than candles";
-  }
   const QvCandles noCandles{};
   const QvBars noBars{};
-  EXPECT_EQ(row.test(&whole.bars, nullptr, whole.last), 0);
-  EXPECT_EQ(row.test(nullptr, &whole.candles, whole.last), 0);
-  EXPECT_EQ(row.test(&whole.bars, &noCandles, whole.last), 0);
-  EXPECT_EQ(row.test(&noBars, &whole.candles, whole.last), 0);
-}
-
-// From prices to signals: coarse prices have ties, gaps and dojis in plenty.
-TEST_P(EveryPattern, IsFoundByNameInASeries) {
-  std::vector<Bar> data = walkBars(1200, 9);
-  for (Bar& b : data)
-    for (double* price : {&b.open, &b.high, &b.low, &b.close}) *price = std::round(*price * 2) / 2;
-  const std::vector<std::vector<int>> fields = naiveCandles(data);
-  std::vector<double> signals(data.size(), 0.0);
-  int count = 0;
-  Window w(row.bars);
-  for (std::size_t i = static_cast<std::size_t>(row.bars) - 1; i < data.size(); ++i) {
-    for (std::size_t k = 0; k < static_cast<std::size_t>(row.bars); ++k) {
-      const Bar& b = data[i - k];
-      const std::vector<int>& c = fields[i - k];
-      const double numbers[] = {1.0 * c[0], 1.0 * c[1], 1.0 * c[2], 1.0 * c[3],
-                                b.open,     b.high,     b.low,      b.close};
-      std::copy(std::begin(numbers), std::end(numbers), &w.numbers[8 * k]);
-    }
-    signals[i] = expected(w);
-    count += expected(w);
-  }
-  const Bars bars(data);
-  const Candles candles(bars);
-  Array out;
-  ASSERT_EQ(qvCandleFill(&bars, &candles, &out, row.name, 0, bars.barsize), count);
-  EXPECT_EQ(out.items(), signals);
+  ASSERT_EQ(row.test(&whole.bars, &whole.candles, whole.last), 1);
+  for (int i : {INT_MIN, -1, whole.last - 1, whole.last + 1, INT_MAX})
+    EXPECT_EQ(row.test(&whole.bars, &whole.candles, i), 0);
+  for (const QvCandles* none : {static_cast<const QvCandles*>(nullptr), &noCandles})
+    EXPECT_EQ(row.test(&whole.bars, none, whole.last), 0);
+  for (const QvBars* none : {static_cast<const QvBars*>(nullptr), &noBars})
+    EXPECT_EQ(row.test(none, &whole.candles, whole.last), 0);
+  if (row.bars == 1) return;
+  w.resize(w.size() - 8);  // without its oldest bar
+  const Laid cut(w);
+  EXPECT_EQ(row.test(&cut.bars, &cut.candles, cut.last), 0);
+  EXPECT_EQ(row.test(&whole.bars, &cut.candles, whole.last), 0) << "fewer candles than bars";
+  EXPECT_EQ(row.test(&cut.bars, &whole.candles, whole.last), 0) << "fewer bars than candles";
 }
 
 TEST(CandlePatterns, AreListedInTheOrderOfTheTable) {
   ASSERT_EQ(qv::candlePatterns.size(), std::size(kPatterns));
-  for (std::size_t k = 0; k < std::size(kPatterns); ++k)
-    EXPECT_STREQ(qv::candlePatterns[k].name, kPatterns[k].name) << k;
+  for (std::size_t k = 0; k < std::size(kPatterns); ++k) {
+    EXPECT_STREQ(qv::candlePatterns[k].name, kPatterns[k].name);
+    EXPECT_EQ(qv::candlePatterns[k].endsAt, kPatterns[k].test) << kPatterns[k].name;
+  }
 }
 
 INSTANTIATE_TEST_SUITE_P(Table, EveryPattern, testing::ValuesIn(kPatterns),

@@ -13,7 +13,6 @@ namespace qvtest {
 namespace {
 
 using Convert = decltype(&qvBars2PNF);
-constexpr Convert kForms[] = {qvBars2PNF, qvBars2PNFhilo};
 
 std::vector<Bar> closes(const std::vector<double>& prices) {
   std::vector<Bar> bars;
@@ -24,8 +23,10 @@ std::vector<Bar> closes(const std::vector<double>& prices) {
 // Column c as open, high, low, close, boxes, direction, date.
 using Column = std::vector<double>;
 Column columnAt(const QvBars& b, int c) {
-  return {b.open.data[c],   b.high.data[c],         b.low.data[c], b.close.data[c],
-          b.volume.data[c], b.openInterest.data[c], b.date.data[c]};
+  Column column;
+  for (const QvArray* a : {&b.open, &b.high, &b.low, &b.close, &b.volume, &b.openInterest, &b.date})
+    column.push_back(a->data[c]);
+  return column;
 }
 
 void expectChart(Convert convert, const std::vector<Bar>& data, double reversal, int start,
@@ -34,8 +35,9 @@ void expectChart(Convert convert, const std::vector<Bar>& data, double reversal,
   Bars columns;
   Array index;
   expectGives(convert(&bars, &columns, &index, 1, reversal, start), index, columnOf);
-  ASSERT_EQ(columns.barsize, static_cast<int>(wanted.size()));
-  for (int c = 0; const Column& column : wanted) EXPECT_EQ(columnAt(columns, c++), column);
+  std::vector<Column> got;
+  for (int c = 0; c < columns.barsize; ++c) got.push_back(columnAt(columns, c));
+  EXPECT_EQ(got, wanted);
 }
 
 TEST(PointAndFigure, ByClosesFollowsItsRules) {
@@ -62,12 +64,9 @@ TEST(PointAndFigure, ByClosesFollowsItsRules) {
 }
 
 TEST(PointAndFigure, ByHighsAndLowsOneBarMayExtendAndReverse) {
-  std::vector<Bar> data = closes(Items(7, 10.0));
-  const Items highs{10.5, 10.75, 10.875, 12, 10.5, 11.5, 11}, lows{9.5, 9.25, 9.125, 8, 7, 9, 8.5};
-  for (std::size_t i = 0; i < data.size(); ++i) {
-    data[i].high = highs[i];
-    data[i].low = lows[i];
-  }
+  const double highs[] = {10.5, 10.75, 10.875, 12, 10.5, 11.5, 11}, lows[] = {9.5, 9.25, 9.125, 8, 7, 9, 8.5};
+  std::vector<Bar> data;
+  for (int i = 0; i < 7; ++i) data.push_back({10, highs[i], lows[i], 10, 0, 0, 1000.0 + i});
   // Bar 3 is a box or more away both ways: upward counts. It takes the column to 12 and is three
   // boxes below that; bar 4 falls to 7 and is three boxes above that; bar 6 is three below 11.5.
   expectChart(qvBars2PNFhilo, data, 3, 0, {0, 0, 0, 1, 2, 2, 3},
@@ -78,191 +77,122 @@ TEST(PointAndFigure, ByHighsAndLowsOneBarMayExtendAndReverse) {
 }
 
 TEST(PointAndFigure, ReversalsAreMeasuredFromTheExtremeByClosesAndFromThePriceByHighsAndLows) {
-  // In doubles 2.5 - 2.2 is a hair below 3 * 0.1, but 2.5 - 3 * 0.1 is 2.2.
-  const Bars bars(closes({2.25, 2.25, 2.375, 2.5, 2.2}));
-  Bars columns, byRange;
-  Array index, rangeIndex;
-  expectGives(qvBars2PNF(&bars, &columns, &index, 0.1, 3, 0), index, {0, 0, 0, 0, 0});
-  expectGives(qvBars2PNFhilo(&bars, &byRange, &rangeIndex, 0.1, 3, 0), rangeIndex, {0, 0, 0, 0, 1});
-}
-
-TEST(PointAndFigure, ColumnsAlternateAndBeginABoxFromTheLast) {
-  const Bars bars(walkBars(3000));
-  for (Convert convert : kForms) {
-    Bars columns;
-    Array columnOf;
-    ASSERT_EQ(convert(&bars, &columns, &columnOf, 0.5, 3, 5), 0);
-    ASSERT_EQ(columns.datasize, 3000);
-    ASSERT_EQ(columnOf.size, 3000);
-    EXPECT_GT(columns.barsize, 50);
-    EXPECT_EQ(columnOf[2999], columns.barsize - 1);
-    for (int c = 1; c < columns.barsize; ++c) {
-      const Column now = columnAt(columns, c), before = columnAt(columns, c - 1);
-      const bool rises = now[5] > 0;
-      ASSERT_EQ(now[5], -before[5]);
-      ASSERT_EQ(now[0], rises ? before[2] + 0.5 : before[1] - 0.5);
-      ASSERT_EQ(now[0], rises ? now[2] : now[1]);
-      ASSERT_EQ(now[3], rises ? now[1] : now[2]);
-      ASSERT_GE(now[1] - now[2], 1.0) << "two boxes at least: three back, less the one that it begins with";
-    }
-    for (int i = 1; i < 3000; ++i) {
-      const int c = static_cast<int>(columnOf[i]);
-      ASSERT_TRUE(columnOf[i] == columnOf[i - 1] ||
-                  (columnOf[i] == columnOf[i - 1] + 1 && columns.date.data[c] == bars.date.data[i]));
-    }
-  }
-}
-
-TEST(PointAndFigure, APriceThatNeverMovesABoxIsRefusedWithTheOutputsAllocated) {
-  const Bars flat(closes(std::vector<double>(20, 7.0))), walk(walkBars(20));
-  for (Convert convert : kForms) {
-    Bars columns, none, late;
-    Array columnOf, noneOf, lateOf;
-    EXPECT_EQ(convert(&flat, &columns, &columnOf, 1, 3, 0), -1);
-    EXPECT_EQ(columns.barsize, 20);
-    EXPECT_EQ(columnOf.items(), std::vector<double>(20, 0.0));
-    EXPECT_EQ(convert(&walk, &none, &noneOf, kInf, 3, 0), -1);
-    EXPECT_EQ(convert(&walk, &late, &lateOf, 0.01, 3, 18), -1) << "no bar after the first of column 0";
-    EXPECT_EQ(late.date.data[0], walk.date.data[19]);
+  // In doubles 2.5 - 2.2 is a hair below 3 * 0.1, but 2.5 - 3 * 0.1 is 2.2. Upwards the same from -2.5.
+  for (const double sign : {1.0, -1.0}) {
+    Items prices{2.25, 2.25, 2.375, 2.5, 2.2};
+    for (double& p : prices) p *= sign;
+    const Bars bars(closes(prices));
+    Bars columns, byRange;
+    Array index, rangeIndex;
+    expectGives(qvBars2PNF(&bars, &columns, &index, 0.1, 3, 0), index, {0, 0, 0, 0, 0});
+    expectGives(qvBars2PNFhilo(&bars, &byRange, &rangeIndex, 0.1, 3, 0), rangeIndex, {0, 0, 0, 0, 1});
   }
 }
 
 TEST(PointAndFigure, SurvivesAnyArgument) {
-  const Bars bars(walkBars(60));
-  Bars wild(walkBars(60));
+  Bars bars(walkBars(60)), wild(walkBars(60)), lacking(walkBars(30));
   for (int i = 0; i < 60; i += 3) {
     wild.close.data[i] = wild.low.data[i] = kNaN;
     wild.high.data[i] = i % 2 ? kInf : -kInf;
   }
-  for (Convert convert : kForms)
-    for (double box : {0.0, -1.0, -kInf, kNaN, 5e-324, 1e-9, 1.0, 1e308})
-      for (double reversal : {-kInf, -1.0, 0.0, 5e-324, 1.0, 1e308, kInf, kNaN})
-        for (int start : {INT_MIN, -1, 0, 57, 58, 59, 60, INT_MAX}) {
-          Bars columns, wildColumns, zero;
-          Array columnOf, wildColumnOf, zeroOf;
-          const int status = convert(&bars, &columns, &columnOf, box, reversal, start);
-          ASSERT_TRUE(status == -1 || (status == 0 && box > 0 && start <= 57));
-          ASSERT_LE(columns.barsize, 60);
-          ASSERT_TRUE(box > 0 || !(columns.date.data || columnOf.data));
-          ASSERT_GE(convert(&wild, &wildColumns, &wildColumnOf, box, reversal, start), -1);
-          if (start >= 0) continue;  // counts as 0
-          ASSERT_EQ(convert(&bars, &zero, &zeroOf, box, reversal, 0), status);
-          ASSERT_EQ(zeroOf.items(), columnOf.items());
-        }
-}
-
-TEST(PointAndFigure, RefusesMissingAndSharedRecords) {
-  for (Convert convert : kForms) {
-    Bars bars(walkBars(30)), columns, lacking(walkBars(30));
-    Array columnOf;
-    const QvBars empty{};
-    qvFreeArray(&lacking.close);
-    for (const QvBars* in :
-         {static_cast<const QvBars*>(nullptr), &empty, static_cast<const QvBars*>(&lacking)})
-      EXPECT_EQ(convert(in, &columns, &columnOf, 1, 3, 0), -1);
-    for (QvBars* out : {static_cast<QvBars*>(nullptr), static_cast<QvBars*>(&bars)})
-      EXPECT_EQ(convert(&bars, out, &columnOf, 1, 3, 0), -1);
-    for (QvArray* out : {static_cast<QvArray*>(nullptr), &bars.volume, &columns.date})
-      EXPECT_EQ(convert(&bars, &columns, out, 1, 3, 0), -1);
-    EXPECT_EQ(columns.date.data, nullptr) << "nothing written";
-    EXPECT_EQ(bars.barsize, 30);
-  }
-}
-
-TEST(PointAndFigure, SurvivesTheFailureOfEachAllocation) {
-  const Bars bars(walkBars(30));
-  for (Convert convert : kForms) {
+  qvFreeArray(&lacking.close);
+  const Bars flat(closes(Items(20, 7.0)));
+  const QvBars empty{};
+  for (Convert convert : {qvBars2PNF, qvBars2PNFhilo}) {
     Bars columns;
     Array columnOf;
+    for (const QvBars* in : std::initializer_list<const QvBars*>{nullptr, &empty, &lacking})
+      EXPECT_EQ(convert(in, &columns, &columnOf, 1, 3, 0), -1);
+    for (QvBars* out : std::initializer_list<QvBars*>{nullptr, &bars})
+      EXPECT_EQ(convert(&bars, out, &columnOf, 1, 3, 0), -1);
+    for (QvArray* out : std::initializer_list<QvArray*>{nullptr, &bars.volume, &columns.date})
+      EXPECT_EQ(convert(&bars, &columns, out, 1, 3, 0), -1);
+    for (double box : {0.0, -kInf, kNaN}) EXPECT_EQ(convert(&bars, &columns, &columnOf, box, 3, 0), -1);
+    EXPECT_FALSE(columns.date.data || columnOf.data) << "nothing written";
     expectAnswersExhaustedMemory("columns", [&] {
       const int status = convert(&bars, &columns, &columnOf, 0.5, 1, 0);
       EXPECT_TRUE(status == 0 || !(columns.date.data || columnOf.data));
       return status;
     });
+    for (double box : {5e-324, 1e-9, 1.0, 1e308})
+      for (double reversal : {-kInf, -1.0, 0.0, 5e-324, 1.0, 1e308, kInf, kNaN})
+        for (int start : {INT_MIN, -1, 57, 58, 60, INT_MAX}) {
+          Bars out, wildOut, zero;
+          Array index, wildIndex, zeroIndex;
+          const int status = convert(&bars, &out, &index, box, reversal, start);
+          ASSERT_TRUE(status == -1 || (status == 0 && start <= 57));
+          ASSERT_GE(convert(&wild, &wildOut, &wildIndex, box, reversal, start), -1);
+          if (start >= 0) continue;  // counts as 0
+          ASSERT_EQ(convert(&bars, &zero, &zeroIndex, box, reversal, 0), status);
+          ASSERT_EQ(zeroIndex.items(), index.items());
+        }
+    // A price that never moves a box; no bar after the first of column 0.
+    Bars still, late;
+    EXPECT_EQ(convert(&flat, &still, &columnOf, 1, 3, 0), -1);
+    EXPECT_EQ(still.barsize, 20) << "allocated";
+    EXPECT_EQ(convert(&bars, &late, &columnOf, 0.01, 3, 58), -1);
+    EXPECT_EQ(late.date.data[0], bars.date.data[59]);
   }
-}
-
-// Three columns: X from 11 to 13, O from 12 to 10, X from 11 to 11.95.
-Bars& threeColumns() {
-  static Bars b{{0, 13, 11, 13, 3, 1}, {12, 12, 10, 10, 3, -1}, {11, 11.95, 11, 11.95, 0, 1}};
-  return b;
 }
 
 TEST(PointAndFigureChart, DrawsLevelsToWithinATenthOfABox) {
   const ScratchDir dir;
-  ASSERT_EQ(qvPNFchart(&threeColumns(), 1, (dir / "chart.txt").c_str(), 0), 0);
+  const std::string path = dir / "chart.txt";
+  // X from 11 to 13, O from 12 to 10, X from 11 to 11.95.
+  const Bars columns{{0, 13, 11, 13, 3, 1}, {12, 12, 10, 10, 3, -1}, {11, 11.95, 11, 11.95, 0, 1}};
   const std::string chart = "\n   13.000 X  \n   12.000 XOX\n   11.000 XOX\n   10.000  O ";
-  EXPECT_EQ(dir.read("chart.txt"), chart);
-  ASSERT_EQ(qvPNFchart(&threeColumns(), 1, (dir / "chart.txt").c_str(), 1), 0);
+  for (int append : {0, 1}) ASSERT_EQ(qvPNFchart(&columns, 1, path.c_str(), append), 0);
   EXPECT_EQ(dir.read("chart.txt"), chart + chart) << "appended";
   // Box 4: the top is 13.4 less 1.4, the bottom 10 less 2 less 0.4; 12 and 8 are the levels, and 8
   // is in no column.
-  ASSERT_EQ(qvPNFchart(&threeColumns(), 4, (dir / "chart.txt").c_str(), 0), 0);
+  ASSERT_EQ(qvPNFchart(&columns, 4, path.c_str(), 0), 0);
   EXPECT_EQ(dir.read("chart.txt"), "\n   12.000 XOX\n    8.000    ") << "truncated";
-  const Bars flat{{0, 2.5, 2, 0, 0, 0}};
-  ASSERT_EQ(qvPNFchart(&flat, 0.5, (dir / "chart.txt").c_str(), 0), 0);
-  EXPECT_EQ(dir.read("chart.txt"), "\n    2.500 O\n    2.000 O") << "without direction: as falling";
-
+  const Bars flat{{0, 2.5, 2, 0, 0, 0}, {0, 3, 1.5, 0, 0, -1}};
   const auto before = std::filesystem::current_path();
   std::filesystem::current_path(dir.path());
-  EXPECT_EQ(qvPNFchart(&flat, 0.5, "STDOUT", 0), 0);
+  EXPECT_EQ(qvPNFchart(&flat, 0.5, "STDOUT", 0), 0);  // a file like any other
   std::filesystem::current_path(before);
-  EXPECT_EQ(dir.read("STDOUT"), dir.read("chart.txt")) << "a file like any other";
-}
-
-TEST(PointAndFigureChart, LevelsDoNotDrift) {
-  const ScratchDir dir;
-  const Bars tall{{0, 1000, 0, 1000, 0, 1}};
-  ASSERT_EQ(qvPNFchart(&tall, 0.1, (dir / "chart.txt").c_str(), 0), 0);
-  std::istringstream text(dir.read("chart.txt"));
-  std::string line, mark;
-  std::getline(text, line);  // the newline that the first row begins with
-  for (int tenths = 10000; tenths >= 0; --tenths) {
-    double level;
-    ASSERT_TRUE(text >> level >> mark) << tenths;
-    ASSERT_NEAR(level, tenths / 10.0, 0.00101) << "truncated to three decimals";
-    ASSERT_EQ(mark, "X");
-  }
-  EXPECT_FALSE(text >> mark);
+  EXPECT_EQ(dir.read("STDOUT"),
+            "\n    3.000  O\n    2.500 OO\n    2.000 OO\n    1.500  O");  // 0 is as falling
 }
 
 TEST(PointAndFigureChart, RefusesWhatCannotBeDrawnAndWritesNothing) {
   const ScratchDir dir;
   const std::string path = dir / "chart.txt";
   dir.write("chart.txt", "kept");
-  for (double box : {0.0, -0.0, -1.0, kNaN, kInf, -kInf, 5e-324, 1e-300, 1e-9, 2e-5})
-    EXPECT_EQ(qvPNFchart(&threeColumns(), box, path.c_str(), 0), -1) << box;
-  for (double price : {kNaN, kInf, -kInf}) {
-    const Bars wild{{0, price, 11, 13, 3, 1}}, wildLow{{0, 13, price, 13, 3, 1}};
-    for (const QvBars* bars : {&wild, &wildLow}) EXPECT_EQ(qvPNFchart(bars, 1, path.c_str(), 0), -1) << price;
-  }
-  const Bars high{{0, 1e308, 11, 13, 3, 1}}, low{{0, 13, 1e308, 13, 3, 1}};
-  Bars unset{{0, 13, 11, 13, 3, 1}};
-  unset.high.firstValid = 1;
+  const auto draw = [&](double high, double low, double box) {
+    const Bars bars{{0, high, low, 0, 0, 1}};
+    return qvPNFchart(&bars, box, path.c_str(), 0);
+  };
+  for (double box : {0.0, -1.0, kNaN, kInf, 5e-324, 1e-9, 1.9e-5}) EXPECT_EQ(draw(13, 11, box), -1) << box;
+  for (double price : {kNaN, kInf, -kInf}) EXPECT_EQ(draw(price, 11, 1) + draw(13, price, 1), -2) << price;
+  EXPECT_EQ(draw(1e308, 11, 1e300), -1);
+  Bars bars{{0, 13, 11, 13, 3, 1}};
   const QvBars empty{};
-  EXPECT_EQ(qvPNFchart(&high, 1e300, path.c_str(), 0), -1);
-  EXPECT_EQ(qvPNFchart(&unset, 1, path.c_str(), 0), -1) << "no valid high";
   EXPECT_EQ(qvPNFchart(&empty, 1, path.c_str(), 0), -1);
   EXPECT_EQ(qvPNFchart(nullptr, 1, path.c_str(), 0), -1);
-  EXPECT_EQ(qvPNFchart(&threeColumns(), 1, nullptr, 0), -1);
-  EXPECT_EQ(qvPNFchart(&threeColumns(), 1, (dir / "no/such.txt").c_str(), 0), -2);
+  EXPECT_EQ(qvPNFchart(&bars, 1, nullptr, 0), -1);
+  EXPECT_EQ(qvPNFchart(&bars, 1, (dir / "no/such.txt").c_str(), 0), -2);
+  bars.high.firstValid = 1;
+  EXPECT_EQ(qvPNFchart(&bars, 1, path.c_str(), 0), -1) << "no valid high";
+  EXPECT_EQ(draw(100'001, 1, 1), -1) << "more than a hundred thousand rows";
   EXPECT_EQ(dir.read("chart.txt"), "kept");
-  EXPECT_EQ(qvPNFchart(&low, 1, path.c_str(), 0), 0);
-  EXPECT_EQ(dir.read("chart.txt"), "") << "highs below the lows: no level";
-}
 
-TEST(PointAndFigureChart, HasAHundredThousandRowsAtMost) {
-  const ScratchDir dir;
-  const Bars most{{0, 100'000, 1, 0, 0, 1}}, more{{0, 100'001, 1, 0, 0, 1}};
-  const Bars huge{{0, 1e308, 1e308, 0, 0, 1}};
-  EXPECT_EQ(qvPNFchart(&most, 1, (dir / "most.txt").c_str(), 0), 0);
-  EXPECT_EQ(qvPNFchart(&more, 1, (dir / "more.txt").c_str(), 0), -1);
-  EXPECT_FALSE(std::filesystem::exists(dir / "more.txt"));
-  const std::string text = dir.read("most.txt");
-  EXPECT_EQ(std::count(text.begin(), text.end(), '\n'), 100'000);
-  EXPECT_EQ(text.substr(text.rfind('\n')), "\n    1.000 X");
-  ASSERT_EQ(qvPNFchart(&huge, 1, (dir / "huge.txt").c_str(), 0), 0) << "a box is lost in such a price";
-  EXPECT_EQ(dir.read("huge.txt"), "\n9223372036854775807.000 X");
+  EXPECT_EQ(draw(13, 1e308, 1), 0);
+  EXPECT_EQ(dir.read("chart.txt"), "") << "highs below the lows: no level";
+  EXPECT_EQ(draw(1e308, 1e308, 1), 0);
+  EXPECT_EQ(dir.read("chart.txt"), "\n9223372036854775807.000 X") << "a box is lost in such a price";
+  // The most rows there may be, on levels that do not drift.
+  ASSERT_EQ(draw(10'000, 0.1, 0.1), 0);
+  std::istringstream text(dir.read("chart.txt"));
+  double level;
+  std::string mark;
+  for (int tenths = 100'000; tenths > 0; --tenths) {
+    ASSERT_TRUE(text >> level >> mark) << tenths;
+    ASSERT_NEAR(level, tenths / 10.0, 0.00101) << "truncated to three decimals";
+    ASSERT_EQ(mark, "X");
+  }
+  EXPECT_FALSE(text >> mark);
 }
 
 }  // namespace
