@@ -76,37 +76,35 @@ TEST(Statistics, BarsInTheOrderOfTheirPrices) {
 }
 
 TEST(Statistics, StretchesStayInsideTheSeries) {
-  const Array a(shaped(Shape::Walk, 10), 4), shorter(shaped(Shape::Offset, 8), 2);
-  for (int from : {INT_MIN, -1, 3})
+  const Array a(shaped(Shape::Walk, 10), 4), shorter(shaped(Shape::Offset, 8), 2), empty,
+      beyond(shaped(Shape::Walk, 10), INT_MAX);
+  for (int from : {INT_MIN, 3})
     for (int to : {9, 10, INT_MAX}) {
       EXPECT_EQ(statsOf(a, from, to), statsOf(a, 4, 9));
       EXPECT_EQ(qvStdErr(&a, to, from), qvStdErr(&a, 4, 9));
       EXPECT_EQ(qvCovariance(&a, &shorter, from, to), qvCovariance(&a, &shorter, 7, 4));
     }
-  const Array beyond(shaped(Shape::Walk, 10), INT_MAX), empty;
+  // Nothing is left: before the first valid item, past the end.
   const std::tuple<const Array&, int, int> nothing[] = {{a, -5, 3}, {beyond, 0, INT_MAX}};
-  for (const auto& [series, from, to] : nothing) {
-    const Items stats = statsOf(series, from, to);
-    EXPECT_TRUE(std::isnan(stats[2]));
+  for (const auto& [none, from, to] : nothing) {
+    const Items stats = statsOf(none, from, to);
     EXPECT_EQ(stats[0] + stats[1] + stats[3], 0.0);
-    EXPECT_EQ(bothOf<int>(qvArrayStatsPos, series, from, to, 0), Pair(-1, -1));
-    EXPECT_EQ(bothOf(qvRegressionLine, series, from, to), Pair(0, 0));
-    EXPECT_TRUE(std::isnan(qvStdDev(&series, 1, from, to)));
-    EXPECT_TRUE(std::isnan(qvCovariance(&series, &a, from, to)));
-    EXPECT_TRUE(std::isnan(qvDispersion(&series, from, to)));
-    EXPECT_EQ(qvStdErr(&series, from, to), 0.0);
-    EXPECT_EQ(qvCorCoef(&a, &series, 0, from, to), 0.0);
+    EXPECT_EQ(bothOf<int>(qvArrayStatsPos, none, from, to, 0), Pair(-1, -1));
+    EXPECT_EQ(bothOf(qvRegressionLine, none, from, to), Pair(0, 0));
+    for (const double value : {stats[2], qvStdDev(&none, 1, from, to), qvCovariance(&none, &a, from, to),
+                               qvDispersion(&none, from, to), qvStdDev(&empty, 0, 0, 5)})
+      EXPECT_TRUE(std::isnan(value));
+    for (const double value :
+         {qvStdErr(&none, from, to), qvCorCoef(&a, &none, 0, from, to), qvStdDev(nullptr, 0, 0, 5),
+          qvStdErr(nullptr, 0, 5), qvDispersion(nullptr, 0, 5), qvCovariance(&a, nullptr, 0, 5),
+          qvCorCoef(nullptr, &a, 0, 0, 5), qvSlopeArrayPts(nullptr, 0, 5)})
+      EXPECT_EQ(value, 0.0);
   }
   double slope;
   EXPECT_EQ(qvRegressionLine(&a, &slope, nullptr, 0, 9), -1);
   EXPECT_EQ(qvArrayStats(&a, nullptr, nullptr, nullptr, nullptr, 0, 9, 0), 0);
   EXPECT_EQ(qvArrayStats(&empty, nullptr, nullptr, nullptr, nullptr, 0, 5, 0), -1);
   EXPECT_EQ(qvArrayStatsPos(nullptr, nullptr, nullptr, 0, 5, 0), -1);
-  EXPECT_TRUE(std::isnan(qvStdDev(&empty, 0, 0, 5)));
-  for (const double value :
-       {qvStdDev(nullptr, 0, 0, 5), qvStdErr(nullptr, 0, 5), qvDispersion(nullptr, 0, 5),
-        qvCovariance(&a, nullptr, 0, 5), qvCorCoef(nullptr, &a, 0, 0, 5), qvSlopeArrayPts(nullptr, 0, 5)})
-    EXPECT_EQ(value, 0.0);
 }
 
 // The moving forms against their stretch functions; the kernels under them have finer tests of their own.
@@ -174,13 +172,13 @@ TEST(Statistics, WhereMovingFormsBeginAndEnd) {
 
   EXPECT_EQ(qvRegressionLineMv(&a, &slopes, &intercepts, 9, 0, 11), -1);  // one end short of 3 + 9
   EXPECT_EQ(slopes.data, nullptr);
-  for (int end : {12, 40, 59, INT_MAX}) {
+  for (int end : {12, 40, INT_MAX}) {
     ASSERT_EQ(qvRegressionLineMv(&a, slopes.fresh(), intercepts.fresh(), 9, 0, end), 0);
-    for (const Array* line : {&slopes, &intercepts}) EXPECT_EQ(line->firstValid, 11);
+    EXPECT_EQ(Pair(slopes.firstValid, intercepts.firstValid), Pair(11, 11));
     for (int i = 0; i < 60; ++i) {
       const Pair line = i >= 11 && i <= end ? bothOf(qvRegressionLine, a, i - 8, i) : Pair(0, 0);
-      ASSERT_NEAR(slopes[i], line.first, 1e-12) << i;
-      ASSERT_NEAR(intercepts[i], line.second, 1e-11) << i;
+      ASSERT_TRUE(std::fabs(slopes[i] - line.first) < 1e-12 && std::fabs(intercepts[i] - line.second) < 1e-11)
+          << i;
     }
   }
 }
