@@ -55,19 +55,12 @@ TEST(Formations, FollowTheirDefinitions) {
 
 TEST(FormationFill, KeepsToItsRangeAndKnowsItsNames) {
   const Bars bars{{0, 20, 10, 15}, {0, 9, 5, 6}, {0, 15, 10, 11}, {0, 14, 11, 12}};  // a gap down, then up
-  const struct {
-    int start, end, found;
-    Items signals;
-  } cases[] = {{INT_MIN, INT_MAX, 2, {0, -1, 1, 0}},
-               {2, 3, 1, {0, 0, 1, 0}},
-               {0, 1, 1, {0, -1, 0, 0}},
-               {3, 2, 0, Items(4, 0.0)},
-               {7, 9, 0, Items(4, 0.0)}};
   Array out;
-  for (const auto& c : cases) {
-    EXPECT_EQ(qvFormationFill(&bars, &out, "qvGap", c.start, c.end), c.found);
-    expectGives(0, out, c.signals, std::max(c.start, 0));
-  }
+  const auto fill = [&](int start, int end) { return qvFormationFill(&bars, &out, "qvGap", start, end); };
+  expectGives(fill(INT_MIN, INT_MAX) - 2, out, {0, -1, 1, 0}, 0);
+  expectGives(fill(2, 3) - 1, out, {0, 0, 1, 0}, 2);
+  expectGives(fill(0, 1) - 1, out, {0, -1, 0, 0}, 0);
+  for (int end : {2, 9}) expectGives(fill(7, end), out, Items(4, 0.0), 7);
   qvFormationFill(&bars, &out, "qvGap", 0, 3);
   EXPECT_EQ(qvFormationFill(&bars, &out, nullptr, 0, 3), -1);
   EXPECT_EQ(out[1], -1);
@@ -91,8 +84,8 @@ TEST(CrossOver, CountsATouchFromEitherSide) {
 TEST(Turn, NeedsTwoMovesAndNoFlatPair) {
   const Array a{3, 2, 4, 4, 1, 1, 2, 1};
   Array out;
-  expectGives(qvTurnFill(&a, &out, 0, 7), out,
-              {0, 0, 1, 0, 0, 0, 0, -1});  // 4 4 1 is no peak, 1 1 2 no trough
+  // 4 4 1 is no peak, 1 1 2 no trough.
+  expectGives(qvTurnFill(&a, &out, 0, 7), out, {0, 0, 1, 0, 0, 0, 0, -1});
   for (int i = 0; i < 8; ++i) EXPECT_EQ(qvTurn(&a, i), out[i]) << i;
   expectGives(qvTurnFill(&a, &out, 1, 7), out, {0, 0, 0, 0, 0, 0, 0, -1}, 1);
   expectGives(qvTurnFill(&a, &out, 0, 6), out, {0, 0, 1, 0, 0, 0, 0, 0});  // the end is inclusive

@@ -28,7 +28,7 @@ struct Kernel {
   int (*run)(const double* x, const double* y, Range r, double* out);
   Twin twin;
   double relative = 0.0;
-  Twin noise = [](const QvArray*, const QvArray*, int, int) { return 0.0; };
+  Twin noise = nullptr;
 };
 
 Pair extremes(const QvArray* a, int from, int to, int skipZeros = 0) {
@@ -112,11 +112,11 @@ const Kernel kKernels[] = {
      TWIN(bothOf(qvBarStats, barsOf(a, b), from, to).second)},
     {"deviation", RUN(deviation(x, r, false, out)), TWIN(qvStdDev(a, 0, from, to)), 1e-11},
     {"deviation of a sample", RUN(deviation(x, r, true, out)), TWIN(qvStdDev(a, 1, from, to)), 1e-11},
-    {"covariance", RUN(covariance(x, y, r, out)), TWIN(qvCovariance(a, b, from, to)), 0.0,
+    {"covariance", RUN(covariance(x, y, r, out)), TWIN(qvCovariance(a, b, from, to)), 0,
      TWIN(1e-11 * qvStdDev(a, 0, from, to) * qvStdDev(b, 0, from, to))},
-    {"correlation", RUN(correlation(x, y, r, false, out)), TWIN(qvCorCoef(a, b, 0, from, to)), 0.0,
+    {"correlation", RUN(correlation(x, y, r, false, out)), TWIN(qvCorCoef(a, b, 0, from, to)), 0,
      TWIN(1e-11)},
-    {"correlation of a sample", RUN(correlation(x, y, r, true, out)), TWIN(qvCorCoef(a, b, 1, from, to)), 0.0,
+    {"correlation of a sample", RUN(correlation(x, y, r, true, out)), TWIN(qvCorCoef(a, b, 1, from, to)), 0,
      TWIN(1e-11)},
     {"slope", RUN(regressionLine(x, r, out, nullptr)), TWIN(slope(a, from, to)), 1e-11, rangeNoise},
     {"intercept", RUN(regressionLine(x, r, nullptr, out)),
@@ -136,7 +136,8 @@ void expectAgrees(const Kernel& k, const Items& x, const Items& y, const Range& 
     const bool has = i >= r.first && i < r.end && (r.cut || i - r.first >= r.period - 1);
     const int begin = std::max(i - std::min(r.period, i + 1) + 1, r.first);
     const double wanted = has ? k.twin(&a, &b, begin, i) : kUntouched;
-    const double allowed = has ? k.relative * std::fabs(wanted) + k.noise(&a, &b, begin, i) : 0.0;
+    const double noise = has && k.noise ? k.noise(&a, &b, begin, i) : 0.0;
+    const double allowed = k.relative * std::fabs(wanted) + noise;
     ASSERT_TRUE(sameBits(result, wanted) || std::fabs(result - wanted) <= allowed)
         << result << " instead of " << wanted << ": " << k.name << " at " << i << ", period " << r.period
         << ", from " << r.first << (r.cut ? ", cut" : "");
@@ -146,24 +147,26 @@ void expectAgrees(const Kernel& k, const Items& x, const Items& y, const Range& 
 
 TEST(Window, AgreesWithItsStretchOnEveryShape) {
   Items special = {0.0, -0.0, 1.0, -0.0, 0.0, -0.0, kInf, 0.0, -1.0, -kInf, 0.0, kNaN, -0.0, 0.0};
-  for (int i = 0; i < 2; ++i) special.insert(special.end(), special.begin(), special.end());
+  while (special.size() < 61) special.push_back(special[special.size() - 14]);
   std::vector<std::pair<Items, Items>> data{{special, special}, {Items(61, 0.1), Items(61, 0.3)}};
   for (Shape shape : kShapes) data.push_back({shaped(shape, 61), shaped(shape, 61, 6)});
   for (const auto& [x, y] : data)
-    for (const int n = static_cast<int>(x.size()); const Kernel& k : kKernels) {
-      if (&x == &data[0].first && (k.relative > 0 || *k.name == 'c')) continue;  // only the exact ones
-      for (int period : {1, 2, 3, 4, 5, 6, 7, 8, 9, 14, 37, n - 4, n - 3, n, n + 1, 2'000'000'000})
+    for (const Kernel& k : kKernels) {
+      if (&x == &data[0].first && (k.relative > 0 || k.noise)) continue;  // only the exact ones
+      for (int period : {1, 2, 3, 4, 5, 6, 7, 8, 9, 14, 37, 57, 58, 61, 62, 2'000'000'000})
         for (int first : {0, 3})
-          for (int end : {n, n - 2})
+          for (int end : {61, 59})
             for (bool cut : {false, true})
               ASSERT_NO_FATAL_FAILURE(expectAgrees(k, x, y, {first, end, period, cut}));
     }
 }
 
 // Short blocks are worked on in stretches of 256 or about 512 items, long ones alone or in parts of 64.
+// What a wild item does ends with the last window that holds it.
 TEST(Window, NothingShowsWhereStretchesMeet) {
   Items x = shaped(Shape::Integers, 1300);
   const Items y = shaped(Shape::Integers, 1300, 2);
+  x[300] = -1e17;
   x[700] = kNaN;
   for (const Kernel& k : kKernels)
     for (int period : {9, 62, 63, 64, 65, 73, 128, 129, 256, 257, 511, 512, 513, 649, 1295, 1299})
@@ -184,20 +187,6 @@ TEST(Window, StaysAccurateOnLongSeries) {
     for (const Kernel& k : kKernels)
       ASSERT_NO_FATAL_FAILURE(expectAgrees(k, x, x, {0, static_cast<int>(x.size()), period}, period - 2,
                                            9'999 + (period < 10'000)));
-}
-
-TEST(Window, ForgetsWildItemsOncePassed) {
-  const Items clean = shaped(Shape::Walk, 200);
-  for (const Kernel& k : kKernels)
-    for (double wild : {kInf, 1e300, -1e17})
-      for (const std::size_t where : {57, 62, 63}) {
-        Items x = clean, expected(x.size()), out(x.size());
-        x[where] = wild;
-        ASSERT_EQ(k.run(clean.data(), clean.data(), {0, 200, 7}, expected.data()), 0);
-        ASSERT_EQ(k.run(x.data(), x.data(), {0, 200, 7}, out.data()), 0);
-        for (std::size_t i = 6; i < 200; i += i + 1 == where ? 8 : 1)
-          ASSERT_EQ(out[i], expected[i]) << k.name << " " << wild << " " << i;
-      }
 }
 
 TEST(Window, WritesNothingWithoutItemsOrMemory) {

@@ -50,14 +50,10 @@ struct Bars : QvBars {
   Bars() : QvBars{} {}
   explicit Bars(const std::vector<Bar>& bars) : QvBars{} {
     qvAllocBars(this, static_cast<int>(bars.size()));
-    for (std::size_t i = 0; i < bars.size(); ++i) {
-      date.data[i] = bars[i].date;
-      open.data[i] = bars[i].open;
-      high.data[i] = bars[i].high;
-      low.data[i] = bars[i].low;
-      close.data[i] = bars[i].close;
-      volume.data[i] = bars[i].volume;
-      openInterest.data[i] = bars[i].openInterest;
+    for (int i = 0; const Bar& b : bars) {
+      const double items[] = {b.date, b.open, b.high, b.low, b.close, b.volume, b.openInterest};
+      for (int s = 0; s < 7; ++s) (&date)[s].data[i] = items[s];
+      ++i;
     }
   }
   Bars(std::initializer_list<Bar> bars) : Bars(std::vector<Bar>(bars)) {}
