@@ -36,11 +36,8 @@ std::string xmaster(const std::vector<Entry>& entries) {
 
 // Letters that are no field take a place in the record.
 std::string dataFile(const std::string& fields, int records, int lastRecord = INT_MAX, int step = 1) {
-  std::string file = padded(gap(2) + little(std::min(lastRecord, records + 1), 2), fields.size() * 4);
-  for (int k = 0; k < records; ++k)
-    for (const char f : fields)
-      file += mbf(f == 'D' ? vendorDate(kMonday + k * step) : f == 'T' ? 93015 : valueOf(f, k));
-  return file;
+  return padded(gap(2) + little(std::min(lastRecord, records + 1), 2), fields.size() * 4) +
+         recordsOf(fields, records, step, mbfField);
 }
 
 const VendorFormat& row(const char* label, const char* name, const std::string& fields,

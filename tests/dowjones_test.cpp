@@ -28,13 +28,10 @@ std::string mapinfo(const std::vector<Entry>& entries, int more = 0) {
 }
 
 std::string dataFile(const std::string& fields, int records, int step = 1) {
-  std::string file;
-  for (int k = 0; k < records; ++k)
-    for (const char f : fields)
-      file += f == 'D'               ? little(kMonday + k * step - kDayZero, 2)
-              : f == 'V' || f == 'I' ? little(static_cast<int>(valueOf(f, k)), 4)
-                                     : ieee(valueOf(f, k));
-  return file;
+  return recordsOf(fields, records, step, [](char f, double value) {
+    if (f == 'D') return little(static_cast<int>(value) - kDayZero, 2);
+    return f == 'V' || f == 'I' ? little(static_cast<int>(value), 4) : ieee(value);
+  });
 }
 
 struct DowJones : VendorTest {

@@ -11,17 +11,13 @@ std::string header(int code) {
   return little(code, 2) + gap(14);
 }
 
-std::string bar(int date, int open, int high, int low, int close, int volume, int openInterest) {
-  return little(date, 2) + little(open, 2) + little(high, 2) + little(low, 2) + little(close, 2) +
-         little(volume, 3) + little(openInterest, 3);
+std::string quarters(char field, double value) {
+  const bool isPrice = std::string("OHLC").find(field) != std::string::npos;
+  return little(static_cast<int>(isPrice ? 4 * value : value), field == 'V' || field == 'I' ? 3 : 2);
 }
 
-// Prices in quarters.
 std::string dataFile(int records, int step) {
-  std::string file = header(-12);
-  for (int k = 0; k < records; ++k)
-    file += bar(kMonday + k * step, 4 * k + 2, 4 * k + 8, 4 * k + 1, 4 * k + 4, 100 * k + 3, 1000 + k);
-  return file;
+  return header(-12) + recordsOf("DOHLCVI", records, step, quarters);
 }
 
 struct TechTools : VendorTest {
@@ -31,7 +27,9 @@ struct TechTools : VendorTest {
       [](int step) { return dataFile(6, step); }, "ACME", 1);
 
   double price(int code, int stored, const char* name = "A.TTD") {
-    dir.write(name, header(code) + bar(65535, stored, stored, stored, stored, 0x030201, 0xFEFFFF));
+    const std::string v = little(stored, 2);
+    dir.write(name,
+              header(code) + little(65535, 2) + v + v + v + v + little(0x030201, 3) + little(0xFEFFFF, 3));
     EXPECT_EQ(read(name), 0);
     const double p = qvGetArrayItem(&bars.open, 0);
     EXPECT_EQ(barOf(bars, 0), (Items{65535, p, p, p, p, 197121, 16711679}));

@@ -1,4 +1,4 @@
-// TeleChart files: header and records, and the frequency that the dates tell.
+// TeleChart files: header and records.
 #include <gtest/gtest.h>
 
 #include "support/vendor_formats.h"
@@ -7,13 +7,8 @@ namespace {
 
 using namespace qvtest;
 
-std::string dataFile(int records, double step, const std::string& description = "Acme Industries") {
-  std::string file = padded(description, 22) + gap(26);
-  for (int k = 0; k < records; ++k) {
-    file += mbf(vendorDate(kMonday + std::floor(k * step)));
-    for (const char field : {'H', 'L', 'C', 'V', 'O'}) file += mbf(valueOf(field, k));
-  }
-  return file;
+std::string dataFile(int records, int step, const std::string& description = "Acme Industries") {
+  return padded(description, 22) + gap(26) + recordsOf("DHLCVO", records, step, mbfField);
 }
 
 struct TeleChart : VendorTest {
@@ -34,23 +29,6 @@ TEST_F(TeleChart, FindsFilesByTheirNames) {
   EXPECT_EQ(bars.enddate, kMonday + 11);
   EXPECT_EQ(status("longnameofit.ndx"), 0);
   for (const char* name : {"other", "LONGNAMEOFIT.", "."}) EXPECT_EQ(status(name), -2) << name;
-}
-
-TEST_F(TeleChart, TellsTheFrequencyByTheRecordsPerDay) {
-  // Records in the 1000 days from the first date to the last.
-  const std::pair<int, int> frequencies[] = {{1001, 1}, {1000, 2}, {661, 2}, {660, 3}, {131, 3}, {130, 4},
-                                             {31, 4},   {30, 5},   {10, 5},  {9, 6},   {3, 6},   {2, 0}};
-  for (const auto& [records, frequency] : frequencies) {
-    dir.write("acme.ndx", dataFile(records, 1000.0 / (records - 1)));
-    ASSERT_EQ(read("acme", 0, 0), 0);
-    ASSERT_EQ(bars.enddate - bars.begindate, 1000.0);
-    EXPECT_EQ(bars.frequency, frequency) << records;
-  }
-  for (const int step : {0, -1}) {  // one day, backwards
-    dir.write("acme.ndx", dataFile(50, step));
-    ASSERT_EQ(read("acme", 0, 0), 0);
-    EXPECT_EQ(bars.frequency, 0) << step;
-  }
 }
 
 TEST_F(TeleChart, ReadsShortFiles) {

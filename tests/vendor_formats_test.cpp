@@ -1,6 +1,7 @@
 // What the readers of all vendor formats promise alike, over one directory of each.
 #include <gtest/gtest.h>
 
+#include "datafiles/bar_info.h"
 #include "support/vendor_formats.h"
 
 namespace {
@@ -104,5 +105,15 @@ TEST_P(EveryVendorFormat, AnswersExhaustedMemory) {
 
 INSTANTIATE_TEST_SUITE_P(, EveryVendorFormat, testing::ValuesIn(vendorFormats()),
                          testing::PrintToStringParamName());
+
+TEST(FileFrequency, FollowsFromTheRecordsPerDay) {
+  // Records in the 1000 days from the first date to the last.
+  const std::pair<int, int> frequencies[] = {{1001, 1}, {1000, 2}, {661, 2}, {660, 3}, {131, 3}, {130, 4},
+                                             {31, 4},   {30, 5},   {10, 5},  {9, 6},   {3, 6},   {2, 0}};
+  for (const auto& [records, frequency] : frequencies)
+    EXPECT_EQ(qv::datafiles::frequencyOf(records, kMonday, kMonday + 1000), frequency) << records;
+  EXPECT_EQ(qv::datafiles::frequencyOf(50, kMonday, kMonday), 0);
+  EXPECT_EQ(qv::datafiles::frequencyOf(50, kMonday, kMonday - 49), 0) << "backwards";
+}
 
 }  // namespace

@@ -18,6 +18,19 @@ inline double valueOf(char field, int k) {
   return values[std::string("OHLCVI").find(field)];
 }
 
+// Records of these fields, with Dates `step` days apart, as encode(field, value) writes them.
+template <typename Encode>
+std::string recordsOf(const std::string& fields, int records, int step, Encode encode) {
+  std::string text;
+  for (int k = 0; k < records; ++k)
+    for (const char f : fields)
+      text += encode(f, f == 'D' ? kMonday + k * step : f == 'T' ? 93015 : valueOf(f, k));
+  return text;
+}
+inline std::string mbfField(char field, double value) {
+  return mbf(field == 'D' ? vendorDate(value) : value);
+}
+
 // The bar of record `k`, with Dates a day apart, at a Time of 9:30:15; what is not in `fields` is 0.
 inline Items expectedBar(const std::string& fields, int k) {
   const auto has = [&](char f) { return fields.find(f) != fields.npos; };
