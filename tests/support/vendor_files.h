@@ -102,7 +102,7 @@ inline void expectRecordRange(const Read& read) {
   ASSERT_EQ(read(&all, 0, -1), 0);
   EXPECT_EQ(itemsOf(all.close), (Items{1, 2, 3, 4, 5, 6}));
   // Start, count, the closes of the first and last bar.
-  int ranges[][4] = {{0, -1, 1, 6},      {2, -1, 3, 6}, {5, INT_MIN, 6, 6}, {2, 3, 3, 5},
+  int ranges[][4] = {{0, -1, 1, 6},      {1, -1, 2, 6}, {5, INT_MIN, 6, 6}, {2, 3, 3, 5},
                      {1, 50, 2, 6},      {-1, 2, 5, 6}, {-1, -1, 1, 6},     {-7, 50, 1, 6},
                      {INT_MIN, 1, 6, 6}, {0, 0, 1, 0},  {-1, 0, 1, 0}};
   for (auto [start, count, first, last] : ranges)
