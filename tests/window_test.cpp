@@ -32,9 +32,7 @@ struct Kernel {
 };
 
 Pair extremes(const QvArray* a, int from, int to, int skipZeros = 0) {
-  Pair found;
-  qvArrayStats(a, &found.first, &found.second, nullptr, nullptr, from, to, skipZeros);
-  return found;
+  return bothOf(qvArrayStats, *a, nullptr, nullptr, from, to, skipZeros);
 }
 
 QvArray viewOf(const Items& x) {

@@ -27,28 +27,13 @@ struct Calculation {
   std::vector<int> periods = {};  // parameters for which a value below 1 is refused with -1
   std::function<int(const QvBars* const*, const QvArray* const*, QvArray* const*, const double*, int)> call;
 
-  Calculation& reads(unsigned mask) {
-    series = mask;
-    return *this;
-  }
-  Calculation& mayRunInPlace() {
-    inPlace = true;
-    return *this;
-  }
+  Calculation& reads(unsigned mask) { return series = mask, *this; }
+  Calculation& mayRunInPlace() { return inPlace = true, *this; }
   // A documented exception: something is kept below the first valid index.
-  Calculation& keepsItemsBelowFirstValid() {
-    exactFirstValid = false;
-    return *this;
-  }
+  Calculation& keepsItemsBelowFirstValid() { return exactFirstValid = false, *this; }
   // A documented exception: the output's first valid index stays as the caller left it.
-  Calculation& leavesFirstValid() {
-    setsFirstValid = false;
-    return *this;
-  }
-  Calculation& refusesPeriods(std::vector<int> which) {
-    periods = std::move(which);
-    return *this;
-  }
+  Calculation& leavesFirstValid() { return setsFirstValid = false, *this; }
+  Calculation& refusesPeriods(std::vector<int> which) { return periods = std::move(which), *this; }
 };
 
 inline void PrintTo(const Calculation& c, std::ostream* os) {

@@ -28,10 +28,7 @@ struct Array : QvArray {
 
   double operator[](int i) const { return i >= 0 && i < size ? data[i] : kNaN; }
   // Emptied, to serve as the output of a longer calculation.
-  Array* fresh() {
-    qvFreeArray(this);
-    return this;
-  }
+  Array* fresh() { return qvFreeArray(this), this; }
   std::vector<double> items() const {
     return data ? std::vector<double>(data, data + size) : std::vector<double>{};
   }
