@@ -116,9 +116,9 @@ TEST(PointAndFigure, SurvivesAnyArgument) {
         }
     // A price that never moves a box; no bar after the first of column 0.
     Bars still, late;
-    EXPECT_EQ(convert(&flat, &still, &columnOf, 1, 3, 0), -1);
+    EXPECT_EQ(convert(&flat, &still, columnOf.fresh(), 1, 3, 0), -1);
     EXPECT_EQ(still.barsize, 20) << "allocated";
-    EXPECT_EQ(convert(&bars, &late, &columnOf, 0.01, 3, 58), -1);
+    EXPECT_EQ(convert(&bars, &late, columnOf.fresh(), 0.01, 3, 58), -1);
     EXPECT_EQ(late.date.data[0], bars.date.data[59]);
   }
 }
