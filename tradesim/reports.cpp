@@ -2,7 +2,6 @@
 // separator of the caller's choice for other programs.
 #include <algorithm>
 #include <cstdio>
-#include <initializer_list>
 
 #include "core/output_file.h"
 #include "qvlib60/tradesim.h"
@@ -23,19 +22,57 @@ struct Layout {
   explicit Layout(const char* text) noexcept : separator(text), fixed(text[0] == ' ') {}
 };
 
-// `columns` are the two header lines of the fixed layout, `fields` the names of the other one.
-void writeHeader(std::FILE* f, const Layout& layout, const char* columns,
-                 std::initializer_list<const char*> fields) noexcept {
+struct Header {
+  const char* columns;  // the two lines of the fixed layout
+  const char* fields;   // the names of the other one, with ';' where the separator goes
+};
+
+constexpr Header kOrderHeader{
+    "System              Symbol   Date       Time     Name                Dir  At     TIF Price    "
+    "Volume\n"
+    "------------------- -------- ---------- -------- ------------------- ---- ------ --- -------- "
+    "--------\n",
+    "System;Symbol;DateTime;Name;Dir;At;TIF;Price;Volume\n"};
+
+constexpr Header kTradeHeader{
+    "System              Symbol   Date       Time     Bar#   Name                  Price   Volume  "
+    "Date     Time     Bar#   Name                  Price   Volume  Profit\n"
+    "------------------- -------- ---------- -------- ---- - --------------------- ------- ------- "
+    "-------- -------- ---- - --------------------- ------- ------- -----------\n",
+    "System;Symbol;DateTimeIn;BarNumIn;DirIn;NameIn;PriceIn;VolumeIn;"
+    "DateTimeOut;BarNumOut;DirOut;NameOut;PriceOut;VolumeOut;Profit\n"};
+
+constexpr Header kOpenPositionHeader{
+    "System              Symbol   Date       Time     Bar#   Name                  Price   Volume  "
+    "Date     Time     Bar#   Price   Volume  Profit\n"
+    "------------------- -------- ---------- -------- ---- - --------------------- ------- ------- "
+    "-------- -------- ---- - ------- ------- -----------\n",
+    "System;Symbol;DateTimeIn;BarNumIn;DirIn;NameIn;PriceIn;VolumeIn;"
+    "DateTimeOut;BarNumOut;DirOut;PriceOut;VolumeOut;Profit\n"};
+
+void writeHeader(std::FILE* f, const Layout& layout, const Header& header) noexcept {
   if (layout.fixed) {
-    std::fputs(columns, f);
+    std::fputs(header.columns, f);
     return;
   }
-  const char* before = "";
-  for (const char* field : fields) {
-    std::fprintf(f, "%s%s", before, field);
-    before = layout.separator;
+  for (const char* p = header.fields; *p; ++p) {
+    if (*p == ';')
+      std::fputs(layout.separator, f);
+    else
+      std::fputc(*p, f);
   }
-  std::fputc('\n', f);
+}
+
+// `header` is null where the caller wants none; lines(stream, layout) writes one for each record.
+template <typename Lines>
+int writeListing(const char* file, int append, const Header* header, const char* separator,
+                 Lines lines) noexcept {
+  const OutputFile out(file, append != 0);
+  if (!out.ok()) return QV_FILE_OPEN;
+  const Layout layout(separator);
+  if (header) writeHeader(out.stream(), layout, *header);
+  lines(out.stream(), layout);
+  return QV_OK;
 }
 
 const char* orderTypeName(int type) noexcept {
@@ -121,19 +158,10 @@ int QVCALL qvOrderRpt1(const QvOrderSystem* sys, const char* file, int append, i
                        const char* separator) noexcept {
   if (!sys || !file || !separator) return QV_INVALID_PARM;
   if (sys->orderCount == 0) return QV_OK;
-  const OutputFile out(file, append != 0);
-  if (!out.ok()) return QV_FILE_OPEN;
-  const Layout layout(separator);
-  if (header)
-    writeHeader(
-        out.stream(), layout,
-        "System              Symbol   Date       Time     Name                Dir  At     TIF Price    "
-        "Volume\n"
-        "------------------- -------- ---------- -------- ------------------- ---- ------ --- -------- "
-        "--------\n",
-        {"System", "Symbol", "DateTime", "Name", "Dir", "At", "TIF", "Price", "Volume"});
-  for (int i = 0; i < sys->orderCount; ++i) writeOrder(out.stream(), *sys, sys->orders[i], layout);
-  return QV_OK;
+  const auto lines = [sys](std::FILE* f, const Layout& layout) {
+    for (int i = 0; i < sys->orderCount; ++i) writeOrder(f, *sys, sys->orders[i], layout);
+  };
+  return writeListing(file, append, header ? &kOrderHeader : nullptr, separator, lines);
 }
 
 int QVCALL qvPrintTrades(const QvOrderSystem* sys, const char* file, int append) noexcept {
@@ -165,42 +193,21 @@ int QVCALL qvPrintTrades(const QvOrderSystem* sys, const char* file, int append)
 int QVCALL qvTradeRpt1(const QvOrderSystem* sys, const char* file, int append, int header,
                        const char* separator) noexcept {
   if (!sys || !file || !separator) return QV_INVALID_PARM;
-  const OutputFile out(file, append != 0);
-  if (!out.ok()) return QV_FILE_OPEN;
-  const Layout layout(separator);
-  if (header)
-    writeHeader(
-        out.stream(), layout,
-        "System              Symbol   Date       Time     Bar#   Name                  Price   Volume  "
-        "Date     Time     Bar#   Name                  Price   Volume  Profit\n"
-        "------------------- -------- ---------- -------- ---- - --------------------- ------- ------- "
-        "-------- -------- ---- - --------------------- ------- ------- -----------\n",
-        {"System", "Symbol", "DateTimeIn", "BarNumIn", "DirIn", "NameIn", "PriceIn", "VolumeIn",
-         "DateTimeOut", "BarNumOut", "DirOut", "NameOut", "PriceOut", "VolumeOut", "Profit"});
-  for (int i = 0; i < sys->tradeCount; ++i) writeTrade(out.stream(), *sys, sys->trades[i], layout);
-  return QV_OK;
+  const auto lines = [sys](std::FILE* f, const Layout& layout) {
+    for (int i = 0; i < sys->tradeCount; ++i) writeTrade(f, *sys, sys->trades[i], layout);
+  };
+  return writeListing(file, append, header ? &kTradeHeader : nullptr, separator, lines);
 }
 
 int QVCALL qvOpenPosRpt1(const QvOrderSystem* sys, const char* file, int append, int header,
                          const char* separator) noexcept {
   if (!sys || !file || !separator) return QV_INVALID_PARM;
-  const OutputFile out(file, append != 0);
-  if (!out.ok()) return QV_FILE_OPEN;
-  const Layout layout(separator);
-  if (header)
-    writeHeader(
-        out.stream(), layout,
-        "System              Symbol   Date       Time     Bar#   Name                  Price   Volume  "
-        "Date     Time     Bar#   Price   Volume  Profit\n"
-        "------------------- -------- ---------- -------- ---- - --------------------- ------- ------- "
-        "-------- -------- ---- - ------- ------- -----------\n",
-        {"System", "Symbol", "DateTimeIn", "BarNumIn", "DirIn", "NameIn", "PriceIn", "VolumeIn",
-         "DateTimeOut", "BarNumOut", "DirOut", "PriceOut", "VolumeOut", "Profit"});
-  const int bar = std::min(sys->currentBar, sys->bars.barsize - 1);
-  for (int i = 0; i < sys->positionCount; ++i)
-    if (sys->positions[i].remaining > 0)
-      writeOpenPosition(out.stream(), *sys, sys->positions[i], bar, layout);
-  return QV_OK;
+  const auto lines = [sys](std::FILE* f, const Layout& layout) {
+    const int bar = std::min(sys->currentBar, sys->bars.barsize - 1);
+    for (int i = 0; i < sys->positionCount; ++i)
+      if (sys->positions[i].remaining > 0) writeOpenPosition(f, *sys, sys->positions[i], bar, layout);
+  };
+  return writeListing(file, append, header ? &kOpenPositionHeader : nullptr, separator, lines);
 }
 
 }  // extern "C"
