@@ -4,13 +4,31 @@
 // where a reference would be taken.
 #pragma once
 
-#include <cstring>
 #include <string>
 #include <vector>
 
 #include "support/series.h"
 
 namespace qvtest {
+
+// The arguments of an order call.
+struct Ask {
+  int action, direction;
+  const char* name;
+  int volume, type;
+  double price;
+  int tif;
+  const char* from;
+};
+struct AskFor {
+  int action, direction;
+  Ask operator()(const char* name, int volume, int type = QV_MARKET, double price = 0, int tif = QV_DAY,
+                 const char* from = "") const {
+    return {action, direction, name, volume, type, price, tif, from};
+  }
+};
+inline constexpr AskFor buy{QV_ENTRY, QV_BUY}, sellShort{QV_ENTRY, QV_SELL}, sell{QV_EXIT, QV_SELL},
+    cover{QV_EXIT, QV_BUY};
 
 struct System : QvOrderSystem {
   explicit System(const QvBars& over, const char* name = "Test") : QvOrderSystem{} {
@@ -20,43 +38,46 @@ struct System : QvOrderSystem {
   System& operator=(const System&) = delete;
   ~System() { qvOrderSystemClose(this); }
 
-  // Ticks of `tick`, each worth `tick` money: a price difference is worth itself.
-  System& onTicks(double tick) {
-    tickSize = tickValue = tick;
-    return *this;
-  }
   int next() { return qvProcessOrders(this); }
-  void run(int count) {
-    for (int i = 0; i < count; ++i) next();
+  int place(const Ask& a) {
+    if (a.action == QV_ENTRY)
+      return (a.direction == QV_BUY ? qvBuyToOpen : qvSellToOpen)(this, a.name, a.volume, a.price, a.type,
+                                                                  a.tif);
+    return (a.direction == QV_BUY ? qvBuyToClose : qvSellToClose)(this, a.name, a.from, a.volume, a.price,
+                                                                  a.type, a.tif);
   }
-
-  int buy(const char* orderName, int volume, int type = QV_MARKET, double price = 0, int tif = QV_DAY) {
-    return qvBuyToOpen(this, orderName, volume, price, type, tif);
+  void place(const std::vector<Ask>& asks) {
+    for (const Ask& a : asks) place(a);
   }
-  int sellShort(const char* orderName, int volume, int type = QV_MARKET, double price = 0, int tif = QV_DAY) {
-    return qvSellToOpen(this, orderName, volume, price, type, tif);
-  }
-  int sell(const char* orderName, int volume, int type = QV_MARKET, double price = 0, int tif = QV_DAY,
-           const char* from = "") {
-    return qvSellToClose(this, orderName, from, volume, price, type, tif);
-  }
-  int cover(const char* orderName, int volume, int type = QV_MARKET, double price = 0, int tif = QV_DAY,
-            const char* from = "") {
-    return qvBuyToClose(this, orderName, from, volume, price, type, tif);
-  }
-
-  std::vector<std::string> orderNames() const {
-    std::vector<std::string> names;
-    for (int i = 0; i < orderCount; ++i) names.push_back(orders[i].name);
-    return names;
+  // Places the orders and moves on to the bar that may fill them.
+  int bar(const std::vector<Ask>& asks) {
+    place(asks);
+    return next();
   }
 };
 
-// Bars without shadows at the given prices, dated 36526 (1 January 2000) on.
-inline std::vector<Bar> flatBars(const std::vector<double>& prices) {
-  std::vector<Bar> bars;
-  for (double p : prices) bars.push_back({p, p, p, p, 0, 0, 36526.0 + static_cast<double>(bars.size())});
-  return bars;
+struct OwnBars {
+  Bars own;
+};
+// On bars of its own, with ticks of 1 worth 1: a price difference is worth itself.
+struct Backtest : OwnBars, System {
+  explicit Backtest(const std::vector<Bar>& over) : OwnBars{Bars(over)}, System(own) {
+    tickSize = tickValue = 1;
+  }
+  // Bars without shadows, dated 36526 (1 January 2000) on.
+  explicit Backtest(std::initializer_list<double> prices) : Backtest(std::vector<Bar>(prices.size())) {
+    for (std::size_t i = 0; i < prices.size(); ++i) {
+      const double p = prices.begin()[i];
+      own.open.data[i] = own.high.data[i] = own.low.data[i] = own.close.data[i] = p;
+      own.date.data[i] = 36526.0 + static_cast<double>(i);
+    }
+  }
+};
+
+inline std::vector<std::string> orderNames(const QvOrderSystem& sys) {
+  std::vector<std::string> names;
+  for (int i = 0; i < sys.orderCount; ++i) names.push_back(sys.orders[i].name);
+  return names;
 }
 
 }  // namespace qvtest
