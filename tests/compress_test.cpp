@@ -198,9 +198,8 @@ TEST(Compression, RefusesBadArgumentsBeforeItWrites) {
                      qvGroupArray(&whole, &whole.close, nullptr, 3), qvGroupBarsPeriods(&whole, &out, 0, 0)})
     EXPECT_EQ(status, -1);
   for (Compression compress : kCompressions) {
-    EXPECT_EQ(compress(nullptr, &out), -1);
-    EXPECT_EQ(compress(&none, &out), -1);
-    EXPECT_EQ(compress(&whole, nullptr), -1);
+    for (int status : {compress(nullptr, &out), compress(&none, &out), compress(&whole, nullptr)})
+      EXPECT_EQ(status, -1);
     for (int k = 0; k < qv::kSeriesCount; ++k) {
       Bars lacking(walkBars(9));
       qvFreeArray(&qv::seriesOf(lacking, k));

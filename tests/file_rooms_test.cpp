@@ -112,12 +112,10 @@ TEST(TextNumbers, AreReadAsStrtodReadsThem) {
     expectAsStrtod(text);
   }
   const std::pair<const char*, int> integers[] = {{"", 0},
-                                                  {"x", 0},
                                                   {" +12abc", 12},
                                                   {"-7", -7},
                                                   {"3.9", 3},
                                                   {"+-7", 0},
-                                                  {"--7", 0},
                                                   {"2147483648", INT_MAX},
                                                   {"-2147483649", INT_MIN},
                                                   {"-99999999999", INT_MIN}};

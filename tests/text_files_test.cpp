@@ -3,6 +3,7 @@
 
 #include <chrono>
 #include <ctime>
+#include <regex>
 
 #include "support/expect.h"
 #include "support/vendor_files.h"
@@ -59,8 +60,6 @@ struct TextFiles : testing::Test {
 using TextLayout = TextFiles;
 using TextRead = TextFiles;
 
-// ---- Layout ---------------------------------------------------------------------------------------
-
 TEST_F(TextLayout, ReadsKeysInAnyCaseAndIgnoresWhatItDoesNotKnow) {
   info = layoutOf(
       "# a comment\r\n\r\n  DT = 1 \r\nti=2\nop\t= 3\nHi =+4\nlo = 5 and more\n\ncl = 6\nvol = x\noi = -8\n"
@@ -73,8 +72,7 @@ TEST_F(TextLayout, ReadsKeysInAnyCaseAndIgnoresWhatItDoesNotKnow) {
   for (int code = 0; code < 3; ++code)
     for (const std::string word : words[code]) {
       const std::string other = std::string("dtformat = ") + words[(code + 1) % 3][0] + "\ndtformat = ";
-      EXPECT_EQ(layoutOf(other + word + "\n").dateFormat, code) << word;
-      EXPECT_EQ(layoutOf(other + "nonsense\n").dateFormat, (code + 1) % 3);
+      EXPECT_EQ(layoutOf(other + word + "\ndtformat = nonsense\n").dateFormat, code) << word;
     }
 }
 
@@ -111,8 +109,6 @@ TEST_F(TextLayout, WritesWhatReadsBackToTheSameRecord) {
   EXPECT_EQ(qvTXTwriteinfo((dir / "none").c_str(), "txtinfo.txt", &info), -2);
   EXPECT_EQ(std::memcmp(&info, &back, sizeof info), 0) << "untouched";
 }
-
-// ---- Reading bars ---------------------------------------------------------------------------------
 
 TEST_F(TextRead, TakesARangeByTheOrderOfTheFirstTwoDifferentDates) {
   dir.write("a.csv", rows({1, 2, 3, 4, 5, 6}));
@@ -239,8 +235,6 @@ TEST_F(TextFiles, FindTheDateOrTheNextLaterRecordInEitherOrder) {
   }
 }
 
-// ---- One column -----------------------------------------------------------------------------------
-
 TEST_F(TextFiles, ReadOneColumnAndCountTheHeaderLinesInTotalAndStart) {
   dir.write("a.csv", "h,h\nh,h\n0,10\n1,11\n\n2,12\n3,13\n4\n");
   const std::tuple<int, int, Items, int> cases[] = {
@@ -272,8 +266,6 @@ TEST_F(TextFiles, ReadOneColumnAndCountTheHeaderLinesInTotalAndStart) {
   expectGives(qvTXTreadarray(&array, path, "none", ";", 0, 1, 0, 0), array, {0, 0});
 }
 
-// ---- Listing and writing --------------------------------------------------------------------------
-
 TEST_F(TextFiles, AreListedByFourPatternsInTheirOrder) {
   for (const char* name : {"b.TXT", "A.txt", "txtinfo.txt", "q.prn", "long file name.csv", "x.asc", "y.dat"})
     dir.write(name, "");
@@ -298,8 +290,8 @@ TEST_F(TextFiles, AreListedByFourPatternsInTheirOrder) {
   for (const int order : {2, 3, -1}) qvSetDefaultDateFormat(order);  // unknown orders change nothing
   EXPECT_EQ(qvFILElist("none.lay", path, (dir / "list").c_str(), 1), 0) << "without a layout";
   qvSetDefaultDateFormat(0);
-  EXPECT_EQ(dir.read("list").size(), 2 * expected.size());
-  EXPECT_NE(dir.read("list").find("15/01/2008"), std::string::npos);
+  EXPECT_EQ(dir.read("list").substr(expected.size()),
+            std::regex_replace(expected, std::regex("2008/01/15"), "15/01/2008"));
   EXPECT_EQ(qvTXTlist(path, path, 0), -2);
   EXPECT_EQ(qvTXTlist((dir / "none").c_str(), (dir / "list").c_str(), 0), 0) << "no files";
 }
@@ -319,8 +311,6 @@ TEST_F(TextFiles, AreWrittenAsTextAndLines) {
   EXPECT_EQ(qvTXTwrite("x", "/dev/full", 0), -5);
 #endif
 }
-
-// ---- Bad input ------------------------------------------------------------------------------------
 
 TEST_F(TextFiles, SurviveDamageAndEndlessLines) {
   const QvTxtInfo odd = {-1, 9999, 0, 3, INT_MIN, 2, INT_MAX, 1, 7, -2, {'\0', 'x'}};
