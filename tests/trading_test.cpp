@@ -152,6 +152,14 @@ TEST(Trading, CloseOrdersTradeAtTheCloseBefore) {
   EXPECT_EQ(+sys.longStatistics.averageBarsInWinners, 2.0) << "counted by bars, not dates";
 }
 
+TEST(Trading, AnOpenBeyondAStopFillsThereOnlyWithGapFills) {
+  for (int gapFills : {0, 1}) {
+    Backtest sys({{12, 12, 12, 12, 0, 0, 1}, {12, 12, 12, 12, 0, 0, 2}, {9, 10, 8, 9, 0, 0, 3}});
+    sys.gapFills = gapFills;
+    play(sys, {{{buy("A", 1)}, "A 1@12"}, {{sell("X", 1, QV_STOP, 11)}, gapFills ? "A>X 1@9" : "A>X 1@10"}});
+  }
+}
+
 TEST(Trading, TheEntryDelayIsInWholeDays) {
   const int day = 86400;
   for (const auto& [seconds, tif, filledAt] : std::vector<std::array<int, 3>>{
