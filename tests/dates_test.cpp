@@ -204,6 +204,7 @@ TEST(FormatDate, FieldsAndMarkers) {
       {november, "h:n:s hh:nn:ss", "3:7:9 03:07:09"},
       {november, "m h d m m n m", "11 3 5 7 11 7 11"},  // minute once after the hour
       {kJan15 + 0.5, "h A/P", "12 P"},
+      {morning, "hh am/pm", "06 am"},
       {evening, "am/pm h:nn", "pm 6:00"},
       {evening, "A/pm h", "p1 6"},  // three characters are the marker, the M a month
       // A marker that the end of the picture cuts short writes what is there.
@@ -253,7 +254,8 @@ TEST(DateWrappers, PartsAndDifferences) {
   qvJulianToHMS(2 + 11228.5 / 86400, &p[0], &p[1], &p[2]);
   qvJulianToHMS(2.0, &p[0], &p[1], nullptr);
   EXPECT_EQ(p, (Shorts{3, 7, 9}));
-  EXPECT_EQ((Items{qvHMSToJulian(18, 0, 0), qvTimeTxtToJulian("6 pm", 77)}), Items(2, 0.75));
+  EXPECT_EQ((Items{qvYMDToJulian(2008, 1, 15), qvHMSToJulian(18, 0, 0), qvTimeTxtToJulian("6 pm", 77)}),
+            (Items{kJan15, 0.75, 0.75}));
   EXPECT_EQ((Parts{qvJulianDOW(3.0), qvJulianDif(0.9, 2.1), qvYMDDif(2008, 2, 28, 2008, 3, 1),
                    qvHMSDif(23, 0, 0, 1, 30, 15), qvDateTxtDif("2008/01/01", "01/15/2008", 2, 4),
                    qvTimeTxtDif("9:00", "9:00 pm", 0, 0), qvDateTxtDif(nullptr, "01/15/2008", 2, 4),

@@ -95,6 +95,7 @@ TEST_F(TextLayout, DecodesDelimitersAndLosesTheLastCharacterOfALineWithoutNewlin
 
 TEST_F(TextLayout, WritesWhatReadsBackToTheSameRecord) {
   info = {1, 2, 3, 4, 5, 6, 7, 8, 2, 9, {',', ' ', '\t'}};
+  dir.write("stdout", "an older layout");
   const auto before = std::filesystem::current_path();
   std::filesystem::current_path(path);
   EXPECT_EQ(qvTXTwriteinfo("", "stdout", &info), 0) << "a file like any other";
