@@ -29,6 +29,31 @@ class Smoothing {
   double k_, rest_;
 };
 
+// combined(e) of exponential averages e[0], e[1] .., each of which smooths the one before it. The seed
+// stands one bar before the first valid index.
+template <int kStages, typename Combined>
+int ofStages(const QvArray* in, QvArray* out, double period, int start, Combined combined) noexcept {
+  if (!isPeriod(period)) return QV_INVALID_PARM;
+  const int n = prepareOutputs({}, {in}, {out});
+  if (n < 1) return n;
+  const int s = firstValidOf(start, {in});
+  if (s < n) {
+    const Smoothing smoothing(period);
+    const double* x = in->data;
+    double* y = out->data;
+    double e[kStages];
+    std::fill_n(e, kStages, x[s]);
+    y[s] = x[s];
+    for (int i = s + 1; i < n; ++i) {
+      double value = x[i];
+      for (double& average : e) value = average = smoothing.next(average, value);
+      y[i] = combined(e);
+    }
+  }
+  qvSetFirstValid(out, saturatingSum(s, 1));
+  return QV_OK;
+}
+
 // Generalised double smoothing of x[s .. n - 1] into y, which may be x, kPasses times over; y[s] is the
 // seed x[s]. With factor 0 a pass is the exponential average, with factor 1 the double exponential one.
 // Several passes run abreast: each waits for its own last bar only.
@@ -116,35 +141,11 @@ int QVCALL qvZeroLagExpMA(const QvArray* in, QvArray* out, double period, int st
 }
 
 int QVCALL qvDEMA(const QvArray* in, QvArray* out, double period, int start) noexcept {
-  if (!isPeriod(period)) return QV_INVALID_PARM;
-  const int n = prepareOutputs({}, {in}, {out});
-  if (n < 1) return n;
-  const int s = firstValidOf(start, {in});
-  smoothTwice<1>(in->data, s, n, Smoothing(period), 1.0, out->data);
-  qvSetFirstValid(out, saturatingSum(s, 1));
-  return QV_OK;
+  return ofStages<2>(in, out, period, start, [](const double* e) { return 2.0 * e[0] - e[1]; });
 }
 
 int QVCALL qvTEMA(const QvArray* in, QvArray* out, double period, int start) noexcept {
-  if (!isPeriod(period)) return QV_INVALID_PARM;
-  const int n = prepareOutputs({}, {in}, {out});
-  if (n < 1) return n;
-  const int s = firstValidOf(start, {in});
-  if (s < n) {
-    const Smoothing smoothing(period);
-    const double* x = in->data;
-    double* y = out->data;
-    double e1 = x[s], e2 = x[s], e3 = x[s];
-    y[s] = x[s];
-    for (int i = s + 1; i < n; ++i) {
-      e1 = smoothing.next(e1, x[i]);
-      e2 = smoothing.next(e2, e1);
-      e3 = smoothing.next(e3, e2);
-      y[i] = 3.0 * e1 - 3.0 * e2 + e3;
-    }
-  }
-  qvSetFirstValid(out, saturatingSum(s, 1));
-  return QV_OK;
+  return ofStages<3>(in, out, period, start, [](const double* e) { return 3.0 * e[0] - 3.0 * e[1] + e[2]; });
 }
 
 int QVCALL qvT3(const QvArray* in, QvArray* out, double period, double volumeFactor, int passes,
