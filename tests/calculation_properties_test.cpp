@@ -102,6 +102,9 @@ TEST_P(EveryCalculation, RefusesAnOutputThatSharesAnInput) {
 
 TEST_P(EveryCalculation, RefusesPeriodsBelowOne) {
   for (int which : c.periods) {
+    Call one(c);
+    one.params[static_cast<std::size_t>(which)] = 1;
+    EXPECT_EQ(one.run(), 0) << "parameter " << which << " = 1";
     for (int period : {0, -1, INT_MIN}) {
       Call call(c);
       call.params[static_cast<std::size_t>(which)] = period;
@@ -178,8 +181,11 @@ TEST_P(EveryCalculation, SurvivesAnyParameter) {
 }
 
 TEST_P(EveryCalculation, SurvivesShortAndWildData) {
-  EXPECT_EQ(Call(c, 0).run(), -1) << "an empty input";
-  for (int n : {1, 2, 3, 14}) Call(c, n).expectSurvives(0, n);
+  for (int n : {0, 1, 2, 3, 14, c.tooShort, c.tooShort + 1}) {
+    Call call(c, n);
+    EXPECT_EQ(call.run(), n == 0 ? -1 : n <= c.tooShort ? n : 0) << n << " bars";
+    call.expectSurvives(0, n);
+  }
   for (double wild : {kNaN, kInf, -kInf, 1e308, 0.0}) {
     Call call(c);
     for (int s = 0; QvArray * series : call.series())

@@ -11,7 +11,11 @@ static int deTrendToTheEnd(const QvArray* in, QvArray* out, int end, int start) 
 }
 
 static const Register rows({
-    calculation("qvBOP", qvBOP, {2, 14}).reads(kPrices).refusesPeriods({1}).keepsItemsBelowFirstValid(),
+    calculation("qvBOP", qvBOP, {2, 14})
+        .reads(kPrices)
+        .refusesPeriods({1})
+        .keepsItemsBelowFirstValid()
+        .needsMoreThan(14),
     calculation("qvQstick", qvQstick, {8}).reads(kOpen | kClose).refusesPeriods({0}),
     calculation("qvIMI", qvIMI, {14}).reads(kOpen | kClose).refusesPeriods({0}),
     calculation("qvMassIndex", qvMassIndex, {25}).reads(kHighLow).refusesPeriods({0}),
@@ -23,11 +27,11 @@ static const Register rows({
     calculation("qvPVrank", qvPVrank, {}).reads(kClose | kVolume),
     calculation("qvLineOsc", qvLineOsc, {10}).refusesPeriods({0}),
     calculation("qvNMO", qvNMO, {14}).refusesPeriods({0}).keepsItemsBelowFirstValid(),
-    calculation("qvAR", qvAR, {26}).reads(kOpen | kHighLow).refusesPeriods({0}),
-    calculation("qvBR", qvBR, {26}).reads(kHighLowClose).refusesPeriods({0}),
-    calculation("qvERAYBull", qvERAYBull, {13}).reads(kHigh | kClose).refusesPeriods({0}),
-    calculation("qvERAYBear", qvERAYBear, {13}).reads(kLow | kClose).refusesPeriods({0}),
-    calculation("qvSONAR", qvSONAR, {13, 9}).refusesPeriods({0}),
+    calculation("qvAR", qvAR, {26}).reads(kOpen | kHighLow).refusesPeriods({0}).needsMoreThan(26),
+    calculation("qvBR", qvBR, {26}).reads(kHighLowClose).refusesPeriods({0}).needsMoreThan(26),
+    calculation("qvERAYBull", qvERAYBull, {13}).reads(kHigh | kClose).refusesPeriods({0}).needsMoreThan(13),
+    calculation("qvERAYBear", qvERAYBear, {13}).reads(kLow | kClose).refusesPeriods({0}).needsMoreThan(13),
+    calculation("qvSONAR", qvSONAR, {13, 9}).refusesPeriods({0}).needsMoreThan(22),
     calculation("qvRangeIndicator", qvRangeIndicator, {10, 3}).reads(kHighLowClose).refusesPeriods({0, 1}),
     calculation("qvPFE", qvPFE, {10, 5}).refusesPeriods({0, 1}).keepsItemsBelowFirstValid(),
     calculation("qvWellesVolatility", qvWellesVolatility, {3.0, 7}).reads(kHighLowClose).refusesPeriods({1}),

@@ -25,16 +25,20 @@ static const Register rows({
     calculation("qvPVT", qvPVT, {}).reads(kClose | kVolume),
     calculation("qvNVI", qvNVI, {}).reads(kClose | kVolume),
     calculation("qvPVI", qvPVI, {}).reads(kClose | kVolume),
-    calculation("qvForceIndex", qvForceIndex, {13}).reads(kClose | kVolume).refusesPeriods({0}),
+    calculation("qvForceIndex", qvForceIndex, {13})
+        .reads(kClose | kVolume)
+        .refusesPeriods({0})
+        .needsMoreThan(13),
     calculation("qvEMV", qvEMV, {2, 14})
         .reads(kHighLow | kVolume)
         .refusesPeriods({1})
-        .keepsItemsBelowFirstValid(),
+        .keepsItemsBelowFirstValid()
+        .needsMoreThan(14),
     calculation("qvArmsEMV", qvArmsEMV, {10000}).reads(kHighLow | kVolume),
     calculation("qvHerrickPayoffIndex", qvHerrickPayoffIndex, {100.0, 0.1})
         .reads(kHighLow | kVolume | kOpenInterest),
-    calculation("qvVOSC", qvVOSC, {5, 10, 2}).refusesPeriods({0, 1}),
-    calculation("qvVR", qvVR, {14}).reads(kClose | kVolume).refusesPeriods({0}),
+    calculation("qvVOSC", qvVOSC, {5, 10, 2}).refusesPeriods({0, 1}).needsMoreThan(10),
+    calculation("qvVR", qvVR, {14}).reads(kClose | kVolume).refusesPeriods({0}).needsMoreThan(14),
 });
 
 }  // namespace qvtest

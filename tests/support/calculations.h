@@ -25,6 +25,7 @@ struct Calculation {
   bool exactFirstValid = true;    // no value below the first valid index
   bool setsFirstValid = true;     // records where the output's values begin
   std::vector<int> periods = {};  // parameters for which a value below 1 is refused with -1
+  int tooShort = 0;               // up to so many bars the parameters do not fit
   std::function<int(const QvBars* const*, const QvArray* const*, QvArray* const*, const double*, int)> call;
 
   Calculation& reads(unsigned mask) { return series = mask, *this; }
@@ -33,6 +34,8 @@ struct Calculation {
   Calculation& keepsItemsBelowFirstValid() { return exactFirstValid = false, *this; }
   // A documented exception: the output's first valid index stays as the caller left it.
   Calculation& leavesFirstValid() { return setsFirstValid = false, *this; }
+  // A documented exception: where the periods do not fit the answer is the number of bars.
+  Calculation& needsMoreThan(int count) { return tooShort = count, *this; }
   Calculation& refusesPeriods(std::vector<int> which) { return periods = std::move(which), *this; }
 };
 
