@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <bit>
+#include <cmath>
 #include <cstdint>
 #include <functional>
 #include <utility>
@@ -48,9 +49,36 @@ inline void expectGives(int status, const QvArray& out, const Items& wanted) {
                          [](double a, double b) { return a == b || (a != a && b != b); }))
       << testing::PrintToString(got) << " instead of " << testing::PrintToString(wanted);
 }
-inline void expectGives(int status, const QvArray& out, const Items& wanted, int firstValid) {
+inline void expectGives(int status, const QvArray& out, const Items& wanted, int firstValid,
+                        int line = __builtin_LINE()) {
+  SCOPED_TRACE(line);
   expectGives(status, out, wanted);
   EXPECT_EQ(out.firstValid, firstValid) << testing::PrintToString(wanted);
+}
+
+// The same for values that no double has, to a few roundings.
+inline void expectNear(int status, const QvArray& out, const Items& wanted, int firstValid,
+                       int line = __builtin_LINE()) {
+  SCOPED_TRACE(line);
+  EXPECT_EQ(status, 0);
+  expectItems(out, wanted);
+  EXPECT_EQ(out.firstValid, firstValid) << testing::PrintToString(wanted);
+}
+
+// A call that answers 0 and gives, from its first valid index on, what a plain loop gives for each item:
+// to `tolerance` of 1, or of the item where that is larger.
+inline void expectEach(int status, const QvArray& out, int firstValid, double tolerance,
+                       const std::function<double(int)>& wanted, int line = __builtin_LINE()) {
+  SCOPED_TRACE(line);
+  ASSERT_EQ(status, 0);
+  ASSERT_GT(out.size, 0);
+  EXPECT_EQ(out.firstValid, firstValid);
+  for (int i = firstValid; i < out.size; ++i) {
+    const double got = out.data[i], x = wanted(i);
+    ASSERT_TRUE(got == x || (got != got && x != x) ||
+                std::fabs(got - x) <= tolerance * std::fmax(1, std::fabs(x)))
+        << "item " << i << ": " << got << " instead of " << x;
+  }
 }
 
 // Makes every allocation of a call fail in turn: -3 with nothing leaked, until there is none left.

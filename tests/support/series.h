@@ -59,6 +59,24 @@ struct Bars : QvBars {
   ~Bars() { qvFreeBars(this); }
 };
 
+// Bars that trade at their close only, with what else is given.
+inline std::vector<Bar> closingAt(const std::vector<double>& closes, const std::vector<double>& volumes = {},
+                                  const std::vector<double>& dates = {}) {
+  std::vector<Bar> bars;
+  for (std::size_t i = 0; i < closes.size(); ++i)
+    bars.push_back({closes[i], closes[i], closes[i], closes[i], volumes.empty() ? 0 : volumes[i], 0,
+                    dates.empty() ? 0 : dates[i]});
+  return bars;
+}
+
+// Wilder's smoothing item by item: the mean of the first p items, of which each further one is one p-th.
+struct WilderMean {
+  int p;
+  double mean = 0;
+  int count = 0;
+  void add(double x) { mean = ++count <= p ? mean + x / p : (mean * (p - 1) + x) / p; }
+};
+
 // Shapes that break careless kernels, in the order of `ofShapes`.
 enum class Shape { Walk, Flat, Integers, Offset, Rising, Falling, Zeros, NaNs };
 inline constexpr Shape kShapes[] = {Shape::Walk,   Shape::Flat,    Shape::Integers, Shape::Offset,
