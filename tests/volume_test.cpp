@@ -1,8 +1,7 @@
 // Volume and money flow.
 #include <gtest/gtest.h>
 
-#include <algorithm>
-#include <cmath>
+#include <climits>
 
 #include "support/expect.h"
 #include "support/series.h"
@@ -10,197 +9,100 @@
 namespace qvtest {
 namespace {
 
-// Closes with their volumes and open interests; bars one point high around the close.
-Bars* closesAndVolumes(Bars& out, const std::vector<double>& closes, const std::vector<double>& volumes) {
-  qvAllocBars(&out, static_cast<int>(closes.size()));
-  for (int i = 0; i < out.barsize; ++i) {
-    const auto k = static_cast<std::size_t>(i);
-    out.close.data[i] = closes[k];
-    out.high.data[i] = closes[k] + 0.5;
-    out.low.data[i] = closes[k] - 0.5;
-    out.volume.data[i] = volumes[k];
-    out.openInterest.data[i] = 10 * volumes[k];
-  }
-  return &out;
+struct Volume : testing::Test {
+  const Bars four{closingAt({10, 12, 9, 9}, {100, 50, 60, 60})};
+  Array out, second, third;
+};
+
+TEST_F(Volume, OnBalanceAddsRisesAndSubtractsFalls) {
+  Bars bars(closingAt({5, 6, 6, 4, 5}, {100, 10, 20, 30, 40}));
+  for (int i = 0; i < 5; ++i) bars.openInterest.data[i] = 10 * bars.volume.data[i];
+  expectGives(qvOBV(&bars, &out, 0), out, {0, 10, 10, -20, 20}, 1);
+  expectGives(qvOBVolMv(&bars, &out, 2, 0), out, {0, 0, 10, -30, 10}, 2);  // two changes
+  // The first bar's interest, then one change.
+  expectGives(qvOBOiMv(&bars, &out, 2, 0), out, {0, 1100, 100, -100, 700}, 1);
+  expectGives(qvOBOiMv(&bars, &out, 1, 2), out, {0, 0, 200, 300, 400}, 2);
+  EXPECT_EQ(qvOBVol(&bars, 1, 3), -30);
+  EXPECT_EQ(qvOBOi(&bars, 1, 3), 100 - 300);
+  EXPECT_EQ(qvOBVol(&bars, -5, 1000), 20);
+  EXPECT_EQ(qvOBVol(&bars, INT_MAX, INT_MAX) + qvOBOi(&bars, 5, 70), 0);
+  EXPECT_EQ(qvOBVol(nullptr, 0, 1) + qvOBOi(nullptr, 0, 1), 0);
 }
 
-TEST(OnBalance, AddsRisesAndSubtractsFalls) {
-  Bars bars;
-  closesAndVolumes(bars, {5, 6, 6, 4, 5}, {100, 10, 20, 30, 40});
-  Array out;
-  ASSERT_EQ(qvOBV(&bars, &out, 0), 0);
-  expectItems(out, {0, 10, 10, -20, 20});
-  EXPECT_EQ(out.firstValid, 1);
-  ASSERT_EQ(qvOBVolMv(&bars, &out, 2, 0), 0);  // two changes
-  expectItems(out, {0, 0, 10, -30, 10});
-  EXPECT_EQ(out.firstValid, 2);
-  ASSERT_EQ(qvOBOiMv(&bars, &out, 2, 0), 0);  // the first bar's interest, then one change
-  expectItems(out, {0, 1100, 100, -100, 700});
-  EXPECT_EQ(out.firstValid, 1);
-  ASSERT_EQ(qvOBOiMv(&bars, &out, 1, 2), 0);
-  expectItems(out, {0, 0, 200, 300, 400});
-}
-
-TEST(OnBalance, StretchesAgreeWithMovingForms) {
-  Bars bars(walkBars(60));
-  Array volume, interest;
-  ASSERT_EQ(qvOBVolMv(&bars, &volume, 7, 3), 0);
-  ASSERT_EQ(qvOBOiMv(&bars, &interest, 7, 3), 0);
-  for (int i = 10; i < 60; ++i) EXPECT_EQ(volume[i], qvOBVol(&bars, i - 7, i));
-  for (int i = 9; i < 60; ++i) EXPECT_EQ(interest[i], qvOBOi(&bars, i - 6, i));
-  EXPECT_EQ(qvOBVol(&bars, 50, 1000), qvOBVol(&bars, 50, 59));
-  EXPECT_EQ(qvOBVol(&bars, -5, 3), qvOBVol(&bars, 0, 3));
-  EXPECT_EQ(qvOBOi(&bars, 60, 70), 0.0);
-  EXPECT_EQ(qvOBVol(&bars, 2147483647, 2147483647), 0.0);
-  EXPECT_EQ(qvOBVol(nullptr, 0, 1) + qvOBOi(nullptr, 0, 1), 0.0);
-}
-
-TEST(OnBalance, SwingsAreKnownPBarsLater) {
+TEST_F(Volume, OnBalanceSwingsAreKnownPBarsLater) {
   // Unit volumes: on balance the closes walk 0 1 2 1 0 1 2 3 2 1 2 3 4 with swings, at strength 2, of
   // high 2 (known at bar 4), low 0 (6), high 3 (9) - the newer high above the older: up -, low 1 (11).
-  const std::vector<double> walk = {0, 1, 2, 1, 0, 1, 2, 3, 2, 1, 2, 3, 4};
-  Bars bars;
-  closesAndVolumes(bars, walk, std::vector<double>(walk.size(), 1.0));
-  Array volume, breakout, trend;
-  ASSERT_EQ(qvOBVolExp(&bars, &volume, &breakout, &trend, 2, 0), 0);
-  expectItems(volume, walk);
+  const Items walk{0, 1, 2, 1, 0, 1, 2, 3, 2, 1, 2, 3, 4};
+  const Bars bars(closingAt(walk, Items(13, 1.0)));
+  expectGives(qvOBVolExp(&bars, &out, &second, &third, 2, 0), out, walk, 1);
   // Bars 6 and 7 reach or pass the high 2, bars 11 and 12 the high 3; bar 6 records the low 0 only.
-  expectItems(breakout, {0, 0, 0, 0, 0, 0, 1, 1, 1, 0, 0, 1, 1});
-  expectItems(trend, {0, 0, 0, 0, 0, 0, 0, 0, 0, 1, 1, 1, 1});
-  for (const Array* out : {&volume, &breakout, &trend}) EXPECT_EQ(out->firstValid, 1);
+  expectGives(0, second, {0, 0, 0, 0, 0, 0, 1, 1, 1, 0, 0, 1, 1}, 1);
+  expectGives(0, third, {0, 0, 0, 0, 0, 0, 0, 0, 0, 1, 1, 1, 1}, 1);
+  // Upside down every sign turns.
+  const Items low{0, -1, -2, -1, 0, -1, -2, -3, -2, -1, -2, -3, -4};
+  const Bars turned(closingAt(low, Items(13, 1.0)));
+  expectGives(qvOBVolExp(&turned, &out, &second, &third, 2, 0), out, low, 1);
+  expectGives(0, second, {0, 0, 0, 0, 0, 0, -1, -1, -1, 0, 0, -1, -1}, 1);
+  expectGives(0, third, {0, 0, 0, 0, 0, 0, 0, 0, 0, -1, -1, -1, -1}, 1);
+}
 
-  // Nothing uses bars after its own: a longer history changes no earlier value.
-  Bars all(walkBars(200)), part(walkBars(150));
-  Array v1, b1, t1, v2, b2, t2;
-  ASSERT_EQ(qvOBVolExp(&all, &v1, &b1, &t1, 3, 5), 0);
-  ASSERT_EQ(qvOBVolExp(&part, &v2, &b2, &t2, 3, 5), 0);
-  for (int i = 0; i < 150; ++i) {
-    EXPECT_EQ(b1[i], b2[i]);
-    EXPECT_EQ(t1[i], t2[i]);
+TEST_F(Volume, AccumulationAndMoneyFlow) {
+  // At the low -100, three quarters up 0.5 * 40, flat after a fall -30, flat and unchanged +20.
+  Bars bars{{0, 10, 8, 8, 100}, {0, 12, 8, 11, 40}, {0, 9, 9, 9, 30}, {0, 9, 9, 9, 20}};
+  expectGives(qvAccumDist(&bars, &out, 0), out, {-100, -80, -110, -90}, 0);
+  expectGives(qvAccumDist(&bars, &out, 2), out, {0, 0, 30, 50}, 2);  // no previous close at the start
+  expectNear(qvChaikinMoneyFlow(&bars, &out, 2, 0), out, {0, -80.0 / 140, -10.0 / 70, -10.0 / 50}, 1);
+  // Lines -100 -80 -110 -90: with k = 1 the line, with k = 1/2 -100 -90 -100 -95.
+  expectGives(qvChaikinOscillator(&bars, &out, 1, 3, 0), out, {0, 10, -10, 5}, 0);
+  for (int i = 0; i < 4; ++i) bars.volume.data[i] = 0.0;
+  expectGives(qvChaikinMoneyFlow(&bars, &out, 2, 0), out, {0, 0, 0, 0}, 1);
+  // Heights 1, 3, 5 with k = 1/2 (p = 3): averages 1, 2, 3.5, 3.5: after 3 bars 250 percent up.
+  const Bars heights{{0, 1, 0, 0}, {0, 3, 0, 0}, {0, 5, 0, 0}, {0, 3.5, 0, 0}};
+  expectNear(qvChaikinVolatility(&heights, &out, 3, 0), out, {0, 0, 0, 250}, 3);
+  const Array in({7, 1, 2, 3}, 1);
+  expectGives(qvAccumulate(&in, &out, 0), out, {0, 1, 3, 6}, 1);
+  // Typical prices 10 11 9 9 12, volumes 1 to 5. p = 2: bars 1, 2: +22 -27; bars 2, 3: -27; bars 3, 4: +60.
+  const Bars prices(closingAt({10, 11, 9, 9, 12}, {1, 2, 3, 4, 5}));
+  const double first = 100 - 100 / (22.0 / 27 + 1);
+  expectNear(qvMoneyFlowIndex(&prices, &second, 2, 0), second, {0, 0, first, 0, 0},
+             2);  // only rises: 0, not 100
+  expectNear(qvMoneyFlowIndex(&prices, &second, 9, 0), second, {0, 0, 0, 0, 100 - 100 / (82.0 / 27 + 1)}, 9);
+  // Facilitation: the mean of the non-zero volumes is 5; heights 2 and 4.
+  const Bars tall{{0, 3, 1, 2, 4}, {0, 5, 1, 2, 6}, {0, 5, 1, 2, 0}};
+  expectNear(qvMFI(&tall, &third, 0), third, {2.5, 4 * 5.0 / 6, 0}, 0);
+}
+
+TEST_F(Volume, PriceMovesWithVolume) {
+  expectNear(qvPVT(&four, &out, 0), out, {0, 10, -5, -5}, 1);  // 2 * 50 / 10, -3 * 60 / 12
+  expectNear(qvNVI(&four, &out, 0), out, {0, 0.2, 0.2, 0.2}, 1);
+  expectNear(qvPVI(&four, &out, 0), out, {0, 0, -0.25, -0.25}, 1);
+  // Averages with k = 1/2 (p = 3): 10, 11, 10, 9.5.
+  expectNear(qvForceIndex(&four, &out, 3, 0), out, {0, 50, -60, -30}, 1);
+  // A period that does not fit is judged before the method.
+  for (const auto& [p, status] : {std::pair{4, 4}, {3, -1}}) {
+    EXPECT_EQ(qvEMV(&four, &out, 99, p, 0), status);
+    EXPECT_EQ(qvVOSC(&four.close, &out, 1, p, 99, 0), status);
+    EXPECT_EQ(qvBOP(&four, &out, 99, p, 0), status);
   }
 }
 
-TEST(Accumulation, WeighsVolumeByTheCloseInItsBar) {
-  // At the low -100, three quarters up 0.5 * 40, flat after a fall -30, flat and unchanged +20.
-  Bars bars{{0, 10, 8, 8, 100}, {0, 12, 8, 11, 40}, {0, 9, 9, 9, 30}, {0, 9, 9, 9, 20}};
-  Array out;
-  ASSERT_EQ(qvAccumDist(&bars, &out, 0), 0);
-  expectItems(out, {-100, -80, -110, -90});
-  ASSERT_EQ(qvAccumDist(&bars, &out, 2), 0);
-  EXPECT_EQ(out[2], 30.0) << "the first bar asked for has no previous close";
-  ASSERT_EQ(qvChaikinMoneyFlow(&bars, &out, 2, 0), 0);
-  expectItems(out, {0, -80.0 / 140, -10.0 / 70, -10.0 / 50});
-  EXPECT_EQ(out.firstValid, 1);
-  for (int i = 0; i < 4; ++i) bars.volume.data[i] = 0.0;
-  ASSERT_EQ(qvChaikinMoneyFlow(&bars, &out, 2, 0), 0);
-  expectItems(out, {0, 0, 0, 0});
-
-  Array in({7, 1, 2, 3}, 1);
-  ASSERT_EQ(qvAccumulate(&in, &out, 0), 0);
-  expectItems(out, {0, 1, 3, 6});
-  EXPECT_EQ(out.firstValid, 1);
-}
-
-TEST(Accumulation, ChaikinAverages) {
-  Bars bars(walkBars(50));
-  Array line, fast, slow, out;
-  qvAccumDist(&bars, &line, 4);
-  qvExpMA(&line, &fast, 3, 4);
-  qvExpMA(&line, &slow, 10, 4);
-  ASSERT_EQ(qvChaikinOscillator(&bars, &out, 3, 10, 4), 0);
-  EXPECT_EQ(out.firstValid, 4);
-  for (int i = 4; i < 50; ++i) EXPECT_EQ(out[i], fast[i] - slow[i]);
-
-  // Heights 1, 3, 5 with k = 1/2 (p = 3): averages 1, 2, 3.5, 3.5: after 3 bars 250 percent up.
-  Bars heights{{0, 1, 0, 0}, {0, 3, 0, 0}, {0, 5, 0, 0}, {0, 3.5, 0, 0}};
-  ASSERT_EQ(qvChaikinVolatility(&heights, &out, 3, 0), 0);
-  expectItems(out, {0, 0, 0, 250});
-  EXPECT_EQ(out.firstValid, 3);
-}
-
-TEST(MoneyFlow, Index) {
-  // Typical prices 10 11 9 9 12, volumes 1 2 3 4 5. p = 2: bars 1, 2: +22 -27; bars 2, 3: -27; bars 3, 4:
-  // +60.
-  Bars bars{{0, 10, 10, 10, 1}, {0, 11, 11, 11, 2}, {0, 9, 9, 9, 3}, {0, 9, 9, 9, 4}, {0, 12, 12, 12, 5}};
-  Array out;
-  ASSERT_EQ(qvMoneyFlowIndex(&bars, &out, 2, 0), 0);
-  expectItems(out, {0, 0, 100 - 100 / (22.0 / 27 + 1), 0, 0});  // only rises: 0, not 100
-  ASSERT_EQ(qvMoneyFlowIndex(&bars, &out, 9, 0), 0);
-  expectItems(out, {0, 0, 0, 0, 100 - 100 / (82.0 / 27 + 1)});
-  EXPECT_EQ(out.firstValid, 9);
-  // Facilitation: the mean of the non-zero volumes is 5; heights 2 and 4.
-  Bars heights{{0, 3, 1, 2, 4}, {0, 5, 1, 2, 6}, {0, 5, 1, 2, 0}};
-  ASSERT_EQ(qvMFI(&heights, &out, 0), 0);
-  expectItems(out, {2.5, 4 * 5.0 / 6, 0});
-}
-
-TEST(PriceAndVolume, RunningSums) {
-  Bars bars;
-  closesAndVolumes(bars, {10, 12, 9, 9}, {100, 50, 60, 60});
-  Array out;
-  ASSERT_EQ(qvPVT(&bars, &out, 0), 0);
-  expectItems(out, {0, 10, -5, -5});  // 2 * 50 / 10, -3 * 60 / 12
-  ASSERT_EQ(qvNVI(&bars, &out, 0), 0);
-  expectItems(out, {0, 0.2, 0.2, 0.2});
-  ASSERT_EQ(qvPVI(&bars, &out, 0), 0);
-  expectItems(out, {0, 0, -0.25, -0.25});
-  // Averages with k = 1/2 (p = 3): 10, 11, 10, 9.5.
-  ASSERT_EQ(qvForceIndex(&bars, &out, 3, 0), 0);
-  expectItems(out, {0, 50, -60, -30});
-  EXPECT_EQ(out.firstValid, 1);
-}
-
-TEST(PriceAndVolume, PeriodsThatDoNotFitReturnTheNumberOfBars) {
-  Bars bars;
-  closesAndVolumes(bars, {10, 12, 9, 9}, {100, 50, 60, 60});
-  Array out, in{1, 2, 3, 4};
-  EXPECT_EQ(qvForceIndex(&bars, &out, 4, 0), 4);
-  EXPECT_EQ(qvEMV(&bars, &out, 99, 4, 0), 4) << "the period is judged before the method";
-  EXPECT_EQ(qvEMV(&bars, &out, 99, 3, 0), -1);
-  EXPECT_EQ(qvVR(&bars, &out, 4, 0), 4);
-  EXPECT_EQ(qvVOSC(&in, &out, 1, 4, 99, 0), 4);
-  EXPECT_EQ(qvVOSC(&in, &out, 1, 3, 99, 0), -1);
-  expectItems(out, {0, 0, 0, 0});
-}
-
-TEST(PriceAndVolume, EaseOfMovement) {
+TEST_F(Volume, EaseOfMovementPayoffAndRatios) {
   // Bar 1: midpoint 12, less high 11 plus low 9 = 10; box 40 / 2 = 20: 0.5. Bar 2: flat: 0 (40 / 0 is
-  // infinite, the quotient 0). Bar 3: no volume: 0.
-  Bars bars{
-      {0, 11, 9, 10, 30}, {0, 13, 11, 12, 40}, {0, 12, 12, 12, 40}, {0, 13, 11, 12, 0}, {0, 13, 13, 13, 0}};
-  Array out;
-  ASSERT_EQ(qvEMV(&bars, &out, 2, 1, 0), 0);
-  expectItems(out, {0, 0.5, 0, 0, 0});
-  EXPECT_EQ(out.firstValid, 1);
-  ASSERT_EQ(qvArmsEMV(&bars, &out, 10, 0), 0);  // midpoint 10 to 12 over (40 / 10) / 2
-  expectItems(out, {0, 1, 0, 0, 0});
-}
-
-TEST(PriceAndVolume, HerrickPayoff) {
+  // infinite, the quotient 0). Bar 3: no volume: 0. By midpoints 10 to 12 over (40 / 10) / 2.
+  const Bars bars{{0, 11, 9, 0, 30}, {0, 13, 11, 0, 40}, {0, 12, 12, 0, 40}, {0, 13, 11, 0}, {0, 13, 13, 0}};
+  expectGives(qvEMV(&bars, &out, 2, 1, 0), out, {0, 0.5, 0, 0, 0}, 1);
+  expectGives(qvArmsEMV(&bars, &out, 10, 0), out, {0, 1, 0, 0, 0}, 1);
   // Bar 1: 100 * 2 * (2 * 10 / 40 + 1) * 1 = 300; bar 2: 100 * 1 * (0 + 1) * -1 = -100, smoothed by a
   // quarter: 300 + (-100 - 300) / 4 = 200; bar 3: no open interest: stays.
-  Bars bars{{0, 2, 0, 1, 9, 40}, {0, 3, 1, 2, 2, 50}, {0, 2, 0, 1, 1, 50}, {0, 2, 0, 1, 1, 0}};
-  Array out;
-  ASSERT_EQ(qvHerrickPayoffIndex(&bars, &out, 100, 0.25, 0), 0);
-  expectItems(out, {0, 300, 200, 200});
-}
-
-TEST(PriceAndVolume, Ratios) {
-  Array in{2, 4, 6, 0, 0}, out;
-  // One-bar average less the two-bar average of the bar before.
-  ASSERT_EQ(qvVOSC(&in, &out, 1, 2, 2, 0), 0);
-  expectItems(out, {0, 0, (6 - 3) * 100.0 / 6, 0, 0});
-  EXPECT_EQ(out.firstValid, 2);
-
-  Bars bars;
-  closesAndVolumes(bars, {5, 6, 4, 4, 3}, {9, 10, 20, 30, 40});
-  // p = 2: 10 / 20; (0 + 15) / (20 + 15); 15 / (15 + 40).
-  ASSERT_EQ(qvVR(&bars, &out, 2, 0), 0);
-  expectItems(out, {0, 0, 50, 15 * 100.0 / 35, 15 * 100.0 / 55});
-  Bars flat;
-  closesAndVolumes(flat, {5, 5, 5, 5}, {9, 10, 20, 30});
-  ASSERT_EQ(qvVR(&flat, &out, 2, 0), 0);
-  expectItems(out, {0, 0, 100, 100});
+  const Bars futures{{0, 2, 0, 1, 9, 40}, {0, 3, 1, 2, 2, 50}, {0, 2, 0, 1, 1, 50}, {0, 2, 0, 1, 1, 0}};
+  expectNear(qvHerrickPayoffIndex(&futures, out.fresh(), 100, 0.25, 0), out, {0, 300, 200, 200}, 1);
+  const Array in{2, 4, 6, 0, 0};  // ratios: the one-bar average less the two-bar average of the bar before
+  expectNear(qvVOSC(&in, third.fresh(), 1, 2, 2, 0), third, {0, 0, (6 - 3) * 100.0 / 6, 0, 0}, 2);
+  // p = 2: 10 / 20; (0 + 15) / (20 + 15); 15 / (15 + 40). A flat market reads 100.
+  const Bars moves(closingAt({5, 6, 4, 4, 3}, {9, 10, 20, 30, 40}));
+  const Bars flat(closingAt(Items(4, 5.0), {9, 10, 20, 30}));
+  expectNear(qvVR(&moves, &third, 2, 0), third, {0, 0, 50, 1500.0 / 35, 1500.0 / 55}, 2);
+  expectGives(qvVR(&flat, &second, 2, 0), second, {0, 0, 100, 100}, 2);
 }
 
 }  // namespace
