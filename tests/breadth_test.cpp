@@ -65,18 +65,16 @@ TEST_F(Breadth, TradingIndices) {
   expectGives(qvOpen10TRIN(&b, &c, &two, &one, &second, 0), second, {0, (6.0 / 3) / (4.0 / 2)}, 9);
   expectGives(qvOpen10TRIN(&b, &zero, &zero, &zero, &second, 0), second, {0, 0}, 9);
   expectGives(qvOpen10TRIN(&b, &zero, &two, &one, &second, 0), second, {0, kInf}, 9);
-}
-
-TEST_F(Breadth, FiveBarSumAnswersZeroWhateverHappens) {
-  const Array one(Items(7, 1.0));
-  expectGives(qvBretzTRIN5(&one, &one, &one, &one, &out, 1), out, {0, 0, 0, 0, 0, 5, 5}, 5);
+  // The five-bar sum answers 0 whatever happens.
+  const Array ones(Items(7, 1.0));
+  expectGives(qvBretzTRIN5(&ones, &ones, &ones, &ones, out.fresh(), 1), out, {0, 0, 0, 0, 0, 5, 5}, 5);
   Array held{1, 2, 3, 4, 5, 6}, none;  // refused inputs: the sum of what the output holds
-  expectGives(qvBretzTRIN5(nullptr, &one, &one, &one, &held, 0), held, {0, 0, 0, 0, 15, 20}, 4);
+  expectGives(qvBretzTRIN5(nullptr, &ones, &ones, &ones, &held, 0), held, {0, 0, 0, 0, 15, 20}, 4);
   EXPECT_EQ(qvBretzTRIN5(nullptr, nullptr, nullptr, nullptr, nullptr, 0), 0);
   const long before = qv::memory::liveBlocks();
   for (long k = 1; k < 5; ++k) {
     qv::memory::failAllocation(k);
-    EXPECT_EQ(qvBretzTRIN5(&one, &one, &one, &one, none.fresh(), 0), 0);
+    EXPECT_EQ(qvBretzTRIN5(&ones, &ones, &ones, &ones, none.fresh(), 0), 0);
     qv::memory::failAllocation(0);
   }
   none.fresh();

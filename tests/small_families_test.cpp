@@ -42,36 +42,33 @@ TEST_F(SmallFamilies, BarShapeAndRegression) {
   EXPECT_NE(third[5], 0.0);
 }
 
-TEST_F(SmallFamilies, Counting) {
+TEST_F(SmallFamilies, CountingAndSentiment) {
   const Array rising{1, 2, 3, 4, 5, 6, 7}, mixed({9, 1, 2, 2, 1, 3, 4}, 1);  // mixed rises at 2, 5 and 6
   expectGives(qvPsychologyLine(&rising, &out, 2, 0), out, {0, 0, 0, 100, 100, 100, 100}, 2);
   expectGives(qvPsychologyLine(&mixed, &out, 2, 0), out, {0, 0, 0, 0, 0, 50, 100}, 3);
   expectGives(qvPsychologyLine(&mixed, &out, 5, 0), out, Items(7, 0.0), 6);
   // Up: 12 - min(9, 10) = 3; down: max(11, 12) - 8 = 4; equal; up with a gap: 12 - min(10, 8) = 4.
-  const Bars bars{{0, 0, 0, 10, 5}, {0, 13, 9, 12, 5},  {0, 11, 7, 8, 9},
-                  {0, 9, 7, 8, 3},  {0, 13, 10, 12, 2}, {0, 9, 8, 8, 1}};
-  expectGives(qvWilliamsAD(&bars, &second, 0), second, {0, 3, -1, -1, 3, -1}, 1);
-  expectGives(qvPVrank(&bars, &second, 0), second, {0, 1, 4, 2, 2, 3}, 1);
+  const Bars ranks{{0, 0, 0, 10, 5}, {0, 13, 9, 12, 5},  {0, 11, 7, 8, 9},
+                   {0, 9, 7, 8, 3},  {0, 13, 10, 12, 2}, {0, 9, 8, 8, 1}};
+  expectGives(qvWilliamsAD(&ranks, &second, 0), second, {0, 3, -1, -1, 3, -1}, 1);
+  expectGives(qvPVrank(&ranks, &second, 0), second, {0, 1, 4, 2, 2, 3}, 1);
   const Array a({9, 2, 4, 8}, 1), b{1, 1, 2, 4}, flat(Items(4, 3.0)), moved({0, 0, 10, 16, 14}, 2);
   expectGives(qvLineOsc(&a, &b, &third, 2, 0), third, {0, 0, 1.5, 3}, 2);
   // Strength 100 and 0, stretched from bar 2 on whatever the first valid index.
   expectGives(qvNMO(&moved, &fourth, 1, 1), fourth, {0, 0, -100, 100, -100}, 3);
   expectGives(qvNMO(&flat, &third, 2, 0), third, {0, 0, -100, -100}, 2);
-}
-
-TEST_F(SmallFamilies, Sentiment) {
   // Above the open 1 2 3 4, below it 2 2 1 3. p = 2: bars 0 1, then 0 2, then 0 3: the first bar stays.
   const Bars opens{{10, 11, 8, 0}, {10, 12, 8, 0}, {10, 13, 9, 0}, {10, 14, 7, 0}};
-  expectNear(qvAR(&opens, &out, 2, 0), out, {0, 75, 400.0 / 3, 100}, 1);
+  expectNear(qvAR(&opens, out.fresh(), 2, 0), out, {0, 75, 400.0 / 3, 100}, 1);
   expectGives(qvAR(&opens, &out, 3, 2), out, {0, 0, 0, 0}, 4);
   // Above the previous close 2 3 1 4, below it 1 2 2 1. p = 3: the two newest bars from bar 3 on.
   const Bars closes{{0, 0, 0, 10}, {0, 12, 9, 10}, {0, 13, 8, 10}, {0, 11, 8, 10}, {0, 14, 9, 10}};
-  expectNear(qvBR(&closes, &second, 3, 0), second, {0, 0, 0, 100, 500.0 / 3}, 3);
+  expectNear(qvBR(&closes, second.fresh(), 3, 0), second, {0, 0, 0, 100, 500.0 / 3}, 3);
   const Bars rays{{0, 5, 1, 4}, {0, 9, 3, 8}, {0, 8, 2, 2}, {0, 8, 2, 2}};  // averages (k = 1/2): 4 6 4 3
   expectNear(qvERAYBull(&rays, &out, 3, 0), out, {1, 3, 4, 5}, 0);
   expectNear(qvERAYBear(&rays, &out, 3, 1), out, {0, -5, -3, -1.5}, 1);  // begun at bar 1: 8 5 3.5
   const Array in{4, 8, 2, 2, 0, 0, 0};                                   // averages (p = 1): the items
-  expectNear(qvSONAR(&in, &third, 1, 2, 0), third, {0, 0, 0, -75, -100, -100, 0}, 3);
+  expectNear(qvSONAR(&in, third.fresh(), 1, 2, 0), third, {0, 0, 0, -75, -100, -100, 0}, 3);
   expectGives(qvSONAR(&in, &third, 3, 0, 0), third, Items(7, 0.0), 3);
   EXPECT_EQ(qvSONAR(&in, &third, 4, 3, 0), 7);
   EXPECT_EQ(qvSONAR(&in, &third, 4, -1, 0), -1);

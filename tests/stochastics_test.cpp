@@ -37,6 +37,13 @@ TEST_F(Stochastics, PlaceTheCloseInItsRange) {
   expectNear(qvCCI(&b, &out, 3, 0), out, {0, 0, 0, 100}, 2);
   expectGives(qvCCI(&b, &out, 1, 0), out, Items(4, 0.0), 0);
   expectGives(qvCCI(&b, &out, 5, 0), out, Items(4, 0.0), 4);
+  const double *high = spx().high.data, *low = spx().low.data, *close = spx().close.data;
+  const auto percentR = [=](int i) {
+    const double top = *std::max_element(high + i - 13, high + i + 1);
+    return 100 * (top - close[i]) / (top - *std::min_element(low + i - 13, low + i + 1));
+  };
+  expectEach(qvWilliamsR(&spx(), out.fresh(), 14, 0), out, 13, 1e-12, percentR);
+  expectEach(qvRawK(&spx(), &out, 14, 0), out, 13, 1e-12, [&](int i) { return 100 - percentR(i); });
 }
 
 TEST_F(Stochastics, AFlatRangeIsFullyOverboughtForKAndZeroElsewhere) {
@@ -68,16 +75,6 @@ TEST_F(Stochastics, TheFastOscillatorReadsAllPricesButNoZeroLows) {
     EXPECT_EQ(qvStochasticFast(&walk, &k, &d, method, 5, 3, 0), -1);
   }
   EXPECT_EQ(k.data, nullptr);
-}
-
-TEST_F(Stochastics, OfTheIndexAreAsDefined) {
-  const double *high = spx().high.data, *low = spx().low.data, *close = spx().close.data;
-  const auto percentR = [=](int i) {
-    const double top = *std::max_element(high + i - 13, high + i + 1);
-    return 100 * (top - close[i]) / (top - *std::min_element(low + i - 13, low + i + 1));
-  };
-  expectEach(qvWilliamsR(&spx(), &out, 14, 0), out, 13, 1e-12, percentR);
-  expectEach(qvRawK(&spx(), &out, 14, 0), out, 13, 1e-12, [&](int i) { return 100 - percentR(i); });
 }
 
 // The definition, window by window, as distances from the last price so that large prices keep their cents.

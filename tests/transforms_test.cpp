@@ -1,8 +1,6 @@
 // Price transforms, simple changes, and comparisons by date.
 #include <gtest/gtest.h>
 
-#include <climits>
-
 #include "support/expect.h"
 #include "support/series.h"
 
@@ -47,6 +45,7 @@ TEST_F(Comparisons, MatchBarsByDate) {
   // The time of day counts.
   expectGives(compare({1.5, 2.5}, {2, 4}, {1.5, 2.25, 2.5}, {1, 1, 2}, 0), out, {2, 2}, 0);
   // One at the first matched bar whatever its strength.
+  expectGives(compare({1}, {2}, {1}, {4}, 0), second, {1}, 0);
   expectGives(compare({1, 2}, {0, 4}, {1, 2}, {0, 2}, 0), second, {1, kNaN}, 0);
 }
 

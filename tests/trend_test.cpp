@@ -77,15 +77,27 @@ TEST_F(Trend, StopAndReverse) {
   // its maximum 0.3, 9.8 + 0.3 * (14 - 9.8) = 11.06, held at the low 11 of the bar before. Bar 4
   // closes on 11 and reverses: the short side's stop is the extreme 14, its own extreme the bar's high
   // 13.5, and the next stop 14 + 0.1 * (13.5 - 14) = 13.95, held at the high 14 of the bar before.
-  std::vector<Bar> bars{{0, 11, 9, 10},  {0, 12, 10, 10.5}, {0, 13, 11, 12},
-                        {0, 14, 12, 13}, {0, 13.5, 10, 11}, {0, 12, 9, 10}};
-  const Bars up(bars), level{{0, 6, 4, 5}, {0, 6, 4, 5}, {0, 6, 4, 5.5}};
-  expectNear(qvSAR(&up, &out, &second, 0.1, 0.3, 0), out, {0, 0, 9, 9.8, 14, 14}, 2);
-  expectGives(0, second, {0, 0, 1, 1, -1, -1}, 2);
-  for (Bar& b : bars) b = {0, -b.low, -b.high, -b.close};
-  const Bars mirrored(bars);
-  expectNear(qvSAR(&mirrored, &out, &second, 0.1, 0.3, 0), out, {0, 0, -9, -9.8, -14, -14}, 2);
-  expectGives(0, second, {0, 0, -1, -1, 1, 1}, 2);
+  const auto expectBothWays = [&](std::vector<Bar> prices, Items stops, Items sides) {
+    for (int turn = 0; turn < 2; ++turn) {
+      const Bars bars(prices);
+      expectNear(qvSAR(&bars, out.fresh(), second.fresh(), 0.1, 0.3, 0), out, stops, 2);
+      expectGives(0, second, sides, 2);
+      for (Bar& b : prices) b = {0, -b.low, -b.high, -b.close};
+      for (Items* items : {&stops, &sides})
+        for (double& x : *items) x = -x;
+    }
+  };
+  expectBothWays({{0, 11, 9, 10},
+                  {0, 12, 10, 10.5},
+                  {0, 13, 11, 12},
+                  {0, 14, 12, 13},
+                  {0, 13.5, 10, 11},
+                  {0, 12, 9, 10}},
+                 {0, 0, 9, 9.8, 14, 14}, {0, 0, 1, 1, -1, -1});
+  // The extreme of bar 3 is no new one: 20 + 0.2 * (8 - 20) = 17.6.
+  expectBothWays({{0, 20, 10, 15}, {0, 20, 10, 14}, {0, 12, 8, 10}, {0, 12, 8, 10}, {0, 12, 9, 10}},
+                 {0, 0, 20, 20, 17.6}, {0, 0, -1, -1, -1});
+  const Bars level{{0, 6, 4, 5}, {0, 6, 4, 5}, {0, 6, 4, 5.5}};
   expectGives(qvSAR(&level, out.fresh(), second.fresh(), 0.02, 0.2, 0), out, {0, 0, 6}, 2);
   EXPECT_EQ(second[2], -1.0) << "a flat second close starts short";
 }

@@ -14,7 +14,7 @@ struct Volume : testing::Test {
   Array out, second, third;
 };
 
-TEST_F(Volume, OnBalanceAddsRisesAndSubtractsFalls) {
+TEST_F(Volume, OnBalance) {
   Bars bars(closingAt({5, 6, 6, 4, 5}, {100, 10, 20, 30, 40}));
   for (int i = 0; i < 5; ++i) bars.openInterest.data[i] = 10 * bars.volume.data[i];
   expectGives(qvOBV(&bars, &out, 0), out, {0, 10, 10, -20, 20}, 1);
@@ -27,14 +27,12 @@ TEST_F(Volume, OnBalanceAddsRisesAndSubtractsFalls) {
   EXPECT_EQ(qvOBVol(&bars, -5, 1000), 20);
   EXPECT_EQ(qvOBVol(&bars, INT_MAX, INT_MAX) + qvOBOi(&bars, 5, 70), 0);
   EXPECT_EQ(qvOBVol(nullptr, 0, 1) + qvOBOi(nullptr, 0, 1), 0);
-}
-
-TEST_F(Volume, OnBalanceSwingsAreKnownPBarsLater) {
-  // Unit volumes: on balance the closes walk 0 1 2 1 0 1 2 3 2 1 2 3 4 with swings, at strength 2, of
-  // high 2 (known at bar 4), low 0 (6), high 3 (9) - the newer high above the older: up -, low 1 (11).
+  // Swings are known p bars later. Unit volumes: on balance the closes walk 0 1 2 1 0 1 2 3 2 1 2 3 4 with
+  // swings, at strength 2, of high 2 (known at bar 4), low 0 (6), high 3 (9) - the newer high above the
+  // older: up -, low 1 (11).
   const Items walk{0, 1, 2, 1, 0, 1, 2, 3, 2, 1, 2, 3, 4};
-  const Bars bars(closingAt(walk, Items(13, 1.0)));
-  expectGives(qvOBVolExp(&bars, &out, &second, &third, 2, 0), out, walk, 1);
+  const Bars swings(closingAt(walk, Items(13, 1.0)));
+  expectGives(qvOBVolExp(&swings, out.fresh(), &second, &third, 2, 0), out, walk, 1);
   // Bars 6 and 7 reach or pass the high 2, bars 11 and 12 the high 3; bar 6 records the low 0 only.
   expectGives(0, second, {0, 0, 0, 0, 0, 0, 1, 1, 1, 0, 0, 1, 1}, 1);
   expectGives(0, third, {0, 0, 0, 0, 0, 0, 0, 0, 0, 1, 1, 1, 1}, 1);
@@ -72,7 +70,7 @@ TEST_F(Volume, AccumulationAndMoneyFlow) {
   expectNear(qvMFI(&tall, &third, 0), third, {2.5, 4 * 5.0 / 6, 0}, 0);
 }
 
-TEST_F(Volume, PriceMovesWithVolume) {
+TEST_F(Volume, PriceMovesWithVolumeAndRatios) {
   expectNear(qvPVT(&four, &out, 0), out, {0, 10, -5, -5}, 1);  // 2 * 50 / 10, -3 * 60 / 12
   expectNear(qvNVI(&four, &out, 0), out, {0, 0.2, 0.2, 0.2}, 1);
   expectNear(qvPVI(&four, &out, 0), out, {0, 0, -0.25, -0.25}, 1);
@@ -84,13 +82,10 @@ TEST_F(Volume, PriceMovesWithVolume) {
     EXPECT_EQ(qvVOSC(&four.close, &out, 1, p, 99, 0), status);
     EXPECT_EQ(qvBOP(&four, &out, 99, p, 0), status);
   }
-}
-
-TEST_F(Volume, EaseOfMovementPayoffAndRatios) {
   // Bar 1: midpoint 12, less high 11 plus low 9 = 10; box 40 / 2 = 20: 0.5. Bar 2: flat: 0 (40 / 0 is
   // infinite, the quotient 0). Bar 3: no volume: 0. By midpoints 10 to 12 over (40 / 10) / 2.
   const Bars bars{{0, 11, 9, 0, 30}, {0, 13, 11, 0, 40}, {0, 12, 12, 0, 40}, {0, 13, 11, 0}, {0, 13, 13, 0}};
-  expectGives(qvEMV(&bars, &out, 2, 1, 0), out, {0, 0.5, 0, 0, 0}, 1);
+  expectGives(qvEMV(&bars, out.fresh(), 2, 1, 0), out, {0, 0.5, 0, 0, 0}, 1);
   expectGives(qvArmsEMV(&bars, &out, 10, 0), out, {0, 1, 0, 0, 0}, 1);
   // Bar 1: 100 * 2 * (2 * 10 / 40 + 1) * 1 = 300; bar 2: 100 * 1 * (0 + 1) * -1 = -100, smoothed by a
   // quarter: 300 + (-100 - 300) / 4 = 200; bar 3: no open interest: stays.
