@@ -1,5 +1,5 @@
 // A table of calculations by their common shape, so that the properties that hold for all of them
-// are tested once. Each family adds its rows in tests/calculations/.
+// are tested once: one row each in calculations.cpp.
 #pragma once
 
 #include <functional>
@@ -75,15 +75,6 @@ Calculation calculation(const char* name, int (*function)(Args...) noexcept, std
   return c;
 }
 
-inline std::vector<Calculation>& calculations() {
-  static std::vector<Calculation> table;
-  return table;
-}
-
-struct Register {
-  Register(std::vector<Calculation> rows) {
-    for (Calculation& row : rows) calculations().push_back(std::move(row));
-  }
-};
+const std::vector<Calculation>& calculations();
 
 }  // namespace qvtest
