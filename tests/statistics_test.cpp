@@ -1,9 +1,9 @@
 #include <gtest/gtest.h>
 
 #include <climits>
-#include <utility>
+#include <cmath>
+#include <tuple>
 
-#include "support/calculations.h"
 #include "support/expect.h"
 #include "support/series.h"
 
@@ -107,61 +107,37 @@ TEST(Statistics, StretchesStayInsideTheSeries) {
   EXPECT_EQ(qvArrayStatsPos(nullptr, nullptr, nullptr, 0, 5, 0), -1);
 }
 
-// The moving forms against their stretch functions; the kernels under them have finer tests of their own.
-// Parameters: `sample` where there is one, then the period.
-struct Moving {
-  Calculation moving;
-  double (*stretch)(const QvArray* a, const QvArray* b, int sample, int from, int to);
-};
-
-double ofTheIndex(const QvArray* a, int from, int to) {
-  Array index(Items(80, 0.0));
-  for (int i = 0; i < 80; ++i) index.data[i] = i;
-  return qvCorCoef(&index, a, 1, from, to);
-}
-
-double betaOf(const QvArray* a, const QvArray* b, int sample, int from, int to) {
-  const double dispersion = qvDispersion(a, from, to);
-  return dispersion > 0.0 ? qvCorCoef(a, b, sample, from, to) / dispersion : 0.0;
-}
-
-#define STRETCH(value)                                                                           \
-  [](const QvArray* a, [[maybe_unused]] const QvArray* b, [[maybe_unused]] int sample, int from, \
-     int to) -> double { return value; }
-const Moving kMoving[] = {
-    {calculation("StdDev", qvStdDevMv, {0, 0}), STRETCH(qvStdDev(a, sample, from, to))},
-    {calculation("StdErr", qvStdErrMv, {0}), STRETCH(qvStdErr(a, from, to))},
-    {calculation("Dispersion", qvDispersionMv, {0}), STRETCH(qvDispersion(a, from, to))},
-    {calculation("RSquared", qvRSquared, {0}), STRETCH(std::pow(ofTheIndex(a, from, to), 2))},
-    {calculation("Covariance", qvCovarianceMv, {0}), STRETCH(qvCovariance(a, b, from, to))},
-    {calculation("CorCoef", qvCorCoefMv, {0, 0}), STRETCH(qvCorCoef(a, b, sample, from, to))},
-    {calculation("RSquaredCoef", qvRSquaredCoef, {0, 0}),
-     STRETCH(std::pow(qvCorCoef(a, b, sample, from, to), 2))},
-    {calculation("Beta", qvBetaCoefMv, {0, 0}), STRETCH(betaOf(a, b, sample, from, to))},
-};
-
+// The kernels under the moving forms have finer tests of their own.
 TEST(Statistics, MovingFormsAreTheirStretchOfEveryWindow) {
-  for (const auto& [moving, stretch] : kMoving)
-    for (Shape shape : {Shape::Walk, Shape::Flat, Shape::Integers, Shape::NaNs})
-      for (int sample : {0, 1})
-        for (int p : {1, 2, 5, 78}) {
-          const Array a(shaped(shape, 80, 3), 2), b(shaped(shape, 90, 4));
-          Array out;
-          const QvArray* const in[] = {&a, &b};
-          QvArray* const outs[] = {&out};
-          const double params[] = {1.0 * sample, 1.0 * p};
-          ASSERT_EQ(moving.call(nullptr, in, outs, params + (2 - moving.params.size()), 1), 0);
-          const int valid = 2 + (p - 1) * (moving.name == "Beta" ? 2 : 1);  // which waits for its dispersion
-          ASSERT_EQ(out.firstValid, valid) << moving.name;
-          ASSERT_EQ(out.size, 80) << moving.name;
-          for (int i = 0; i < 80; ++i) {
-            const double wanted = i < valid ? 0.0 : stretch(&a, &b, sample, i - p + 1, i);
-            const double allowed = 1e-12 * std::fmax(1, std::fabs(wanted));
-            ASSERT_TRUE(sameBits(out[i], wanted) || std::fabs(out[i] - wanted) <= allowed)
-                << moving.name << " at " << i << ", period " << p << ": " << out[i] << " instead of "
-                << wanted;
-          }
-        }
+  Array out, index(Items(80, 0.0));
+  for (int i = 0; i < 80; ++i) index.data[i] = i;
+  for (Shape shape : {Shape::Walk, Shape::Flat, Shape::Integers, Shape::NaNs})
+    for (int sample : {0, 1})
+      for (int p : {1, 2, 5, 78}) {
+        const Array a(shaped(shape, 80, 3), 2), b(shaped(shape, 90, 4));
+        const auto expectMoving = [&](int status, auto stretch, int wait = 0, int line = __builtin_LINE()) {
+          const auto window = [&](int i) { return stretch(i - p + 1, i); };
+          expectEach(status, out, p + 1 + wait, 1e-12, window, line);
+          EXPECT_EQ(out.size, 80);
+        };
+        const auto correlation = [&](int from, int to) { return qvCorCoef(&a, &b, sample, from, to); };
+        expectMoving(qvCorCoefMv(&a, &b, &out, sample, p, 1), correlation);
+        expectMoving(qvRSquaredCoef(&a, &b, &out, sample, p, 1),
+                     [&](int from, int to) { return std::pow(correlation(from, to), 2); });
+        expectMoving(qvRSquared(&a, &out, p, 1),
+                     [&](int from, int to) { return std::pow(qvCorCoef(&index, &a, 1, from, to), 2); });
+        expectMoving(qvCovarianceMv(&a, &b, &out, p, 1),
+                     [&](int from, int to) { return qvCovariance(&a, &b, from, to); });
+        expectMoving(qvStdDevMv(&a, &out, sample, p, 1),
+                     [&](int from, int to) { return qvStdDev(&a, sample, from, to); });
+        expectMoving(qvStdErrMv(&a, &out, p, 1), [&](int from, int to) { return qvStdErr(&a, from, to); });
+        const auto dispersion = [&](int from, int to) { return qvDispersion(&a, from, to); };
+        expectMoving(qvDispersionMv(&a, &out, p, 1), dispersion);
+        const auto beta = [&](int from, int to) {
+          return dispersion(from, to) > 0 ? correlation(from, to) / dispersion(from, to) : 0;
+        };
+        expectMoving(qvBetaCoefMv(&a, &b, &out, sample, p, 1), beta, p - 1);  // waits for its dispersion
+      }
 }
 
 TEST(Statistics, WhereMovingFormsBeginAndEnd) {

@@ -49,7 +49,7 @@ template <typename... Args>
 Calculation calculation(const char* name, int (*function)(Args...) noexcept, std::vector<double> params) {
   Calculation c;
   c.name = name;
-  c.bars = (0 + ... + std::is_same_v<std::remove_const_t<std::remove_pointer_t<Args>>, QvBars>);
+  c.bars = (0 + ... + std::is_same_v<Args, const QvBars*>);
   c.inputs = (0 + ... + std::is_same_v<Args, const QvArray*>);
   c.outputs = (0 + ... + std::is_same_v<Args, QvArray*>);
   ((std::is_arithmetic_v<Args> ? c.isInteger.push_back(std::is_integral_v<Args>) : void()), ...);
@@ -59,8 +59,8 @@ Calculation calculation(const char* name, int (*function)(Args...) noexcept, std
                                                QvArray* const* outputs, const double* numbers, int start) {
     std::size_t left = count;
     const auto take = [&]<typename T>(std::type_identity<T>) -> T {
-      if constexpr (std::is_same_v<T, const QvBars*> || std::is_same_v<T, QvBars*>) {
-        return const_cast<T>(*bars++);
+      if constexpr (std::is_same_v<T, const QvBars*>) {
+        return *bars++;
       } else if constexpr (std::is_same_v<T, const QvArray*>) {
         return *inputs++;
       } else if constexpr (std::is_same_v<T, QvArray*>) {

@@ -8,15 +8,14 @@
 #include <cmath>
 #include <cstdint>
 #include <functional>
+#include <optional>
 #include <utility>
-#include <vector>
 
 #include "core/memory.h"
-#include "qvlib60.h"
+#include "support/series.h"
 
 namespace qvtest {
 
-using Items = std::vector<double>;
 using Pair = std::pair<double, double>;
 
 // The two outputs of a function.
@@ -27,33 +26,20 @@ Pair bothOf(Function function, const In& in, Args... args) {
   return {first, second};
 }
 
-inline void expectItems(const QvArray& a, const std::vector<double>& wanted, double tolerance = 1e-12) {
-  ASSERT_EQ(a.size, static_cast<int>(wanted.size()));
-  for (int i = 0; i < a.size; ++i)
-    EXPECT_NEAR(a.data[i], wanted[static_cast<std::size_t>(i)], tolerance) << "item " << i;
-}
-
 inline bool sameBits(double a, double b) {  // a not-a-number equals itself
   return std::bit_cast<std::uint64_t>(a) == std::bit_cast<std::uint64_t>(b) || (a != a && b != b);
 }
 
-inline Items itemsOf(const QvArray& a) {
-  return a.data ? Items(a.data, a.data + a.size) : Items{};
-}
-
 // A call that answers 0 and leaves exactly these items; not-a-number equals itself.
-inline void expectGives(int status, const QvArray& out, const Items& wanted) {
+inline void expectGives(int status, const QvArray& out, const Items& wanted,
+                        std::optional<int> firstValid = {}, int line = __builtin_LINE()) {
+  SCOPED_TRACE(line);
   EXPECT_EQ(status, 0);
   const Items got = itemsOf(out);
   EXPECT_TRUE(std::equal(got.begin(), got.end(), wanted.begin(), wanted.end(),
                          [](double a, double b) { return a == b || (a != a && b != b); }))
       << testing::PrintToString(got) << " instead of " << testing::PrintToString(wanted);
-}
-inline void expectGives(int status, const QvArray& out, const Items& wanted, int firstValid,
-                        int line = __builtin_LINE()) {
-  SCOPED_TRACE(line);
-  expectGives(status, out, wanted);
-  EXPECT_EQ(out.firstValid, firstValid) << testing::PrintToString(wanted);
+  EXPECT_EQ(out.firstValid, firstValid.value_or(out.firstValid)) << testing::PrintToString(wanted);
 }
 
 // The same for values that no double has, to a few roundings.
@@ -61,8 +47,10 @@ inline void expectNear(int status, const QvArray& out, const Items& wanted, int 
                        int line = __builtin_LINE()) {
   SCOPED_TRACE(line);
   EXPECT_EQ(status, 0);
-  expectItems(out, wanted);
   EXPECT_EQ(out.firstValid, firstValid) << testing::PrintToString(wanted);
+  ASSERT_EQ(out.size, static_cast<int>(wanted.size()));
+  for (int i = 0; i < out.size; ++i)
+    EXPECT_NEAR(out.data[i], wanted[static_cast<std::size_t>(i)], 1e-12) << "item " << i;
 }
 
 // A call that answers 0 and gives, from its first valid index on, what a plain loop gives for each item:

@@ -14,14 +14,20 @@ namespace qvtest {
 inline constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
 inline constexpr double kInf = std::numeric_limits<double>::infinity();
 
+using Items = std::vector<double>;
+
+inline Items itemsOf(const QvArray& a) {
+  return a.data ? Items(a.data, a.data + a.size) : Items{};
+}
+
 struct Array : QvArray {
   Array() : QvArray{} {}
-  explicit Array(const std::vector<double>& items, int first = 0) : QvArray{} {
+  explicit Array(const Items& items, int first = 0) : QvArray{} {
     qvAllocArray(this, static_cast<int>(items.size()));
     for (int i = 0; i < size; ++i) data[i] = items[static_cast<std::size_t>(i)];
     firstValid = first;
   }
-  Array(std::initializer_list<double> items) : Array(std::vector<double>(items)) {}
+  Array(std::initializer_list<double> items) : Array(Items(items)) {}
   Array(const Array&) = delete;
   Array& operator=(const Array&) = delete;
   ~Array() { qvFreeArray(this); }
@@ -29,9 +35,7 @@ struct Array : QvArray {
   double operator[](int i) const { return i >= 0 && i < size ? data[i] : kNaN; }
   // Emptied, to serve as the output of a longer calculation.
   Array* fresh() { return qvFreeArray(this), this; }
-  std::vector<double> items() const {
-    return data ? std::vector<double>(data, data + size) : std::vector<double>{};
-  }
+  Items items() const { return itemsOf(*this); }
   // An allocated block full of `value`, as a caller's used output would be.
   static void fill(QvArray& a, int capacity, double value) {
     qvAllocArray(&a, capacity);
@@ -60,8 +64,7 @@ struct Bars : QvBars {
 };
 
 // Bars that trade at their close only, with what else is given.
-inline std::vector<Bar> closingAt(const std::vector<double>& closes, const std::vector<double>& volumes = {},
-                                  const std::vector<double>& dates = {}) {
+inline std::vector<Bar> closingAt(const Items& closes, const Items& volumes = {}, const Items& dates = {}) {
   std::vector<Bar> bars;
   for (std::size_t i = 0; i < closes.size(); ++i)
     bars.push_back({closes[i], closes[i], closes[i], closes[i], volumes.empty() ? 0 : volumes[i], 0,
@@ -82,10 +85,10 @@ enum class Shape { Walk, Flat, Integers, Offset, Rising, Falling, Zeros, NaNs };
 inline constexpr Shape kShapes[] = {Shape::Walk,   Shape::Flat,    Shape::Integers, Shape::Offset,
                                     Shape::Rising, Shape::Falling, Shape::Zeros,    Shape::NaNs};
 
-inline std::vector<double> shaped(Shape shape, int n, unsigned seed = 1) {
+inline Items shaped(Shape shape, int n, unsigned seed = 1) {
   std::mt19937 random(seed);
   std::uniform_real_distribution<double> unit(-1.0, 1.0);
-  std::vector<double> items(static_cast<std::size_t>(n));
+  Items items(static_cast<std::size_t>(n));
   double walk = 100.0;
   for (int i = 0; i < n; ++i) {
     const double u = unit(random);
