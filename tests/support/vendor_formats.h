@@ -95,9 +95,11 @@ class VendorTest : public testing::Test {
     EXPECT_EQ(std::min(find(kMonday, nullptr, name), 0), answer) << name;
     return answer;
   }
-  std::string listed(int answer = 0) const {
-    EXPECT_EQ(vendor.list(path.c_str(), list.c_str(), 0), answer);
-    return linesOfListing(dir);
+  // The listing after its two header lines.
+  std::string listed(int answer = 0, int append = 0) const {
+    EXPECT_EQ(qvFILElist(vendor.type, path.c_str(), list.c_str(), append), answer);
+    const std::string text = dir.read("list");
+    return text.substr(text.find('\n', text.find('\n') + 1) + 1);
   }
   // Data files and the names that mean them; "" for names that mean none.
   void expectNames(const std::vector<std::pair<std::string, std::vector<std::string>>>& names) {
