@@ -5,7 +5,6 @@
 #include <climits>
 
 #include "support/expect.h"
-#include "support/series.h"
 
 namespace qvtest {
 namespace {

@@ -5,7 +5,6 @@
 #include "core/calculation.h"
 #include "support/expect.h"
 #include "support/files.h"
-#include "support/series.h"
 
 namespace qvtest {
 namespace {

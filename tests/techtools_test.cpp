@@ -66,7 +66,6 @@ TEST_F(TechTools, AddsTheHalfTickOfSomeMarkets) {
     EXPECT_EQ(price(2, 12342, name), 123.42) << name;
 }
 
-// Counting the records of short files is TeleChart's too, and tested there.
 TEST_F(TechTools, NeedsThePriceFormatInTheHeader) {
   for (const auto& [size, answer] : {std::pair{1, -4}, {2, -9}, {31, -9}, {32, 0}}) {
     dir.write("ACME.TTD", dataFile(1, 1).substr(0, static_cast<std::size_t>(size)));

@@ -233,12 +233,11 @@ const std::vector<Calculation>& calculations() {
                   +[](BarSet bars, Out out, int start) noexcept {
                     Candles candles;
                     if (const int status = qvCandleConstruct(bars, &candles)) return status;
-                    const int found = qvCandleFill(bars, &candles, out, "qvHighWave", start, INT32_MAX);
-                    if (found >= 0) out->firstValid = 0;  // which it leaves alone
-                    return std::min(found, 0);
+                    return std::min(qvCandleFill(bars, &candles, out, "qvHighWave", start, INT32_MAX), 0);
                   },
                   {})
-          .reads(kPrices),
+          .reads(kPrices)
+          .leavesFirstValid(),
   };
   return table;
 }
