@@ -49,11 +49,12 @@ struct Call {
       EXPECT_TRUE(!c.setsFirstValid || outputs[k].firstValid == other.outputs[k].firstValid);
     }
   }
-  std::vector<QvArray*> series() {
-    std::vector<QvArray*> all;
-    for (Array& in : inputs) all.push_back(&in);
+  // With their kinds: -1 for an input, 0 .. 6 for the series of a bar set.
+  std::vector<std::pair<QvArray*, int>> series() {
+    std::vector<std::pair<QvArray*, int>> all;
+    for (Array& in : inputs) all.emplace_back(&in, -1);
     for (Bars& b : bars)
-      for (int s = 0; s < qv::kSeriesCount; ++s) all.push_back(&qv::seriesOf(b, s));
+      for (int s = 0; s < qv::kSeriesCount; ++s) all.emplace_back(&qv::seriesOf(b, s), s);
     return all;
   }
 };
@@ -63,22 +64,15 @@ class EveryCalculation : public testing::TestWithParam<Calculation> {
   const Calculation& c = GetParam();
 };
 
-// Of the series of a call: below 0 for an input, 0 .. 6 for the series of a bar set.
-int kindOf(const Calculation& c, std::size_t series) {
-  const int k = static_cast<int>(series) - c.inputs;
-  return k < 0 ? k : k % qv::kSeriesCount;
-}
-
 TEST_P(EveryCalculation, RefusesMissingArguments) {
   const QvBars* noBars[4] = {};
   const QvArray* noInputs[8] = {};
   QvArray* noOutputs[8] = {};
   EXPECT_EQ(c.call(noBars, noInputs, noOutputs, c.params.data(), 0), -1) << "null records";
   for (std::size_t k = 0; k < Call(c).series().size(); ++k) {
-    const int kind = kindOf(c, k);
-    const bool needed = kind <= 0 || c.series & (1u << kind);
     Call call(c);
-    QvArray* series = call.series()[k];
+    const auto [series, kind] = call.series()[k];
+    const bool needed = kind <= 0 || c.series & (1u << kind);
     qvFreeArray(series);
     EXPECT_EQ(call.run() == -1, needed) << "without series " << k;
     if (kind <= 0) continue;
@@ -92,8 +86,9 @@ TEST_P(EveryCalculation, RefusesAnOutputThatSharesAnInput) {
     Call call(c);
     QvArray& out = call.outputs[o];
     for (std::size_t k = 0; k < call.series().size(); ++k) {
-      if (kindOf(c, k) == 0) continue;  // the dates may serve as an output
-      out = *call.series()[k];
+      const auto [series, kind] = call.series()[k];
+      if (kind == 0) continue;  // the dates may serve as an output
+      out = *series;
       EXPECT_EQ(call.run(5), c.inPlace ? 0 : -1) << "output " << o << " on series " << k;
       if (!c.inPlace) continue;
       Call separate(c);  // gives the same, but for the items below the start, which are kept
@@ -120,7 +115,7 @@ TEST_P(EveryCalculation, RefusesPeriodsBelowOne) {
 }
 
 TEST_P(EveryCalculation, WritesNothingBelowItsFirstValidIndex) {
-  if (!c.exactFirstValid) GTEST_SKIP() << "keeps documented values below its first valid index";
+  if (!c.exactFirstValid) GTEST_SKIP() << "keeps documented values";
   for (int start : {0, 7}) {
     Call call(c);
     for (Array& in : call.inputs) in.firstValid = 3;
@@ -162,7 +157,7 @@ TEST_P(EveryCalculation, SurvivesAnyStart) {
     Call(c).expectSurvives(start, start, -1);
   for (int first : {-5, 119, 120, INT_MAX}) {
     Call call(c);
-    for (QvArray* series : call.series()) series->firstValid = first;
+    for (const auto& [series, kind] : call.series()) series->firstValid = first;
     call.expectSurvives(0, first, -1);
   }
 }
@@ -193,7 +188,7 @@ TEST_P(EveryCalculation, SurvivesShortAndWildData) {
   }
   for (double wild : {kNaN, kInf, -kInf, 1e308, 0.0}) {
     Call call(c);
-    for (int s = 0; QvArray * series : call.series())
+    for (int s = 0; const auto& [series, kind] : call.series())
       for (int i = s++ % 3; i < series->size; i += 3) series->data[i] = wild;
     call.expectSurvives(0, wild);
   }

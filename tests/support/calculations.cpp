@@ -33,10 +33,10 @@ const std::vector<Calculation>& calculations() {
       ROW(qvExpMA, {14}).mayRunInPlace().refusesPeriods({0}),
       ROW(qvZeroLagExpMA, {14}).refusesPeriods({0}),
       // The seed stands before the first valid index.
-      ROW(qvDEMA, {14}).refusesPeriods({0}).keepsItemsBelowFirstValid(),
-      ROW(qvTEMA, {14}).refusesPeriods({0}).keepsItemsBelowFirstValid(),
-      ROW(qvVIDYA, {10, 14}).refusesPeriods({0, 1}).keepsItemsBelowFirstValid(),
-      ROW(qvVariableMA, {14}).refusesPeriods({0}).keepsItemsBelowFirstValid(),
+      ROW(qvDEMA, {14}).refusesPeriods({0}).keepsEarlierItems(),
+      ROW(qvTEMA, {14}).refusesPeriods({0}).keepsEarlierItems(),
+      ROW(qvVIDYA, {10, 14}).refusesPeriods({0, 1}).keepsEarlierItems(),
+      ROW(qvVariableMA, {14}).refusesPeriods({0}).keepsEarlierItems(),
       ROW(qvT3, {14, 0.7, 3}).refusesPeriods({0}),
       ROW(qvWellesMA, {14}).mayRunInPlace().refusesPeriods({0}),
       ROW(qvWellesSum, {14}).mayRunInPlace().refusesPeriods({0}),
@@ -62,7 +62,7 @@ const std::vector<Calculation>& calculations() {
       ROW(qvAroonOscillator, {14}).reads(kHighLow).refusesPeriods({0}),
       ROW(qvVHF, {14}).refusesPeriods({0}),
       ROW(qvRWI, {14}).reads(kHighLowClose).refusesPeriods({0}),
-      ROW(qvZigZag, {0.02, 0}).keepsItemsBelowFirstValid(),
+      ROW(qvZigZag, {0.02, 0}).keepsEarlierItems(),
       ROW(qvSwingIndex, {3.0}).reads(kPrices),
       ROW(qvAccumSwingIndex, {3.0}).reads(kPrices),
       ROW(qvTrendScore, {14}).refusesPeriods({0}),
@@ -75,8 +75,8 @@ const std::vector<Calculation>& calculations() {
       ROW(qvMomentum, {14}).refusesPeriods({0}),
       ROW(qvRateOfChange, {100, 14}).refusesPeriods({1}),
       ROW(qvRatio, {}),
-      REORDERED("qvRSIC", (BarSet one, BarSet two, Out out, int p, double date, int),
-                qvRSIC(one, two, out, p, date), {14, 36540})
+      REORDERED("qvRSIC", (BarSet a, BarSet b, Out out, int p, double date, int), qvRSIC(a, b, out, p, date),
+                {14, 36540})
           .reads(kClose)
           .refusesPeriods({0}),
       ROW(qvMACD, {9}).refusesPeriods({0}),
@@ -110,11 +110,11 @@ const std::vector<Calculation>& calculations() {
       ROW(qvProjectionBands, {14}).reads(kHighLow).refusesPeriods({0}),
       ROW(qvProjectionBandwidth, {14}).reads(kHighLow).refusesPeriods({0}),
       ROW(qvProjectionOscillator, {14, 3}).reads(kHighLowClose).refusesPeriods({0}),
-      ROW(qvStdErrBands, {2.0, 14}).refusesPeriods({1}).keepsItemsBelowFirstValid(),
+      ROW(qvStdErrBands, {2.0, 14}).refusesPeriods({1}).keepsEarlierItems(),
       ROW(qvIchimokuKinkoHyo, {9, 26, 52, 26, 0})
           .reads(kHighLowClose)
           .refusesPeriods({0, 1, 2})
-          .keepsItemsBelowFirstValid(),
+          .keepsEarlierItems(),
       // Volume.
       ROW(qvOBV, {}).reads(kClose | kVolume),
       ROW(qvOBVolMv, {14}).reads(kClose | kVolume).refusesPeriods({0}),
@@ -131,18 +131,14 @@ const std::vector<Calculation>& calculations() {
       ROW(qvNVI, {}).reads(kClose | kVolume),
       ROW(qvPVI, {}).reads(kClose | kVolume),
       ROW(qvForceIndex, {13}).reads(kClose | kVolume).refusesPeriods({0}).needsMoreThan(13),
-      ROW(qvEMV, {2, 14})
-          .reads(kHighLow | kVolume)
-          .refusesPeriods({1})
-          .keepsItemsBelowFirstValid()
-          .needsMoreThan(14),
+      ROW(qvEMV, {2, 14}).reads(kHighLow | kVolume).refusesPeriods({1}).keepsEarlierItems().needsMoreThan(14),
       ROW(qvArmsEMV, {10000}).reads(kHighLow | kVolume),
       ROW(qvHerrickPayoffIndex, {100.0, 0.1}).reads(kHighLow | kVolume | kOpenInterest),
       ROW(qvVOSC, {5, 10, 2}).refusesPeriods({0, 1}).needsMoreThan(10),
       ROW(qvVR, {14}).reads(kClose | kVolume).refusesPeriods({0}).needsMoreThan(14),
       // Breadth. qvBretzTRIN5, which always answers 0, is tested by hand.
       ROW(qvADIssues, {}),
-      ROW(qvADLine, {}).keepsItemsBelowFirstValid(),
+      ROW(qvADLine, {}).keepsEarlierItems(),
       ROW(qvCVI, {}),
       ROW(qvADLineBreadth, {}),
       ROW(qvADRatio, {}),
@@ -159,9 +155,9 @@ const std::vector<Calculation>& calculations() {
       ROW(qvBoltonTremblay, {}),
       ROW(qvMcClellanOscillator, {19, 39}).refusesPeriods({0, 1}),
       ROW(qvMcClellanSummation, {19, 39}).refusesPeriods({0, 1}),
-      ROW(qvMcClellanOscSum, {19, 39}).refusesPeriods({0, 1}).keepsItemsBelowFirstValid(),
+      ROW(qvMcClellanOscSum, {19, 39}).refusesPeriods({0, 1}).keepsEarlierItems(),
       // Bar shape, counting, sentiment, range and relative volatility.
-      ROW(qvBOP, {2, 14}).reads(kPrices).refusesPeriods({1}).keepsItemsBelowFirstValid().needsMoreThan(14),
+      ROW(qvBOP, {2, 14}).reads(kPrices).refusesPeriods({1}).keepsEarlierItems().needsMoreThan(14),
       ROW(qvQstick, {8}).reads(kOpen | kClose).refusesPeriods({0}),
       ROW(qvIMI, {14}).reads(kOpen | kClose).refusesPeriods({0}),
       ROW(qvMassIndex, {25}).reads(kHighLow).refusesPeriods({0}),
@@ -172,14 +168,14 @@ const std::vector<Calculation>& calculations() {
       ROW(qvWilliamsAD, {}).reads(kHighLowClose),
       ROW(qvPVrank, {}).reads(kClose | kVolume),
       ROW(qvLineOsc, {10}).refusesPeriods({0}),
-      ROW(qvNMO, {14}).refusesPeriods({0}).keepsItemsBelowFirstValid(),
+      ROW(qvNMO, {14}).refusesPeriods({0}).keepsEarlierItems(),
       ROW(qvAR, {26}).reads(kOpen | kHighLow).refusesPeriods({0}).needsMoreThan(26),
       ROW(qvBR, {26}).reads(kHighLowClose).refusesPeriods({0}).needsMoreThan(26),
       ROW(qvERAYBull, {13}).reads(kHigh | kClose).refusesPeriods({0}).needsMoreThan(13),
       ROW(qvERAYBear, {13}).reads(kLow | kClose).refusesPeriods({0}).needsMoreThan(13),
       ROW(qvSONAR, {13, 9}).refusesPeriods({0}).needsMoreThan(22),
       ROW(qvRangeIndicator, {10, 3}).reads(kHighLowClose).refusesPeriods({0, 1}),
-      ROW(qvPFE, {10, 5}).refusesPeriods({0, 1}).keepsItemsBelowFirstValid(),
+      ROW(qvPFE, {10, 5}).refusesPeriods({0, 1}).keepsEarlierItems(),
       ROW(qvWellesVolatility, {3.0, 7}).reads(kHighLowClose).refusesPeriods({1}),
       ROW(qvRVIoriginal, {14}).refusesPeriods({0}),
       ROW(qvRVI, {14}).reads(kHighLow).refusesPeriods({0}),
@@ -203,20 +199,20 @@ const std::vector<Calculation>& calculations() {
       ROW(qvWeightedCloses, {}).reads(kHighLowClose),
       ROW(qvPerformancePct, {}),
       ROW(qvDiffValue, {14}).refusesPeriods({0}),
-      REORDERED("qvCompStrength", (BarSet one, BarSet two, Out out, double date, int),
-                qvCompStrength(one, two, out, date), {36540})
+      REORDERED("qvCompStrength", (BarSet a, BarSet b, Out out, double date, int),
+                qvCompStrength(a, b, out, date), {36540})
           .reads(kClose),
-      REORDERED("qvCompPerformance", (BarSet one, BarSet two, Out out, double date, int),
-                qvCompPerformance(one, two, out, date), {36540})
+      REORDERED("qvCompPerformance", (BarSet a, BarSet b, Out out, double date, int),
+                qvCompPerformance(a, b, out, date), {36540})
           .reads(kClose),
-      REORDERED("qvSpread", (BarSet one, BarSet two, Out out, double a, double b, double date, int),
-                qvSpread(one, two, out, a, b, date), {2, 3, 36540})
+      REORDERED("qvSpread", (BarSet a, BarSet b, Out out, double x, double y, double date, int),
+                qvSpread(a, b, out, x, y, date), {2, 3, 36540})
           .reads(kClose),
       // Arrays.
       ROW(qvScaleArray, {0, 0, 0, 100, 1}).mayRunInPlace().leavesFirstValid(),
       ROW(qvMultAddArray, {2, 1}).mayRunInPlace().leavesFirstValid(),
       ROW(qvDivide, {100}),
-      ROW(qvFillInterval, {}).keepsItemsBelowFirstValid(),
+      ROW(qvFillInterval, {}).keepsEarlierItems(),
       // Signals: the end stands behind the start.
       FORMATION("qvCPR").reads(kHighLowClose),
       FORMATION("qvGap").reads(kHighLow),

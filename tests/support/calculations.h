@@ -30,8 +30,8 @@ struct Calculation {
 
   Calculation& reads(unsigned mask) { return series = mask, *this; }
   Calculation& mayRunInPlace() { return inPlace = true, *this; }
-  // A documented exception: something is kept below the first valid index.
-  Calculation& keepsItemsBelowFirstValid() { return exactFirstValid = false, *this; }
+  // A documented exception: something stands below the first valid index.
+  Calculation& keepsEarlierItems() { return exactFirstValid = false, *this; }
   // A documented exception: the output's first valid index stays as the caller left it.
   Calculation& leavesFirstValid() { return setsFirstValid = false, *this; }
   // A documented exception: where the periods do not fit the answer is the number of bars.
