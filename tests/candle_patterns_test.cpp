@@ -196,19 +196,18 @@ TEST_P(EveryPattern, IsFoundByItsNameAndNotWhereABarOrAnArgumentIsMissing) {
   const QvCandles noCandles{};
   const QvBars noBars{};
   Array signals;
-  EXPECT_EQ(qvCandleFill(&whole.bars, &whole.candles, &signals, row.name, 0, INT_MAX), 1);
-  for (int i : {INT_MIN, -1, whole.last - 1, whole.last + 1, INT_MAX})
-    EXPECT_EQ(row.test(&whole.bars, &whole.candles, i), 0);
-  for (int signal :
-       {row.test(&whole.bars, nullptr, whole.last), row.test(&whole.bars, &noCandles, whole.last),
-        row.test(nullptr, &whole.candles, whole.last), row.test(&noBars, &whole.candles, whole.last)})
+  const auto& [bars, candles, last] = whole;
+  EXPECT_EQ(qvCandleFill(&bars, &candles, &signals, row.name, 0, INT_MAX), 1);
+  for (int i : {INT_MIN, -1, last - 1, last + 1, INT_MAX}) EXPECT_EQ(row.test(&bars, &candles, i), 0);
+  for (int signal : {row.test(&bars, nullptr, last), row.test(&bars, &noCandles, last),
+                     row.test(nullptr, &candles, last), row.test(&noBars, &candles, last)})
     EXPECT_EQ(signal, 0);
   if (row.bars == 1) return;
   w.resize(w.size() - 8);  // without its oldest bar
   const Laid cut(w);
   EXPECT_EQ(row.test(&cut.bars, &cut.candles, cut.last), 0);
-  EXPECT_EQ(row.test(&whole.bars, &cut.candles, whole.last), 0) << "fewer candles than bars";
-  EXPECT_EQ(row.test(&cut.bars, &whole.candles, whole.last), 0) << "fewer bars than candles";
+  EXPECT_EQ(row.test(&bars, &cut.candles, last), 0) << "fewer candles than bars";
+  EXPECT_EQ(row.test(&cut.bars, &candles, last), 0) << "fewer bars than candles";
 }
 
 INSTANTIATE_TEST_SUITE_P(Table, EveryPattern, testing::ValuesIn(kPatterns),

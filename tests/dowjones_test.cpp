@@ -38,8 +38,8 @@ struct DowJones : VendorTest {
   DowJones() : VendorTest(kFormat) {}
   inline static const VendorFormat& kFormat = vendorFormat(
       "DowJones", "DJ", qvDJread, qvDJfindrec, qvDJlist, Files{{"mapinfo.dat", mapinfo({{"OTHER"}, {}})}},
-      "ACME.SQD", "DOHLCV", [](int step) { return dataFile("DVHLCO", 6, step); }, "Acme Industries", 2,
-      "004764106", 5);
+      "ACME.SQD", "DOHLCV", [](int step) { return dataFile("DVHLCO", 6, step); }, "Acme Industries", "Daily",
+      "Stock", "\ncusip        004764106");
 
   void writeDirectory(const std::vector<Entry>& entries) const { dir.write("Mapinfo.DAT", mapinfo(entries)); }
 };

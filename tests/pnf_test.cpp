@@ -149,8 +149,6 @@ TEST(PointAndFigureChart, RefusesWhatCannotBeDrawnAndWritesNothing) {
   EXPECT_EQ(draw(100'001, 1, 1), -1) << "more than a hundred thousand rows";
   EXPECT_EQ(dir.read("chart.txt"), "kept");
 
-  EXPECT_EQ(draw(13, 1e308, 1), 0);
-  EXPECT_EQ(dir.read("chart.txt"), "") << "highs below the lows: no level";
   ASSERT_EQ(draw(100'000, 1, 1), 0);
   const std::string text = dir.read("chart.txt");
   EXPECT_EQ(std::count(text.begin(), text.end(), 'X'), 100'000) << "the most rows there may be";

@@ -7,29 +7,25 @@ namespace {
 
 using namespace qvtest;
 
-std::string header(int code) {
-  return little(code, 2) + gap(14);
-}
-
 std::string quarters(char field, double value) {
   const bool isPrice = std::string("OHLC").find(field) != std::string::npos;
   return little(static_cast<int>(isPrice ? 4 * value : value), field == 'V' || field == 'I' ? 3 : 2);
 }
 
 std::string dataFile(int records, int step) {
-  return header(-12) + recordsOf("DOHLCVI", records, step, quarters);
+  return little(-12, 2) + gap(14) + recordsOf("DOHLCVI", records, step, quarters);
 }
 
 struct TechTools : VendorTest {
   TechTools() : VendorTest(kFormat) {}
   inline static const VendorFormat& kFormat = vendorFormat(
       "TechTools", "TT", qvTTread, qvTTfindrec, qvTTlist, Files{}, "ACME.TTD", "DOHLCVI",
-      [](int step) { return dataFile(6, step); }, "ACME", 1);
+      [](int step) { return dataFile(6, step); }, "ACME", "Intraday");
 
   double price(int code, int stored, const char* name = "A.TTD") {
     const std::string v = little(stored, 2);
-    dir.write(name,
-              header(code) + little(65535, 2) + v + v + v + v + little(0x030201, 3) + little(0xFEFFFF, 3));
+    dir.write(name, little(code, 2) + gap(14) + little(65535, 2) + v + v + v + v + little(0x030201, 3) +
+                        little(0xFEFFFF, 3));
     EXPECT_EQ(read(name), 0);
     const double p = qvGetArrayItem(&bars.open, 0);
     EXPECT_EQ(barOf(bars, 0), (Items{65535, p, p, p, p, 197121, 16711679}));

@@ -15,7 +15,7 @@ struct TeleChart : VendorTest {
   TeleChart() : VendorTest(kFormat) {}
   inline static const VendorFormat& kFormat = vendorFormat(
       "TeleChart", "TC", qvTCread, qvTCfindrec, qvTClist, Files{}, "ACME.NDX", "DOHLCV",
-      [](int step) { return dataFile(6, step); }, "Acme Industries", 1);
+      [](int step) { return dataFile(6, step); }, "Acme Industries", "Intraday");
 };
 
 TEST_F(TeleChart, FindsFilesByTheirNames) {

@@ -52,10 +52,7 @@ struct VendorFormat {
   const char* dataFile;
   std::string fields;
   std::function<std::string(int step)> data;  // `step` days from record to record
-  const char* description;
-  int frequency;
-  const char* cusip = "";
-  int dataType = 0;
+  std::string description, frequency, dataType = "Unknown", cusip = "";
 };
 
 inline void PrintTo(const VendorFormat& row, std::ostream* os) {
