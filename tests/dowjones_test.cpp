@@ -100,6 +100,8 @@ TEST_F(DowJones, CountsByTheDirectoryAndGoesOnToTheEndOfTheFile) {
   EXPECT_EQ(find(kMonday + 6), -9);
   dir.write("ACME.SQD", dataFile("DVHLCO", 5));
   EXPECT_EQ(find(kMonday + 5), -4);
+  writeDirectory({{"ACME", 'S', '7', "", 'D', -1}});
+  EXPECT_EQ(status(), -9);
 }
 
 TEST_F(DowJones, AnswersADamagedDirectory) {

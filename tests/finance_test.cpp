@@ -29,8 +29,7 @@ TEST(Options, CumulativeNormal) {
 }
 
 TEST(Options, BlackScholes) {
-  // Hull, Options, Futures and Other Derivatives, the chapter's example: 42, 40, 10 %, volatility
-  // 20 %, half a year: 4.76.
+  // Hull, Options, Futures and Other Derivatives, the example of the chapter: 4.76.
   EXPECT_NEAR(call(42, 40, 10, 0.04), 4.76, 0.005);
   // Written out with the exact distribution and the exact e, also deep in the money and far out of it.
   const auto normal = [](double x) { return 0.5 * std::erfc(-x / std::sqrt(2.0)); };
