@@ -75,7 +75,6 @@ TEST(PointAndFigure, SurvivesAnyArgument) {
     wild.high.data[i] = i % 2 ? kInf : -kInf;
   }
   qvFreeArray(&lacking.close);
-  const Bars flat(closingAt(Items(20, 7.0)));
   const QvBars empty{};
   for (Convert convert : {qvBars2PNF, qvBars2PNFhilo}) {
     Bars columns;
@@ -102,8 +101,11 @@ TEST(PointAndFigure, SurvivesAnyArgument) {
             const int status = convert(in, &out, &index, box, reversal, start);
             ASSERT_TRUE(status == -1 || (status == 0 && start <= 57));
           }
-    Bars still;
-    EXPECT_EQ(convert(&flat, &still, columnOf.fresh(), 1, 3, 0), -1) << "never moves a box";
+    for (const int n : {1, 20}) {
+      const Bars flat(closingAt(Items(static_cast<std::size_t>(n), 7.0)));
+      Bars still;
+      EXPECT_EQ(convert(&flat, &still, columnOf.fresh(), 1, 3, 0), -1) << "never moves a box";
+    }
   }
 }
 
