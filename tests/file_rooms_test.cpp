@@ -77,13 +77,11 @@ TEST(LineReader, AgreesWithLinesTakenCharacterByCharacter) {
     }
     ASSERT_TRUE(lines == linesOf(text));
     const std::size_t n = lines.size();
-    for (const std::size_t at : {n / 2, std::size_t{0}, n - 1, n / 3}) {  // back and forth
+    for (const std::size_t at : {n / 2, std::size_t{0}, n, n - 1, n / 3}) {  // back and forth
       reader.seek(positions[at]);
-      ASSERT_TRUE(reader.next(line));
-      EXPECT_EQ(whole(), lines[at]) << at;
+      EXPECT_EQ(reader.next(line), at < n);
+      EXPECT_TRUE(at == n || whole() == lines[at]) << at;
     }
-    reader.seek(positions[n]);
-    EXPECT_FALSE(reader.next(line));
     EXPECT_FALSE(reader.failed());
   }
 }
@@ -96,10 +94,9 @@ void expectAsStrtod(const std::string& text) {
 TEST(TextNumbers, AreReadAsStrtodReadsThem) {
   // Separated by '|'.
   std::istringstream texts(
-      "| \t\n\v\f\r+12.5x|1e|1e+5|1E-5|1e400|-1e400|1e-400|4.9e-324|2e-324|1e99999999999999999999|"
-      "1e-99999999999999999999|0e99999999999999999999|-Infinity|+inf|infinit|nan|NaN(12)|nan(|0x|0x1F|-0X."
-      "8p1|"
-      "0xg|0x-1|0xinf|0x1p9999|0x1p-9999|0.1|123456789012345678901234567890");
+      "| \t\n\v\f\r+12.5x|1e|1E-5|1e400|-1e400|1e-400|4.9e-324|2e-324|1e99999999999999999999|-Infinity|"
+      "1e-99999999999999999999|0e99999999999999999999|+inf|infinit|nan|NaN(12)|nan(|0x|-0X.8p1|0xg|0x-1|"
+      "0x1p9999|0x1p-9999");
   for (std::string text; std::getline(texts, text, '|');) expectAsStrtod(text);
   for (const char* exponent : {"", "e10", "e200", "e-400", "e-700"}) {
     expectAsStrtod(std::string(240, '9') + exponent);
@@ -111,55 +108,48 @@ TEST(TextNumbers, AreReadAsStrtodReadsThem) {
     for (auto n = random() % 12; n > 0; --n) text += "00123456789+-..eExXpPinfaN() "[random() % 29];
     expectAsStrtod(text);
   }
-  const std::pair<const char*, int> integers[] = {{"", 0},
-                                                  {" +12abc", 12},
-                                                  {"-7", -7},
-                                                  {"3.9", 3},
-                                                  {"+-7", 0},
-                                                  {"2147483648", INT_MAX},
-                                                  {"-2147483649", INT_MIN},
-                                                  {"-99999999999", INT_MIN}};
-  for (const auto& [text, value] : integers) EXPECT_EQ(integerValue(text), value) << text;
+  // What fits no int; other integers are in the layouts of text files.
+  EXPECT_EQ(integerValue("2147483648"), INT_MAX);
+  EXPECT_EQ(integerValue("-99999999999"), INT_MIN);
+  EXPECT_EQ(integerValue("+-7"), 0);
 }
 
 // ---- Numbers of the Microsoft Binary Format -----------------------------------------------------------
 
-std::uint32_t toMS(std::uint32_t ieee) {
-  unsigned char ms[4];
-  const auto value = std::bit_cast<float>(ieee);
-  EXPECT_EQ(qvIEEEtoMS(&value, ms), 0);
-  return unsigned32(ms);
+// The bytes of a number, converted in place.
+std::string toMS(std::string number) {
+  char* bytes = number.data();
+  EXPECT_EQ(qvIEEEtoMS(reinterpret_cast<float*>(bytes), reinterpret_cast<Byte*>(bytes)), 0);
+  return number;
 }
 
-std::uint32_t toIEEE(std::uint32_t ms) {
-  float value;
-  EXPECT_EQ(qvMStoIEEE(reinterpret_cast<const unsigned char*>(qvtest::little(ms, 4).data()), &value), 0);
-  return std::bit_cast<std::uint32_t>(value);
+std::string toIEEE(std::string number) {
+  char* bytes = number.data();
+  EXPECT_EQ(qvMStoIEEE(reinterpret_cast<Byte*>(bytes), reinterpret_cast<float*>(bytes)), 0);
+  return number;
+}
+
+void expectPair(const std::string& ms, const std::string& ieee) {
+  EXPECT_EQ(toIEEE(ms), ieee);
+  EXPECT_EQ(toMS(ieee), ms);
 }
 
 TEST(MBF, ConvertsEveryExponentBothWaysAndWrapsThoseThatDoNotFit) {
-  EXPECT_EQ(toIEEE(0x81800000), 0xBF800000) << "-1";
-  EXPECT_EQ(toMS(0x80000000), 0u) << "-0 is 0";
-  EXPECT_EQ(toIEEE(0x00FFFFFF), 0u) << "an exponent of 0 is zero";
+  using qvtest::little;
+  expectPair(little(0x81800000, 4), little(0xBF800000, 4));  // -1
+  EXPECT_EQ(toMS(little(0x80000000, 4)), little(0, 4)) << "-0 is 0";
+  EXPECT_EQ(toIEEE(little(0x00FFFFFF, 4)), little(0, 4)) << "an exponent of 0 is zero";
   // MBF exponents 1 and 2 become 255 (not finite; a signalling NaN stays) and 0 (below the normal numbers).
-  for (const auto& [ms, ieee] : {std::pair{0x01800001u, 0xFF800001u}, {0x02800003u, 0x80000003u}}) {
-    EXPECT_EQ(toIEEE(ms), ieee);
-    EXPECT_EQ(toMS(ieee), ms);
-  }
-  EXPECT_EQ(toMS(0x7F400000), 0x00400000u) << "1.5 * 2^127: exponent 254 becomes 0";
-  std::mt19937 random(1);
-  for (int exponent = 3; exponent <= 255; ++exponent)
-    for (std::uint32_t k = 0; k < 40; ++k) {
-      const auto mantissa = static_cast<std::uint32_t>(k < 2 ? k * 0x7FFFFF : random() & 0x7FFFFF);
-      const double value = std::ldexp((k % 2 ? -0.5 : 0.5) * (1 + mantissa / 8388608.0), exponent - 128);
-      const std::uint32_t ms = static_cast<std::uint32_t>(exponent) << 24 | k % 2 << 23 | mantissa;
-      EXPECT_EQ(toIEEE(ms), std::bit_cast<std::uint32_t>(static_cast<float>(value))) << ms;
-      EXPECT_EQ(toMS(std::bit_cast<std::uint32_t>(static_cast<float>(value))), ms);
+  expectPair(little(0x01800001, 4), little(0xFF800001, 4));
+  expectPair(little(0x02800003, 4), little(0x80000003, 4));
+  EXPECT_EQ(toMS(little(0x7F400000, 4)), little(0x00400000, 4)) << "1.5 * 2^127: exponent 254 becomes 0";
+  for (int exponent = -125; exponent <= 127; ++exponent)
+    for (const double fraction : {0.5, -0.7, 1 - 0x1p-24}) {
+      const double value = static_cast<float>(std::ldexp(fraction, exponent));
+      expectPair(qvtest::mbf(value), qvtest::ieee(value));
     }
-  float value = 12.5f;
-  auto* bytes = reinterpret_cast<unsigned char*>(&value);  // in place
-  for (const int status : {qvIEEEtoMS(&value, bytes), qvMStoIEEE(bytes, &value)}) EXPECT_EQ(status, 0);
-  EXPECT_EQ(value, 12.5f);
+  float value = 0;
+  Byte bytes[4] = {};
   for (const int status : {qvIEEEtoMS(nullptr, bytes), qvIEEEtoMS(&value, nullptr),
                            qvMStoIEEE(nullptr, &value), qvMStoIEEE(bytes, nullptr)})
     EXPECT_EQ(status, -1);
