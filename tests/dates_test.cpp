@@ -120,6 +120,8 @@ TEST(Calendar, PartsAndDifferences) {
 }
 
 TEST(Calendar, WildNumbersAreAnswered) {
+  EXPECT_EQ(split(-693900), (Parts{0, 2, 29, 0, 0, 0}));
+  EXPECT_EQ(qvDayOfWeek(-693900), 1) << "the Tuesday before 1 March of year 0";
   EXPECT_EQ(split(kNaN), (Parts{1899, 12, 30, 0, 0, 0}));
   EXPECT_EQ(split(1e300)[0], INT_MAX);
   EXPECT_EQ(split(-kInf)[0], INT_MIN);
@@ -141,8 +143,7 @@ TEST(DateText, DatesAndTimesInAllForms) {
       {"20080115 093000", {9, 30, 0}},         {"080115 2359", {23, 59, 0}},
       {"2008/01/15 12:30 AM", {12, 30, 0}},    {"2008/01/15 12:30 PM", {12, 30, 0}},
       {"2008/01/15 10:30:59pm", {22, 30, 59}}, {"2008/01/15 p", {12, 0, 0}},
-      {"2008/01/15 1:2:3 4 p", {13, 2, 3}},    {"2008/01/15 1:2:3 4 5 p", {1, 2, 3}},
-      {"2008/01/15 1:2:3 4 5 6 p", {1, 2, 3}}};
+      {"2008/01/15 1:2:3 4 p", {13, 2, 3}},    {"2008/01/15 1:2:3 4 5 p", {1, 2, 3}}};
   for (const auto& [text, t] : times)
     EXPECT_EQ(parse(text, 0), (Parts{1, 2008, 1, 15, t[0], t[1], t[2]})) << text;
   EXPECT_EQ(parse("2008/02/30 25:00", 0), (Parts{0, 2008, 2, 30, 25, 0, 0}));
@@ -183,13 +184,11 @@ TEST(FormatDate, FieldsAndMarkers) {
       {november, "h:n:s hh:nn:ss", "3:7:9 03:07:09"},
       {november, "m h d m m n m", "11 3 5 7 11 7 11"},  // minute once after the hour
       {kJan15, "hh A/P", "12 A"},
-      {morning, "hh am/pm", "06 am"},
       {kJan15 + 0.5, "am/pm h:nn", "pm 12:00"},
       {evening, "A/pm h", "p1 6"},  // three characters are the marker, the M a month
       // A marker that the end of the picture cuts short writes what is there.
       {morning, "h AM", "6 AM"},
       {evening, "h AM/P", "6 P"},
-      {morning, "h A", "6 A"},
       {1e300, "yyyy", "9999"},
       {-1e300, "yyyy yy", "0000 00"},
       {2 + 86399.5 / 86400, "hh:nn:ss am", "24:00:00 "},

@@ -16,6 +16,8 @@
 
 namespace qvtest {
 
+constexpr int kMonday = 36528;  // 3 January 2000
+
 // ---- Bytes ----------------------------------------------------------------------------------------
 
 inline std::string little(std::int64_t value, int bytes) {

@@ -9,7 +9,6 @@
 
 namespace qvtest {
 
-constexpr int kMonday = 36528;  // 3 January 2000
 constexpr double kHalfPastNine = (9 * 3600 + 30 * 60 + 15) / 86400.0;
 
 // A field of record `k` of the test files: Open High Low Close Volume open Interest.
