@@ -156,10 +156,8 @@ TEST(DateText, DatesAndTimesInAllForms) {
   EXPECT_EQ(qvDateStrToDate(nullptr, 0), 0.0);
   EXPECT_EQ(qvDateStrToYMD("8/1/15", 0, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr), 1);
   for (const int status : {qvDateStrValidate(nullptr, 0), parse(nullptr, 0)[0]}) EXPECT_EQ(status, -1);
-  // The third of three groups of a date and a time has no compact form.
-  for (const std::string& text : {std::string(100000, '9'), std::string(100000, 'p'),
-                                  std::string("\xff\xfe\xe4"), std::string("20080115T0930")})
-    for (const int order : {0, 1, 2}) EXPECT_EQ(qvDateStrValidate(text.c_str(), order), 0);
+  // Of a date and a time in three groups the third has no compact form.
+  for (const char* text : {"20080115T0930", "\xff\xfe\xe4"}) EXPECT_EQ(qvDateStrValidate(text, 0), 0);
 }
 
 TEST(DateText, TimesAlone) {
@@ -250,9 +248,8 @@ TEST(DateWrappers, EveryCodePrintsAndParses) {
     EXPECT_EQ(printed(qvJulianToDateTxt, kJan15, code, "-"), dates[code]);
     EXPECT_EQ(qvDateTxtToJulian(known ? dates[code] : "2008/01/15", code), kJan15) << code;
     EXPECT_EQ(qvDateTxtVal(dates[code], code), known) << code;
-    const char* separator = code == 1 || code == 2 ? "-" : nullptr;
     if (code > 5) continue;
-    EXPECT_EQ(printed(qvJulianToTimeTxt, 34205.5 / 86400, code, separator), times[code]);
+    EXPECT_EQ(printed(qvJulianToTimeTxt, 34205.5 / 86400, code, code < 3 ? "-" : nullptr), times[code]);
   }
   // The separator is part of the picture: an S prints the seconds.
   const std::string separator(250, '-'), longText = "08" + separator + "01" + separator + "15";

@@ -290,21 +290,14 @@ TEST_F(TextFiles, AreWrittenAsTextAndLines) {
 #endif
 }
 
-TEST_F(TextFiles, SurviveDamage) {
-  const QvTxtInfo odd = {-1, 9999, 0, 3, INT_MIN, 2, INT_MAX, 1, 7, -2, {'\0', 'x'}};
-  const QvTxtInfo usual = info;
-  const auto readEverything = [&] {
-    QvTxtInfo layout;
-    EXPECT_EQ(qvTXTreadinfo(path, "a.csv", &layout), 0);
-    for (const QvTxtInfo& i : {usual, odd, layout}) {
-      info = i;
-      EXPECT_EQ(readArray(",", info.skip, 2, 1, -1), 0);
-      expectSurvives(read, find);
-    }
-  };
+TEST_F(TextFiles, SurviveDamageAlsoInTheLayout) {
   dir.write("a.csv", "dt = 1\r\n\n  delimit = ,\\t_\ncl = 2\n" + rows({0, 1}) + "\r\n" + rows({1, 0}) +
-                         "dtformat = DMY\n");
-  withDamage(dir, "a.csv", readEverything);
+                         "dtformat = DMY\n" + std::string(300, '1'));
+  withDamage(dir, "a.csv", [this] {
+    EXPECT_EQ(qvTXTreadinfo(path, "a.csv", &info), 0);
+    EXPECT_EQ(readArray(",", info.skip, 2, 1, -1), 0);
+    expectSurvives(read, find);
+  });
 }
 
 TEST_F(TextFiles, RefuseWhatIsNoFileAndNullArguments) {
