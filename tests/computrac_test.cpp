@@ -169,9 +169,12 @@ TEST_F(CompuTrac, FindsTheRecordOfATime) {
     for (const int time : {93000, 120000, 161530}) ticks += mbf(vendorDate(kMonday + d)) + mbf(time) + mbf(d);
   dir.write("F1.MWD", ticks);
   constexpr double m = kMonday, morning = 9.5 / 24, close = (16 * 3600 + 15 * 60 + 30) / 86400.0;
-  expectFindings(
-      finder,
-      {{m + morning, 0, m + morning}, {m + close, 2, m + close}, {m + 1, 3, m + 2 + morning}, {m, -9, 0}});
+  // A quarter to one comes after noon, by its minutes.
+  expectFindings(finder, {{m + morning, 0, m + morning},
+                          {m + 12.75 / 24, 2, m + close},
+                          {m + close, 2, m + close},
+                          {m + 1, 3, m + 2 + morning},
+                          {m, -9, 0}});
   dir.write("F2.MWD", dataFile("DC", 4));
   EXPECT_EQ(find(m + 2.75, nullptr, "DAILY"), 2) << "only the day counts";
 }
