@@ -163,16 +163,15 @@ TEST_F(TextFiles, AreReadInEveryColumn) {
 
 TEST_F(TextFiles, FillTheBarInformation) {
   dir.write("Microsoft, Corp .2000.csv", rows({0, 1, 2}));
-  Bars expected;
-  expected.reccnt = 3;
-  expected.filetype = 7;
-  std::strcpy(expected.path, path);
-  for (char* text : {expected.name, expected.description, expected.symbol})
-    std::strcpy(text, "Microsoft, Corp");  // 15 characters
   fillWithOldFile(bars, 1);
   const std::string padding = " " + directory + "\n";
   ASSERT_EQ(qvTXTread(&bars, padding.c_str(), " Microsoft, Corp .2000.csv ", &info, 1, 1), 0);
-  EXPECT_EQ(infoBytes(bars), infoBytes(expected));
+  ASSERT_EQ(qvFILEprintinfo(&bars, (dir / "info").c_str(), 0), 0);
+  EXPECT_EQ(dir.read("info"), "barsize      1\ndatasize     1\nreccnt       3\npath         " + directory +
+                                  "\nname         Microsoft, Corp\nsymbol       Microsoft, Corp\n"
+                                  "description  Microsoft, Corp\nfrequency    Unknown\n"
+                                  "datatype     Unknown\nfiletype     Text\n")
+      << "names of 15 characters";
 
   // The texts may be those of the bar set itself.
   dir.write("up.csv", rows({0}));
@@ -308,7 +307,6 @@ TEST_F(TextFiles, RefuseWhatIsNoFileAndNullArguments) {
   };
   for (const char* name : {".", "", "none"})
     EXPECT_EQ(answers(path, name, &info, ","), std::vector(4, -2)) << name;
-  EXPECT_EQ(bars.date.data, nullptr);
   for (const std::vector<int>& nulls : {answers(nullptr, "a", &info, ","), answers(path, nullptr, &info, ","),
                                         answers(path, "a", nullptr, nullptr)})
     EXPECT_EQ(nulls, std::vector(4, -1));

@@ -83,11 +83,6 @@ inline void fillWithOldFile(QvBars& b, int capacity) {
   b.reccnt = -5;
 }
 
-inline std::string infoBytes(const QvBars& b) {
-  const char* begin = reinterpret_cast<const char*>(&b.reccnt);
-  return {begin, reinterpret_cast<const char*>(&b + 1)};
-}
-
 // ---- What all readers share -----------------------------------------------------------------------
 
 using Read = std::function<int(QvBars*, int start, int count)>;
