@@ -4,7 +4,6 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <array>
 #include <climits>
 #include <cmath>
 #include <map>
@@ -162,14 +161,15 @@ TEST(Trading, AnOpenBeyondAStopFillsThereOnlyWithGapFills) {
 
 TEST(Trading, TheEntryDelayIsInWholeDays) {
   const int day = 86400;
-  for (const auto& [seconds, tif, filledAt] : std::vector<std::array<int, 3>>{
-           {0, 2, 1}, {day - 1, 2, 1}, {day, 2, 1}, {2 * day, 2, 2}, {2 * day, QV_DAY, 0}, {-day, 2, 1}}) {
+  for (const auto& [seconds, filledAt] :
+       std::map<int, int>{{-day, 1}, {day, 1}, {2 * day - 1, 1}, {2 * day, 2}}) {
     Backtest sys({10, 11, 12, 13});
     sys.entryDelaySeconds = seconds;
     sys.next();
-    sys.place(buy("A", 1, QV_MARKET, 0, tif));
-    for (int bar = 1; bar <= 3; ++bar) sys.next();
-    EXPECT_EQ(sys.positionCount ? sys.positions[0].entryBar : 0, filledAt) << seconds;
+    sys.place(buy("A", 1, QV_MARKET, 0, QV_GTC));
+    while (sys.next() == 1) {
+    }
+    EXPECT_TRUE(sys.positionCount == 1 && sys.positions[0].entryBar == filledAt) << seconds;
   }
 }
 
@@ -200,31 +200,15 @@ TEST(Trading, RunsDrawsMarginAndPessimisticReturn) {
   EXPECT_EQ(+sys.shortStatistics.prr, 0.0) << "no winner";
 }
 
-TEST(Trading, TablesThatCannotGrowLoseTheirRecords) {
-  for (long k : {0L, 1L}) {  // fewer than four bars: the first trade makes the table
-    Backtest sys({10, 12, 15});
-    play(sys, {{{buy("A", 1)}, "A 1@12"}});
-    sys.place(sell("X", 1));
-    qv::memory::failAllocation(k);
-    play(sys, {{{}, k ? "" : "A>X 1@15"}});
-    qv::memory::failAllocation(0);
-    EXPECT_EQ(+sys.netStatistics.totalNetProfit, 3.0) << "the statistics keep the trade";
-  }
-}
-
 TEST(Trading, HugeAndOddVolumes) {
   Backtest sys({10, 11, 12, 13, 14});
   sys.pyramiding = 1;
   sys.next();
   for (int i = 0; i < 2; ++i) sys.bar({buy("A", INT_MAX)});
-  EXPECT_EQ(sys.longContracts, INT_MAX) << "saturates";
-  EXPECT_EQ(sys.averageEntryPrice, 11.5);
+  EXPECT_TRUE(sys.longContracts == INT_MAX && sys.averageEntryPrice == 11.5) << "saturates";
   sys.bar({sell("none", INT_MIN), sell("none", 0), sellShort("S", INT_MIN), buy("zero", 0)});
   EXPECT_EQ(sys.tradeCount, 2) << "the sale closed the long positions, whatever its own volume";
   EXPECT_EQ(sys.longContracts + sys.shortContracts, 0);
-  sys.tickSize = 0;
-  sys.bar({buy("A", 1)});
-  EXPECT_TRUE(std::isnan(+sys.positions[sys.positionCount - 1].entryPrice)) << "there is no grid";
 }
 
 // ---- What holds for every run: random strategies over random bars under random settings ----
@@ -287,7 +271,7 @@ void checkTrades(const QvOrderSystem& sys) {
   EXPECT_EQ(sys.netStatistics.totalNumberOfTrades, sys.tradeCount);
 }
 
-// Answers the bytes of all that the run leaves.
+// Answers what the run leaves.
 std::string runStrategy(System& sys, unsigned seed, bool check, int ordersPerBar = 1) {
   Dice dice{std::mt19937(seed)};
   int ticket = 0;
@@ -295,11 +279,8 @@ std::string runStrategy(System& sys, unsigned seed, bool check, int ordersPerBar
     if (check) checkSummary(sys);
     for (int i = 0; i < ordersPerBar; ++i) placeOrders(sys, dice, ticket);
   }
-  std::ostringstream bytes;
-  bytes.write(reinterpret_cast<const char*>(sys.trades), 104 * sys.tradeCount);
-  bytes.write(reinterpret_cast<const char*>(sys.positions), 52 * sys.positionCount);
-  bytes.write(reinterpret_cast<const char*>(&sys.longStatistics), 3 * sizeof(QvTradeStats));
-  return bytes.str();
+  const char* statistics = reinterpret_cast<const char*>(&sys.longStatistics);
+  return state(sys) + std::string(statistics, 3 * sizeof(QvTradeStats));
 }
 
 TEST(Trading, RandomStrategies) {
@@ -326,6 +307,7 @@ TEST(Trading, WildBarsAndSettingsAndFailingAllocationsAreSurvived) {
   const std::vector<double> odd{kNaN, kInf, -kInf, 0, -5, 1e300, -1e300, 5e-324};
   const int extremes[] = {INT32_MAX, INT32_MIN, -1};
   const long before = qv::memory::liveBlocks();
+  int lost = 0;
   for (unsigned seed = 1; seed <= 40; ++seed) {
     Dice dice{std::mt19937(seed)};
     std::vector<Bar> bars = walkBars(120, seed);
@@ -341,8 +323,11 @@ TEST(Trading, WildBarsAndSettingsAndFailingAllocationsAreSurvived) {
     qv::memory::failAllocation(1 + seed % 12);
     runStrategy(sys, seed, seed <= 12, 8);
     qv::memory::failAllocation(0);
-    EXPECT_LE(sys.tradeCount, sys.netStatistics.totalNumberOfTrades);
+    const int counted = sys.netStatistics.totalNumberOfTrades;
+    EXPECT_TRUE(counted == sys.tradeCount || counted == sys.tradeCount + 1);
+    lost += counted - sys.tradeCount;
   }
+  EXPECT_GT(lost, 0) << "the statistics keep a trade that finds no place in the table";
   EXPECT_EQ(qv::memory::liveBlocks(), before);
 }
 

@@ -65,12 +65,8 @@ struct Backtest : OwnBars, System {
     tickSize = tickValue = 1;
   }
   // Bars without shadows, dated 36526 (1 January 2000) on.
-  explicit Backtest(std::initializer_list<double> prices) : Backtest(std::vector<Bar>(prices.size())) {
-    for (std::size_t i = 0; i < prices.size(); ++i) {
-      const double p = prices.begin()[i];
-      own.open.data[i] = own.high.data[i] = own.low.data[i] = own.close.data[i] = p;
-      own.date.data[i] = 36526.0 + static_cast<double>(i);
-    }
+  explicit Backtest(std::initializer_list<double> prices) : Backtest(closingAt(prices)) {
+    for (int i = 0; i < own.barsize; ++i) own.date.data[i] = 36526.0 + i;
   }
 };
 
