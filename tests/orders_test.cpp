@@ -1,4 +1,5 @@
-// The trading system's record, order entry and withdrawal, and the sequence of the orders.
+// The trading system's record, order entry and withdrawal, the sequence of the orders, and the price at which
+// an order fills.
 #include <gtest/gtest.h>
 
 #include <cstring>
@@ -6,6 +7,7 @@
 #include "core/memory.h"
 #include "support/expect.h"
 #include "support/trading.h"
+#include "tradesim/fills.h"
 #include "tradesim/order_sort.h"
 
 namespace qvtest {
@@ -160,6 +162,74 @@ TEST(OrderSystem, SurvivesNullArgumentsAndEmptyRecords) {
   for (int status : {1, -1, 0}) EXPECT_EQ(lacking.next(), status) << "the bars are passed all the same";
   empty.currentBar = INT32_MAX;
   EXPECT_EQ(empty.next(), 0);
+}
+
+// ---- Fills ----
+
+constexpr double kNone = -1;
+using qv::tradesim::FillBar;
+
+double fill(int type, int direction, int action, double price, const FillBar& bar, double tick,
+            bool gapFills) {
+  const QvOrder order{"", "", 1, action, direction, price, type, QV_DAY, 0, 0};
+  return qv::tradesim::fillPrice(order, bar, tick, gapFills).value_or(kNone);
+}
+
+struct Row {
+  double price, wanted[4];  // an exit and an entry without gap fills, and with them
+};
+
+// A stop that is bought waits for the same rise as a limit that is sold, and the other way round.
+void expectRows(const FillBar& bar, double tick, bool fromBelow, const std::vector<Row>& rows) {
+  for (int type : {QV_STOP, QV_LIMIT})
+    for (const Row& row : rows)
+      for (int k = 0; k < 4; ++k) {
+        const int direction = fromBelow == (type == QV_STOP) ? QV_BUY : QV_SELL;
+        EXPECT_DOUBLE_EQ(fill(type, direction, k % 2 ? QV_ENTRY : QV_EXIT, row.price, bar, tick, k > 1),
+                         row.wanted[k])
+            << "type " << type << " price " << row.price << " column " << k;
+      }
+}
+
+TEST(Fills, AtThePriceThatTheTypeOfOrderTakes) {
+  const FillBar bar{10.25, 11, 9.5, 10};  // open, high, low, close of the bar before
+  for (int direction : {QV_BUY, QV_SELL})
+    for (int action : {QV_EXIT, QV_ENTRY}) {
+      EXPECT_EQ(fill(QV_MARKET, direction, action, 1e9, bar, 0.25, true), 10.25);
+      EXPECT_EQ(fill(QV_CLOSE, direction, action, 1e9, bar, 0.25, true), 10);
+      for (int type : {0, 5}) EXPECT_EQ(fill(type, direction, action, 10, bar, 0.25, true), kNone);
+    }
+  expectRows(bar, 0.25, true,
+             {{11.25, kNone, kNone, kNone, kNone},  // above the high
+              {11, 11, 11.25, 11, 11.25},           // on it: an entry may fill above the bar
+              {10.375, 10.5, 10.75, 10.5, 10.75},   // half a tick rounds up
+              {10.3, 10.25, 10.5, 10.25, 10.5},     // 10.425 less its remainder 0.175
+              {10.25, 10.25, 10.5, 10.25, 10.25},   // on the open, which the gap rule takes
+              {9.5, 9.5, 9.5, 10.25, 10.25},        // on the low, which then fills without offset
+              {9.25, 9.5, 9.5, 10.25, 10.25},       // wholly beyond
+              {kNaN, kNone, kNone, kNone, kNone}});
+  expectRows(bar, 0.25, false,
+             {{9.25, kNone, kNone, kNone, kNone},  // below the low
+              {9.5, 9.5, 9.25, 9.5, 9.25},         // on it: an entry may fill below the bar
+              {10.2, 10, 9.75, 10, 9.75},          // down, however near the next tick
+              {10.25, 10.25, 10, 10.25, 10.25},
+              {11, 11, 11, 10.25, 10.25},  // on the high, which then fills without offset
+              {11.5, 11, 11, 10.25, 10.25},
+              {kNaN, kNone, kNone, kNone, kNone}});
+  // 0.3 is stored as 0.29999999999999999: 29 hundredths and nearly one more.
+  expectRows({0.25, 0.5, 0.05, 0.2}, 0.01, true, {{0.3, 0.3, 0.31, 0.3, 0.31}});
+  expectRows({0.25, 0.5, 0.05, 0.2}, 0.01, false, {{0.3, 0.29, 0.28, 0.25, 0.25}});
+}
+
+TEST(Fills, StoredPricesAreTruncatedOnceMore) {
+  Backtest sys({10, 10.1, 10.1});  // a hair below 1010 ticks
+  sys.tickSize = 0.01;
+  sys.next();
+  for (const Ask& ask : {buy("a", 1), sell("x", 1)}) sys.bar({ask});
+  EXPECT_NEAR(+sys.trades[0].position.entryPrice, 10.09, 1e-12);
+  EXPECT_NEAR(+sys.trades[0].exitPrice, 10.09, 1e-12);
+  EXPECT_EQ(qv::tradesim::truncateTick(-10.2, 1), -10) << "toward zero";
+  EXPECT_EQ(qv::tradesim::roundNearest(-10.2, 1), -9);
 }
 
 }  // namespace

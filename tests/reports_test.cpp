@@ -15,7 +15,7 @@ namespace {
 class Reports : public testing::Test {
  protected:
   Reports() : sys({10.5, 10.5, 12.75, 9.25, 8, 8.5}) {
-    for (int i = 0; i < 6; ++i) sys.own.date.data[i] += 0.75;
+    for (int i = 0; i < 6; ++i) sys.date.data[i] += 0.75;
     std::strcpy(sys.systemName, "Crossover of averages");
     std::strcpy(sys.bars.symbol, "XYZ");
     sys.tickSize = 0.25;
@@ -180,12 +180,12 @@ TEST_F(Reports, ChosenValues) {
   EXPECT_EQ(line("", "xyz;QNT,sgl\\ab"), "         xyz;           3,        0.00\\\n")
       << "two letters are no code";
   EXPECT_EQ(line("", "LOP"), "         LOP\n") << "open profit has no code";
-  EXPECT_EQ(line("", "lntlnwlnllmwlml"), "           2           1           1           1           1\n");
-  EXPECT_EQ(line("", "ngpnglnppnlwnllNAWNALnwlnatnws"),
-            "      137.70      -66.15       66.66       91.35      -66.15       68.85      -66.15        1.04"
-            "       23.85        2.00\n");
-  EXPECT_EQ(line("", "nlsnmdnpfnmcnasnranpr"),
-            "        3.00     -175.00        1.38        3.00      175.00       40.88        0.30\n");
+  EXPECT_EQ(line("", "lntlnwlnllmwlmlngpnglnppnlwnll"),
+            "           2           1           1           1           1"
+            "      137.70      -66.15       66.66       91.35      -66.15\n");
+  EXPECT_EQ(line("", "NAWNALnwlnatnwsnlsnmdnpfnmcnasnranpr"),
+            "       68.85      -66.15        1.04       23.85        2.00        3.00"
+            "     -175.00        1.38        3.00      175.00       40.88        0.30\n");
   sys.netStatistics.totalNetProfit = -0.5;
   sys.longStatistics.totalNetProfit = -1e300;
   EXPECT_EQ(line("", "NNPLNP"), "        0.50 -9223372036854775808.00\n")
@@ -220,7 +220,7 @@ TEST_F(Reports, FilesBadArgumentsOddNumbersAndFullTextFields) {
     sys.netStatistics.totalNetProfit = sys.netStatistics.percentProfitable = x;
     sys.trades[0].exitPrice = sys.positions[0].entryPrice = sys.orders[0].price = x;
     sys.trades[0].position.entryDate = sys.positions[0].entryDate = sys.orders[0].date = x;
-    sys.own.close.data[5] = sys.own.date.data[0] = x;
+    sys.close.data[5] = sys.date.data[0] = x;
     for (const char* text : {";", " "})
       EXPECT_EQ(allReports(&sys, path.c_str(), text), std::vector<int>(7, 0));
   }

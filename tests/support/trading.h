@@ -56,17 +56,14 @@ struct System : QvOrderSystem {
   }
 };
 
-struct OwnBars {
-  Bars own;
-};
 // On bars of its own, with ticks of 1 worth 1: a price difference is worth itself.
-struct Backtest : OwnBars, System {
-  explicit Backtest(const std::vector<Bar>& over) : OwnBars{Bars(over)}, System(own) {
+struct Backtest : Bars, System {
+  explicit Backtest(const std::vector<Bar>& over) : Bars(over), System(static_cast<Bars&>(*this)) {
     tickSize = tickValue = 1;
   }
   // Bars without shadows, dated 36526 (1 January 2000) on.
   explicit Backtest(std::initializer_list<double> prices) : Backtest(closingAt(prices)) {
-    for (int i = 0; i < own.barsize; ++i) own.date.data[i] = 36526.0 + i;
+    for (int i = 0; i < barsize; ++i) date.data[i] = 36526.0 + i;
   }
 };
 
