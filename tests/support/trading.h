@@ -31,11 +31,8 @@ inline constexpr AskFor buy{QV_ENTRY, QV_BUY}, sellShort{QV_ENTRY, QV_SELL}, sel
     cover{QV_EXIT, QV_BUY};
 
 struct System : QvOrderSystem {
-  explicit System(const QvBars& over, const char* name = "Test") : QvOrderSystem{} {
-    qvOrderSystemInit(this, name, &over);
-  }
-  System(const System&) = delete;
-  System& operator=(const System&) = delete;
+  explicit System(const QvBars& over) : QvOrderSystem{} { qvOrderSystemInit(this, "Test", &over); }
+  System& operator=(System&&) = delete;  // nor is there a copy
   ~System() { qvOrderSystemClose(this); }
 
   int next() { return qvProcessOrders(this); }
