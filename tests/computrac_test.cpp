@@ -180,8 +180,9 @@ TEST_F(CompuTrac, FindsTheRecordOfATime) {
 }
 
 TEST_F(CompuTrac, ReadsOneField) {
-  dir.write("master", master({{1, "ACME", "Acme", 'I', 8}}));
+  dir.write("master", master({{1, "ACME", "Acme", 'I', 8}, {2, "FEW", "Few", 'D', 5}}));
   dir.write("F1.DAT", dataFile("DTOHLCVI", 6));
+  dir.write("F2.DAT", dataFile("DHLCV", 6));
   Array a;
   const auto readArray = [&](const char* field, int start, int count, const char* name = "ACME") {
     return qvCTreadarray(&a, path.c_str(), name, field, start, count);
@@ -194,6 +195,7 @@ TEST_F(CompuTrac, ReadsOneField) {
   Array::fill(*a.fresh(), 4, 777);
   expectGives(readArray("cl", -1, -1), a, {3, 4, 5, 6});  // the last of the room there is
   expectGives(readArray("cl", 0, 0), a, {});
+  expectGives(readArray("oi", 4, 9, "FEW"), *a.fresh(), {0, 0});  // the file has no such field
   for (const int answer :
        {readArray("ti", 0, -1), readArray("date", 0, -1), readArray("", 0, -1), readArray(nullptr, 0, -1),
         readArray("cl", 0, -1, nullptr), qvCTreadarray(&a, nullptr, "a", "cl", 0, 1),

@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <climits>
+#include <sstream>
 
 #include "core/calculation.h"
 #include "support/expect.h"
@@ -128,6 +129,20 @@ TEST(PointAndFigureChart, DrawsLevelsToWithinATenthOfABox) {
   std::filesystem::current_path(before);
   EXPECT_EQ(dir.read("STDOUT"),
             "\n    3.000  O\n    2.500 OO\n    2.000 OO\n    1.500  O");  // 0 is as falling
+}
+
+TEST(PointAndFigureChart, LevelsDoNotDrift) {
+  const ScratchDir dir;
+  const Bars tall{{0, 1000, 0, 1000, 0, 1}};
+  ASSERT_EQ(qvPNFchart(&tall, 0.1, (dir / "chart.txt").c_str(), 0), 0);
+  std::istringstream text(dir.read("chart.txt"));
+  std::string mark;
+  double level;
+  for (int tenths = 10000; tenths >= 0; --tenths) {
+    ASSERT_TRUE(text >> level >> mark) << tenths;
+    ASSERT_NEAR(level, tenths / 10.0, 0.00101) << "truncated to three decimals";
+  }
+  EXPECT_FALSE(text >> mark);
 }
 
 TEST(PointAndFigureChart, RefusesWhatCannotBeDrawnAndWritesNothing) {
