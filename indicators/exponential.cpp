@@ -75,20 +75,31 @@ void smoothTwice(const double* x, int s, int n, Smoothing smoothing, double fact
   }
 }
 
-// The start that Wilder's average and sum share: the plain sum of the first `period` items from s, or
-// of as many as there are. Clears the output over them and returns the index behind the last.
-int wellesSeed(const double* x, int s, int n, int period, double* y, double* sum) noexcept {
-  const int end = std::min(n, saturatingSum(s, period));
-  *sum = 0.0;
-  for (int i = s; i < end; ++i) {
-    *sum += x[i];
-    y[i] = 0.0;
-  }
-  return end;
-}
-
 // Far above any use; a wild number of passes must not keep the caller waiting for days.
 constexpr int kMostPasses = 10000;
+
+// Wilder's average and sum: seed(sum) of the first `period` items from s, or of as many as there are, with
+// the output cleared over those before it; next(last, item) follows.
+template <typename Seed, typename Next>
+int wellesSmoothing(const QvArray* in, QvArray* out, int period, int start, Seed seed, Next next) noexcept {
+  if (period < 1) return QV_INVALID_PARM;
+  int s;
+  const int n = prepareOverwritten(in, out, start, &s);
+  if (n < 1) return n;
+  if (s < n) {
+    const double* x = in->data;
+    double *y = out->data, last = 0.0;
+    const int end = std::min(n, saturatingSum(s, period));
+    for (int i = s; i < end; ++i) {
+      last += x[i];
+      y[i] = 0.0;
+    }
+    y[end - 1] = last = seed(last);
+    for (int i = end; i < n; ++i) y[i] = last = next(last, x[i]);
+  }
+  qvSetFirstValid(out, saturatingSum(s, period, -1));
+  return QV_OK;
+}
 
 }  // namespace
 
@@ -165,37 +176,15 @@ int QVCALL qvT3(const QvArray* in, QvArray* out, double period, double volumeFac
 }
 
 int QVCALL qvWellesMA(const QvArray* in, QvArray* out, int period, int start) noexcept {
-  if (period < 1) return QV_INVALID_PARM;
-  int s;
-  const int n = prepareOverwritten(in, out, start, &s);
-  if (n < 1) return n;
-  if (s < n) {
-    const double* x = in->data;
-    double* y = out->data;
-    double average;
-    const int end = wellesSeed(x, s, n, period, y, &average);
-    y[end - 1] = average /= period;
-    for (int i = end; i < n; ++i) y[i] = average = wilderStep(average, x[i], period);
-  }
-  qvSetFirstValid(out, saturatingSum(s, period, -1));
-  return QV_OK;
+  return wellesSmoothing(
+      in, out, period, start, [=](double sum) { return sum / period; },
+      [=](double average, double x) { return wilderStep(average, x, period); });
 }
 
 int QVCALL qvWellesSum(const QvArray* in, QvArray* out, int period, int start) noexcept {
-  if (period < 1) return QV_INVALID_PARM;
-  int s;
-  const int n = prepareOverwritten(in, out, start, &s);
-  if (n < 1) return n;
-  if (s < n) {
-    const double* x = in->data;
-    double* y = out->data;
-    double sum;
-    const int end = wellesSeed(x, s, n, period, y, &sum);
-    y[end - 1] = sum;
-    for (int i = end; i < n; ++i) y[i] = sum = sum - sum / period + x[i];
-  }
-  qvSetFirstValid(out, saturatingSum(s, period, -1));
-  return QV_OK;
+  return wellesSmoothing(
+      in, out, period, start, [](double sum) { return sum; },
+      [=](double sum, double x) { return sum - sum / period + x; });
 }
 
 }  // extern "C"
