@@ -90,7 +90,11 @@ const char kTrades[] =
  00/01/04 18:00:00    3 S Reverse                 9.2500        3
  00/01/05 18:00:00    4 B Cover part              8.000        1      46.3500
 )";
-const char kTradeColumns[] =  // without header
+const char kTradeColumns[] =
+    "System              Symbol   Date       Time     Bar#   Name                  Price   Volume  "
+    "Date     Time     Bar#   Name                  Price   Volume  Profit\n"
+    "------------------- -------- ---------- -------- ---- - --------------------- ------- ------- "
+    "-------- -------- ---- - --------------------- ------- ------- -----------\n"
     "Crossover of averag XYZ      2000/01/02 18:00:00    1 B Long entry            10.500        2 "
     "2000/01/03 18:00:00    2 S Take profit           12.750        1     91.350\n";
 const char kTradeFields[] =
@@ -101,6 +105,10 @@ const char kTradeFields[] =
 
 // With costs: 0.9 * ((37.5 - 1) * 2 - 10), where the open profit of the statistics is 75.
 const char kOpenColumns[] =
+    "System              Symbol   Date       Time     Bar#   Name                  Price   Volume  "
+    "Date     Time     Bar#   Price   Volume  Profit\n"
+    "------------------- -------- ---------- -------- ---- - --------------------- ------- ------- "
+    "-------- -------- ---- - ------- ------- -----------\n"
     "Crossover of averag XYZ      2000/01/04 18:00:00    3 S Reverse                9.250        2 "
     "2000/01/06 18:00:00    5 B    8.500        2     56.700\n";
 const char kOpenFields[] =
@@ -153,9 +161,9 @@ TEST_F(Reports, CompleteTextsInEveryDateFormat) {
     EXPECT_EQ(written(qvProfitRpt), inFormat(kProfit, format));
     sys.orderCount = sys.tradeCount = 1;
     EXPECT_EQ(written(qvOrderRpt1, 1, " "), inFormat(kOrderColumns, format));
-    EXPECT_EQ(written(qvTradeRpt1, 0, " "), inFormat(kTradeColumns, format));
+    EXPECT_EQ(written(qvTradeRpt1, 1, " "), inFormat(kTradeColumns, format));
     EXPECT_EQ(written(qvTradeRpt1, 1, ";"), inFormat(kTradeFields, format));
-    EXPECT_EQ(written(qvOpenPosRpt1, 0, " "), inFormat(kOpenColumns, format));
+    EXPECT_EQ(written(qvOpenPosRpt1, 1, " "), inFormat(kOpenColumns, format));
     EXPECT_EQ(written(qvOpenPosRpt1, 1, ";"), inFormat(kOpenFields, format));
   }
   EXPECT_EQ(written(qvOrderRpt1, 0, ", "),
