@@ -23,6 +23,7 @@
 #include "core/calculation.h"
 #include "core/memory.h"
 #include "core/numbers.h"
+#include "core/running_sums.h"
 #include "qvlib60/indicators/stochastics.h"
 
 using namespace qv;
@@ -299,13 +300,9 @@ int channelIndex(const QvBars& bars, int s, int n, int period, double* out) noex
     for (int j = 0; j < std::min(period + count, n - begin); ++j) items[j] = price(begin + j) - anchor;
 
     // Window k is the end of the block from its item k on, and the first k items of the next block.
-    double left = 0.0, right = 0.0;
-    for (int j = period - 1; j >= count; --j) left += items[j];
-    for (int j = count - 1, k = 0; j >= 0; --j, ++k) {
-      means[j] = left += items[j];
-      sums[k] = right;
-      right += items[period + k];
-    }
+    window::suffixSums(items, period, means);
+    sums[0] = 0.0;
+    window::prefixSums(items + period, count - 1, 0.0, sums + 1);
     for (int k = 0; k < count; ++k) means[k] = (means[k] + sums[k]) / period;
 
     if (period > kShortPeriod) summarise(items, period + count - 1, chunks);
