@@ -74,7 +74,7 @@ inline Items barOf(const QvBars& b, int i) {
 
 // A bar set as an earlier file might have left it: nothing in it may show after the next read.
 inline void fillWithOldFile(QvBars& b, int capacity) {
-  std::memset(b.path, 'z', reinterpret_cast<char*>(&b + 1) - b.path);
+  std::fill(b.path, reinterpret_cast<char*>(&b + 1), 'z');
   qvAllocBars(&b, capacity);
   for (int k = 0; k < qv::kSeriesCount; ++k) {
     std::fill_n(qv::seriesOf(b, k).data, capacity, 777.0);
