@@ -57,6 +57,7 @@ TEST_F(FileFront, AnswersUnknownForFormatsWithoutAReaderAndRefusesNull) {
   for (int status : {qvFILEtype(nullptr), qvFILEread(nullptr, &bars, "", "a", 0, 1),
                      qvFILEread("TXT", nullptr, "", "a", 0, 1), qvFILEread("TXT", &bars, nullptr, "a", 0, 1),
                      qvFILEfindrec(nullptr, "", "a", 1, &found), qvFILElist("TXT", nullptr, "STDOUT", 0),
+                     qvCSIlist(nullptr, "STDOUT", 0), qvCSIlist("", nullptr, 0),
                      qvFILEprintinfo(nullptr, "STDOUT", 0), qvFILEprintinfo(&bars, nullptr, 0)})
     EXPECT_EQ(status, -1);
   EXPECT_EQ(std::memcmp(&bars, &before, sizeof(QvBars)), 0);
