@@ -112,8 +112,8 @@ int QVCALL qvRWI(const QvBars* bars, QvArray* outHigh, QvArray* outLow, int p, i
       double bestHigh = 0.0, bestLow = 0.0;
       for (int j = 1; j < p; ++j) {
         sum += range.data[i - j - 1];
-        const double walk = root.data[j] * (sum / (j + 1));
-        if (sum != 0.0) {  // else the term of an earlier bar stands
+        const double mean = sum / (j + 1), walk = root.data[j] * mean;
+        if (mean != 0.0) {  // else the term of an earlier bar stands
           lowTerm.data[j] = (high[i - j] - low[i]) / walk;
           highTerm.data[j] = (high[i] - low[i - j]) / walk;
         }

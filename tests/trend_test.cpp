@@ -137,6 +137,9 @@ TEST_F(Trend, FilterScoreAndRandomWalk) {
   const Bars still{{0, 14, 11, 12}, {0, 12, 12, 12}, {0, 13, 13, 13}, {0, 13, 13, 13}};
   const double term = std::sqrt(2) / 3;
   expectNear(qvRWI(&still, &out, &second, 2, 0), out, {0, 0, term, term}, 2);
+  // Also where only the mean range is too small for a number.
+  const Bars faint{{}, {}, {0, 5e-324, 0, 0}, {0, 1, 1, 1}};
+  expectGives(qvRWI(&faint, out.fresh(), second.fresh(), 2, 0), out, Items(4, 0.0), 2);
 }
 
 TEST_F(Trend, Swings) {
