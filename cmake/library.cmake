@@ -1,22 +1,26 @@
+# The library's rooms, lowest first. `platform` has one source per operating system.
+set(qv_rooms core kernels dates indicators patterns finance pnf datafiles tradesim)
+
 # The sources are compiled once, as objects: the shared library and the library that the
 # tests link (which can reach hidden symbols) are made of the same objects.
-set(qv_folders core dates indicators patterns finance pnf datafiles tradesim)
-set(qv_sources ${CMAKE_SOURCE_DIR}/platform/names.cpp)
-foreach(folder IN LISTS qv_folders)
-  file(GLOB_RECURSE found CONFIGURE_DEPENDS ${CMAKE_SOURCE_DIR}/${folder}/*.cpp)
+set(qv_sources ${CMAKE_CURRENT_SOURCE_DIR}/src/platform/names.cpp)
+foreach(room IN LISTS qv_rooms)
+  file(GLOB_RECURSE found CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/src/${room}/*.cpp)
   list(APPEND qv_sources ${found})
 endforeach()
 if(WIN32)
-  list(APPEND qv_sources ${CMAKE_SOURCE_DIR}/platform/win32.cpp)
+  list(APPEND qv_sources ${CMAKE_CURRENT_SOURCE_DIR}/src/platform/win32.cpp)
 else()
-  list(APPEND qv_sources ${CMAKE_SOURCE_DIR}/platform/posix.cpp)
+  list(APPEND qv_sources ${CMAKE_CURRENT_SOURCE_DIR}/src/platform/posix.cpp)
 endif()
 # The heap door is compiled a second time for the tests, with the switch that makes the
 # k-th allocation fail.
-list(REMOVE_ITEM qv_sources ${CMAKE_SOURCE_DIR}/core/memory.cpp)
+set(qv_heap ${CMAKE_CURRENT_SOURCE_DIR}/src/core/memory.cpp)
+list(REMOVE_ITEM qv_sources ${qv_heap})
 
 add_library(qvlib60_options INTERFACE)
-target_include_directories(qvlib60_options INTERFACE ${CMAKE_SOURCE_DIR} ${CMAKE_SOURCE_DIR}/include)
+target_include_directories(qvlib60_options INTERFACE
+  ${CMAKE_CURRENT_SOURCE_DIR}/src ${CMAKE_CURRENT_SOURCE_DIR}/include)
 # Contraction off: the same input gives the same bits on every x86-64 machine. errno is never
 # read after a mathematical function, and without it square roots become vector code.
 target_compile_options(qvlib60_options INTERFACE
@@ -31,9 +35,9 @@ set_target_properties(qvlib60_objects PROPERTIES
   CXX_VISIBILITY_PRESET hidden
   VISIBILITY_INLINES_HIDDEN ON)
 
-add_library(QVLIB60 SHARED $<TARGET_OBJECTS:qvlib60_objects> core/memory.cpp)
+add_library(QVLIB60 SHARED $<TARGET_OBJECTS:qvlib60_objects> ${qv_heap})
 target_link_libraries(QVLIB60 PRIVATE qvlib60_options qv_warnings)
-target_include_directories(QVLIB60 INTERFACE ${CMAKE_SOURCE_DIR}/include)
+target_include_directories(QVLIB60 INTERFACE ${CMAKE_CURRENT_SOURCE_DIR}/include)
 set_target_properties(QVLIB60 PROPERTIES CXX_VISIBILITY_PRESET hidden VISIBILITY_INLINES_HIDDEN ON)
 if(WIN32)
   include(cmake/windows_exports.cmake)
@@ -46,10 +50,11 @@ else()
 endif()
 
 if(QV_BUILD_TESTS)
-  add_library(qvlib60_testable STATIC $<TARGET_OBJECTS:qvlib60_objects> core/memory.cpp)
+  add_library(qvlib60_testable STATIC $<TARGET_OBJECTS:qvlib60_objects> ${qv_heap})
   target_link_libraries(qvlib60_testable PRIVATE qvlib60_options qv_warnings)
   target_compile_definitions(qvlib60_testable PUBLIC QV_ALLOCATION_FAULTS)
-  target_include_directories(qvlib60_testable PUBLIC ${CMAKE_SOURCE_DIR} ${CMAKE_SOURCE_DIR}/include)
+  target_include_directories(qvlib60_testable PUBLIC
+    ${CMAKE_CURRENT_SOURCE_DIR}/src ${CMAKE_CURRENT_SOURCE_DIR}/include)
 endif()
 
 install(TARGETS QVLIB60)

@@ -1,0 +1,301 @@
+// Bar compression. The calendar decides where most groups begin, so it stands on the dates' floor; its
+// interface belongs to the bar sets.
+#include <algorithm>
+#include <cmath>
+#include <cstring>
+#include <limits>
+
+#include "core/calculation.h"
+#include "core/stretch.h"
+#include "kernels/window.h"
+#include "qvlib60/core.h"
+#include "qvlib60/dates.h"
+
+namespace {
+
+using namespace qv;
+
+constexpr unsigned kAllSeries = kDate | kPrices | kVolume | kOpenInterest;
+
+enum Frequency { kDaily = 2, kWeekly = 3, kMonthly = 4, kQuarterly = 5, kYearly = 6 };
+
+bool isFrequency(int frequency) noexcept {
+  return frequency >= kDaily && frequency <= kYearly;
+}
+
+bool sharesBlocks(const QvBars& a, const QvBars& b) noexcept {
+  return sharesBlock(&a.date, &b.date);
+}
+
+// Checks a compression's bar sets, allocates an empty output and describes it as the input.
+int prepareBars(const QvBars* in, QvBars* out) noexcept {
+  if (!out || !hasSeries({in, kAllSeries})) return QV_INVALID_PARM;
+  if (!out->date.data) {
+    if (const int status = qvAllocBars(out, in->datasize)) return status;
+  }
+  for (int k = 0; k < kSeriesCount; ++k) {
+    const QvArray& a = seriesOf(*out, k);
+    if (!a.data || a.capacity < out->datasize) return QV_INVALID_PARM;
+  }
+  if (!sharesBlocks(*in, *out)) qvCopyBarInfo(in, out);
+  return QV_OK;
+}
+
+// ---- Where groups begin -------------------------------------------------------------------------
+
+// Compares each date with the one examined before it.
+class CalendarPeriods {
+ public:
+  explicit CalendarPeriods(int frequency) noexcept : frequency_(frequency) {}
+
+  void begin(double date) noexcept { keep(splitOf(date)); }
+
+  bool crossedBy(double date) noexcept {
+    const Split now = splitOf(date), before = last_;
+    keep(now);
+    switch (frequency_) {
+      case kDaily:
+        return now.day != before.day;
+      case kWeekly:
+        return now.weekday < before.weekday || now.day - before.day >= 7.0;
+      case kMonthly:
+        return now.year != before.year || now.month != before.month;
+      case kQuarterly:  // a month before the last one, out of order, stays in the group
+        return now.year != before.year || quarterOf(now.month) > quarterOf(before.month);
+      default:
+        return now.year != before.year;
+    }
+  }
+
+ private:
+  struct Split {
+    double day = 0.0;
+    int weekday = 0, year = 0, month = 0;  // those that the frequency needs
+  };
+
+  Split splitOf(double date) const noexcept {
+    Split s;
+    s.day = std::floor(date);
+    if (frequency_ == kWeekly) s.weekday = qvDayOfWeek(date);
+    if (frequency_ >= kMonthly) qvDateToYMD(date, &s.year, &s.month, nullptr, nullptr, nullptr, nullptr);
+    return s;
+  }
+  void keep(const Split& s) noexcept { last_ = s; }
+  static int quarterOf(int month) noexcept { return (month - 1) / 3; }
+
+  int frequency_;
+  Split last_;
+};
+
+// Spans of seconds from the time of a group's first bar, each day for itself.
+class TimeSpans {
+ public:
+  explicit TimeSpans(double seconds) noexcept : seconds_(seconds) {}
+
+  void begin(double date) noexcept {
+    day_ = std::floor(date);
+    groupTime_ = secondOfDay(date);
+  }
+
+  bool crossedBy(double date) noexcept {
+    const double time = secondOfDay(date);
+    const bool crossed = std::floor(date) != day_ || time - groupTime_ >= seconds_;
+    day_ = std::floor(date);
+    if (crossed) groupTime_ = time;
+    return crossed;
+  }
+
+ private:
+  // In whole seconds. 9:35:00 is seldom a binary fraction of a day: taken from the next number above
+  // the date, a time that was stored a hair short of its second still counts as that second.
+  static double secondOfDay(double date) noexcept {
+    const double above = std::nextafter(date, std::numeric_limits<double>::infinity());
+    return std::floor((above - std::floor(date)) * 86400.0);
+  }
+
+  double seconds_;
+  double day_ = 0.0, groupTime_ = 0.0;
+};
+
+// ---- Groups of bars -----------------------------------------------------------------------------
+
+class Group {
+ public:
+  void begin(const QvBars& in, int i) noexcept {
+    open_ = in.open.data[i];
+    high_ = in.high.data[i];
+    low_ = in.low.data[i];
+    volume_ = in.volume.data[i];
+    openInterest_ = in.openInterest.data[i];
+    setLast(in, i);
+  }
+
+  void add(const QvBars& in, int i) noexcept {
+    if (in.high.data[i] > high_) high_ = in.high.data[i];
+    if (in.low.data[i] < low_) low_ = in.low.data[i];
+    volume_ += in.volume.data[i];
+    openInterest_ += in.openInterest.data[i];
+    setLast(in, i);
+  }
+
+  void store(QvBars& out, int g) const noexcept {
+    out.date.data[g] = date_;
+    out.open.data[g] = open_;
+    out.high.data[g] = high_;
+    out.low.data[g] = low_;
+    out.close.data[g] = close_;
+    out.volume.data[g] = volume_;
+    out.openInterest.data[g] = openInterest_;
+  }
+
+ private:
+  void setLast(const QvBars& in, int i) noexcept {
+    date_ = in.date.data[i];
+    close_ = in.close.data[i];
+  }
+
+  double date_ = 0.0, open_ = 0.0, high_ = 0.0, low_ = 0.0, close_ = 0.0, volume_ = 0.0, openInterest_ = 0.0;
+};
+
+// Both sets may be the same: a group is stored at or below the last bar that it took.
+template <typename Periods>
+int groupBars(QvBars& in, QvBars& out, Periods periods, double startDate, double endDate) noexcept {
+  const double* date = in.date.data;
+  if (endDate == 0.0 && in.barsize > 0) endDate = date[in.barsize - 1];
+  int i = 0;
+  while (i < in.barsize && date[i] < startDate) ++i;
+
+  int g = 0;
+  if (i < in.barsize && out.datasize > 0) {
+    Group group;
+    group.begin(in, i);
+    periods.begin(date[i]);
+    for (++i; i < in.barsize && date[i] <= endDate; ++i) {
+      if (!periods.crossedBy(date[i])) {
+        group.add(in, i);
+        continue;
+      }
+      group.store(out, g++);
+      if (g == out.datasize) break;
+      group.begin(in, i);
+    }
+    if (g < out.datasize) group.store(out, g++);
+  }
+  qvReSizeBars(&out, g);
+  if (&in != &out && sharesBlocks(in, out)) in = out;
+  return QV_OK;
+}
+
+// ---- Rolling compression ------------------------------------------------------------------------
+
+using Kernel = int (*)(const double*, window::Range, double*) noexcept;
+
+int highest(const double* in, window::Range r, double* out) noexcept {
+  return window::maximum(in, r, out);
+}
+
+int lowest(const double* in, window::Range r, double* out) noexcept {
+  return window::minimum(in, r, out);
+}
+
+// The windows of the first n bars, begun at the series' first valid item; 0.0 stays below it.
+int roll(const QvArray& in, int n, int p, Kernel kernel, QvArray& out) noexcept {
+  const int first = std::max(in.firstValid, 0);
+  return first < n ? kernel(in.data, {first, n, p, true}, out.data) : int{QV_OK};
+}
+
+void copyItems(const QvArray& from, QvArray& to, int start, int end) noexcept {
+  std::memmove(to.data + start, from.data + start, static_cast<std::size_t>(end - start) * sizeof(double));
+}
+
+}  // namespace
+
+extern "C" {
+
+int QVCALL qvGroupBarsDate(QvBars* in, QvBars* out, int frequency, double startDate,
+                           double endDate) noexcept {
+  if (!isFrequency(frequency)) return QV_INVALID_PARM;
+  if (const int status = prepareBars(in, out)) return status;
+  out->frequency = frequency;
+  return groupBars(*in, *out, CalendarPeriods(frequency), startDate, endDate);
+}
+
+int QVCALL qvGroupBarsTime(QvBars* in, QvBars* out, double seconds, double startDate,
+                           double endDate) noexcept {
+  if (const int status = prepareBars(in, out)) return status;
+  return groupBars(*in, *out, TimeSpans(seconds), startDate, endDate);
+}
+
+int QVCALL qvGroupArray(const QvBars* dates, const QvArray* in, QvArray* out, int frequency) noexcept {
+  if (!isFrequency(frequency) || !hasSeries({dates, kDate}) || !in || !in->data || !out)
+    return QV_INVALID_PARM;
+  if (!out->data) {
+    if (const int status = qvAllocArray(out, in->size)) return status;
+  }
+  const int valid = in->firstValid;  // read before it is set: both may be one record
+  const int n = std::min(dates->barsize, in->size), room = out->capacity;
+  const double *date = dates->date.data, *item = in->data;
+  CalendarPeriods periods(frequency);
+  periods.begin(n > 0 ? date[0] : 0.0);
+  int groups = 0, firstGroup = -1;
+  for (int i = 0; i < n; ++i) {
+    const double x = item[i];
+    if (i == 0 || periods.crossedBy(date[i])) {
+      if (groups == room) break;
+      out->data[groups++] = 0.0;
+    }
+    if (i < valid) continue;
+    out->data[groups - 1] += x;
+    if (firstGroup < 0) firstGroup = groups - 1;
+  }
+  out->firstValid = std::max(firstGroup, 0);
+  return qvReSizeArray(out, groups);
+}
+
+int QVCALL qvGroupBars(const QvBars* in, double* open, double* high, double* low, double* close,
+                       double* volume, double* openInterest, int p, int index) noexcept {
+  if (!open || !high || !low || !close || !volume || !openInterest) return QV_INVALID_PARM;
+  if (p < 1 || !hasSeries({in, kAllSeries}) || index < 0 || index >= in->barsize) return QV_INVALID_PARM;
+  const int first = index - std::min(p - 1, index);
+  const auto stats = [first, index](const QvArray& a) {
+    return statsOf(a.data, stretchOf(first, index, {&a}), false);
+  };
+  *open = in->open.data[first];
+  *close = in->close.data[index];
+  *high = stats(in->high).maximum;
+  *low = stats(in->low).minimum;
+  *volume = stats(in->volume).sum;
+  *openInterest = stats(in->openInterest).sum;
+  return QV_OK;
+}
+
+int QVCALL qvGroupBarsPeriods(const QvBars* in, QvBars* out, int p, int start) noexcept {
+  if (p < 1) return QV_INVALID_PARM;
+  if (const int status = prepareBars(in, out)) return status;
+  const int n = std::max(std::min(out->datasize, in->barsize), 0);
+  const int s = std::clamp(start, 0, n);
+
+  // Rolled aside, since both sets may be the same and a failure must leave the bars as they are.
+  Temporary high, low, volume, openInterest;
+  if (const int status = allocArrays(n, {&high, &low, &volume, &openInterest})) return status;
+  if (const int status = roll(in->high, n, p, highest, high)) return status;
+  if (const int status = roll(in->low, n, p, lowest, low)) return status;
+  if (const int status = roll(in->volume, n, p, window::sum, volume)) return status;
+  if (const int status = roll(in->openInterest, n, p, window::sum, openInterest)) return status;
+
+  qvReSizeBars(out, n);
+  copyItems(in->date, out->date, s, n);
+  copyItems(in->close, out->close, s, n);
+  for (int i = n - 1; i >= s; --i) out->open.data[i] = in->open.data[i - std::min(p - 1, i)];
+  copyItems(high, out->high, s, n);
+  copyItems(low, out->low, s, n);
+  copyItems(volume, out->volume, s, n);
+  copyItems(openInterest, out->openInterest, s, n);
+  return QV_OK;
+}
+
+int QVCALL qvGroupBarsArray(const QvBars* in, QvBars* out, int p, int start) noexcept {
+  return qvGroupBarsPeriods(in, out, p, start);
+}
+
+}  // extern "C"
