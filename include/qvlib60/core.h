@@ -127,9 +127,7 @@ QVAPI int QVCALL qvErrMessageBox(int code, const char* text) QVNOEXCEPT;
 
 QV_END_DECLS
 
-/* The array utilities, the per-bar price formulas and the bar compression stand in their own
-   headers. */
-#include "qvlib60/core_arrays.h"
-#include "qvlib60/core_compress.h"
+/* The array utilities and the per-bar price formulas stand in a header of their own. */
+#include "qvlib60/core/arrays.h"
 
 #endif

@@ -159,4 +159,7 @@ QVAPI int QVCALL qvJulianToTimeTxt(double date, short code, const char* separato
 
 QV_END_DECLS
 
+/* The bar compression, which goes by the calendar, stands in a header of its own. */
+#include "qvlib60/dates/compress.h"
+
 #endif

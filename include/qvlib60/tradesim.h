@@ -19,5 +19,6 @@
 #include "qvlib60/tradesim/orders.h"
 #include "qvlib60/tradesim/records.h"
 #include "qvlib60/tradesim/reports.h"
+#include "qvlib60/tradesim/trade_marks.h"
 
 #endif

@@ -1,5 +1,4 @@
-// Bar compression. The calendar decides where most groups begin, so it stands on the dates' floor; its
-// interface belongs to the bar sets.
+// Bar compression. The calendar decides where most groups begin.
 #include <algorithm>
 #include <cmath>
 #include <cstring>
@@ -8,7 +7,6 @@
 #include "core/calculation.h"
 #include "core/stretch.h"
 #include "kernels/window.h"
-#include "qvlib60/core.h"
 #include "qvlib60/dates.h"
 
 namespace {

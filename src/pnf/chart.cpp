@@ -5,7 +5,7 @@
 #include "core/numbers.h"
 #include "core/output_file.h"
 #include "core/stretch.h"
-#include "qvlib60/core_arrays.h"
+#include "qvlib60/core/arrays.h"
 #include "qvlib60/pnf.h"
 
 namespace {

@@ -1,4 +1,4 @@
-// Parameter ranges and trade marks.
+// Parameter ranges.
 #include <gtest/gtest.h>
 
 #include <climits>
@@ -71,34 +71,11 @@ TEST(OptVar, LabelsTakeWidthAndDecimalsFromTheRange) {
 TEST(OptVar, NullArguments) {
   QvOptVar v = range(1, 2, 1);
   char out[20];
-  Array marks;
-  const QvOrderSystem empty{};
   for (int status : {qvOptVarCount(nullptr, 1), qvOptVarValue(nullptr, 1, 1),
                      qvOptVarString(nullptr, 1, "", out), qvOptVarString(&v, 1, nullptr, out),
                      qvOptVarString(&v, 1, "", nullptr), qvOptVarStringLen(nullptr, 1, ""),
-                     qvOptVarStringLen(&v, 1, nullptr), qvCreateTradeGraph(nullptr, &marks),
-                     qvCreateTradeGraph(&empty, nullptr), qvCreateTradeGraph(&empty, &marks)})
+                     qvOptVarStringLen(&v, 1, nullptr)})
     EXPECT_EQ(status, -1);
-}
-
-TEST(TradeGraph, MarksEntriesAndExits) {
-  Backtest sys({10, 11, 12, 13, 14, 15});
-  sys.reverseOnEntry = 0;
-  sys.next();
-  sys.bar({buy("A", 2)});
-  sys.bar({sell("X", 1), sellShort("S", 1)});  // half of the long trade closed, a short one opened
-  sys.bar({sell("X", 1, QV_CLOSE), cover("C", 1)});
-  sys.bar({sellShort("open", 1)});
-  Array out, single;
-  expectGives(qvCreateTradeGraph(&sys, &out), out, {0, 1, 2 + 8, 4 + 8, 0, 0});
-
-  sys.trades[0].position.entryBar = sys.trades[0].exitBar = 0;  // both on one bar
-  sys.trades[1].exitBar = 6;
-  sys.trades[1].position.entryBar = -1;
-  Array used{7.5, 7.5, 7.5, 7.5, 7.5, 7.5, 7.5};
-  expectGives(qvCreateTradeGraph(&sys, &used), used, {1 + 8, 1, 0, 8, 0, 0});  // marks outside are left out
-  Backtest oneBar({10});
-  expectGives(qvCreateTradeGraph(&oneBar, &single), single, {0});
 }
 
 }  // namespace

@@ -1,5 +1,4 @@
-/* Parameter ranges of a trading system, stepped through combination by combination, and the marks
-   of its trades on a chart. */
+/* Parameter ranges of a trading system, stepped through combination by combination. */
 #ifndef QVLIB60_TRADESIM_OPTIMISATION_H
 #define QVLIB60_TRADESIM_OPTIMISATION_H
 
@@ -23,10 +22,6 @@ QVAPI int QVCALL qvOptVarString(const QvOptVar* vars, int n, const char* separat
 
 /* Room that qvOptVarString needs, the terminating NUL included. */
 QVAPI int QVCALL qvOptVarStringLen(const QvOptVar* vars, int n, const char* separator) QVNOEXCEPT;
-
-/* Marks the closed trades on their bars, a sum per bar of: 1 long entry, 2 short entry, 4 trade
-   closed by a buy, 8 trade closed by a sell. The output's first valid index is left alone. */
-QVAPI int QVCALL qvCreateTradeGraph(const QvOrderSystem* sys, QvArray* out) QVNOEXCEPT;
 
 QV_END_DECLS
 

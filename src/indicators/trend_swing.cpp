@@ -3,7 +3,7 @@
 
 #include "core/calculation.h"
 #include "core/numbers.h"
-#include "qvlib60/core_arrays.h"
+#include "qvlib60/core/arrays.h"
 #include "qvlib60/indicators/trend.h"
 
 using namespace qv;

@@ -1,11 +1,11 @@
 /* Bar compression: coarser bars out of finer ones, by calendar period, by time and rolling.
-   Included by core.h, which defines the records.
+   Included by dates.h.
 
    An empty output is allocated with the input's capacity (-3 when memory runs out); an output that has
    blocks is reused. One with less room than there are groups gets as many as it holds. Input and output
    may be the same bar set. All functions return -1 for a null record and for missing series. */
-#ifndef QVLIB60_CORE_COMPRESS_H
-#define QVLIB60_CORE_COMPRESS_H
+#ifndef QVLIB60_DATES_COMPRESS_H
+#define QVLIB60_DATES_COMPRESS_H
 
 #include "qvlib60/core.h"
 
