@@ -1,17 +1,28 @@
-# The library's rooms, lowest first. `platform` has one source per operating system.
-set(qv_rooms core kernels dates indicators patterns finance pnf datafiles tradesim)
+# The library's rooms, the lowest floor first, a line for each floor. Nothing includes a header of a floor
+# above its own; scripts/house.sh reads the floors from here and checks it.
+set(qv_rooms
+  platform
+  core
+  kernels
+  dates
+  indicators patterns finance pnf
+  datafiles tradesim
+  catalogue
+  formula stream
+  charting)
 
 # The sources are compiled once, as objects: the shared library and the library that the
 # tests link (which can reach hidden symbols) are made of the same objects.
-set(qv_sources ${CMAKE_CURRENT_SOURCE_DIR}/src/platform/names.cpp)
+set(qv_sources)
 foreach(room IN LISTS qv_rooms)
   file(GLOB_RECURSE found CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/src/${room}/*.cpp)
   list(APPEND qv_sources ${found})
 endforeach()
+# `platform` has one source for each operating system.
 if(WIN32)
-  list(APPEND qv_sources ${CMAKE_CURRENT_SOURCE_DIR}/src/platform/win32.cpp)
+  list(REMOVE_ITEM qv_sources ${CMAKE_CURRENT_SOURCE_DIR}/src/platform/posix.cpp)
 else()
-  list(APPEND qv_sources ${CMAKE_CURRENT_SOURCE_DIR}/src/platform/posix.cpp)
+  list(REMOVE_ITEM qv_sources ${CMAKE_CURRENT_SOURCE_DIR}/src/platform/win32.cpp)
 endif()
 # The heap door is compiled a second time for the tests, with the switch that makes the
 # k-th allocation fail.
@@ -38,7 +49,13 @@ set_target_properties(qvlib60_objects PROPERTIES
 add_library(QVLIB60 SHARED $<TARGET_OBJECTS:qvlib60_objects> ${qv_heap})
 target_link_libraries(QVLIB60 PRIVATE qvlib60_options qv_warnings)
 target_include_directories(QVLIB60 INTERFACE ${CMAKE_CURRENT_SOURCE_DIR}/include)
-set_target_properties(QVLIB60 PROPERTIES CXX_VISIBILITY_PRESET hidden VISIBILITY_INLINES_HIDDEN ON)
+set_target_properties(QVLIB60 PROPERTIES
+  VERSION ${PROJECT_VERSION}
+  SOVERSION ${PROJECT_VERSION_MAJOR}
+  CXX_VISIBILITY_PRESET hidden
+  VISIBILITY_INLINES_HIDDEN ON)
+# For projects that take this one in by add_subdirectory: they link the same name as with a package.
+add_library(QVLIB60::QVLIB60 ALIAS QVLIB60)
 if(WIN32)
   include(cmake/windows_exports.cmake)
 else()
@@ -57,6 +74,8 @@ if(QV_BUILD_TESTS)
     ${CMAKE_CURRENT_SOURCE_DIR}/src ${CMAKE_CURRENT_SOURCE_DIR}/include)
 endif()
 
-install(TARGETS QVLIB60)
-install(FILES include/qvlib60.h DESTINATION include)
-install(DIRECTORY include/qvlib60 DESTINATION include)
+if(QV_INSTALL)
+  install(TARGETS QVLIB60)
+  install(FILES include/qvlib60.h DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
+  install(DIRECTORY include/qvlib60 DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
+endif()

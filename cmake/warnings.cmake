@@ -1,5 +1,6 @@
-# Warnings are errors in every part of the tree.
+# The warnings that every part of the tree is built with.
 add_library(qv_warnings INTERFACE)
 target_compile_options(qv_warnings INTERFACE
-  -Wall -Wextra -Wpedantic -Wconversion -Wshadow -Werror
-  $<$<COMPILE_LANGUAGE:CXX>:-Wnon-virtual-dtor -Woverloaded-virtual>)
+  -Wall -Wextra -Wpedantic -Wconversion -Wshadow
+  $<$<COMPILE_LANGUAGE:CXX>:-Wnon-virtual-dtor -Woverloaded-virtual>
+  $<$<BOOL:${QV_WARNINGS_AS_ERRORS}>:-Werror>)

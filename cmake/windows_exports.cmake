@@ -1,6 +1,6 @@
 # Windows: the platform's standard calling convention decorates names; a .def file made of the
 # declarations in include/ exports them undecorated.
-file(GLOB_RECURSE qv_headers CONFIGURE_DEPENDS ${CMAKE_SOURCE_DIR}/include/qvlib60/*.h)
+file(GLOB_RECURSE qv_headers CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/include/qvlib60/*.h)
 set(qv_def "LIBRARY QVLIB60\nEXPORTS\n")
 foreach(header IN LISTS qv_headers)
   file(STRINGS ${header} lines REGEX "^QVAPI .*QVCALL +qv[A-Za-z0-9_]+\\(")
@@ -9,7 +9,7 @@ foreach(header IN LISTS qv_headers)
     string(APPEND qv_def "  ${name}\n")
   endforeach()
 endforeach()
-file(WRITE ${CMAKE_BINARY_DIR}/QVLIB60.def "${qv_def}")
-target_sources(QVLIB60 PRIVATE ${CMAKE_BINARY_DIR}/QVLIB60.def)
+file(WRITE ${CMAKE_CURRENT_BINARY_DIR}/QVLIB60.def "${qv_def}")
+target_sources(QVLIB60 PRIVATE ${CMAKE_CURRENT_BINARY_DIR}/QVLIB60.def)
 set_target_properties(QVLIB60 PROPERTIES PREFIX "")
 target_link_options(QVLIB60 PRIVATE -static -Wl,--enable-stdcall-fixup)
