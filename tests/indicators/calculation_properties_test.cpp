@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <climits>
 #include <deque>
+#include <set>
 
 #include "core/memory.h"
 #include "support/calculations.h"
@@ -205,6 +206,61 @@ TEST_P(EveryCalculation, SurvivesTheFailureOfEachAllocation) {
     for (const Array& out : call.outputs) ASSERT_TRUE(out.data || out.capacity == 0);
   }
   EXPECT_EQ(qv::memory::liveBlocks(), before) << "blocks leaked";
+}
+
+// What is documented to look at later bars, and where.
+const std::set<std::string> kLooksAhead{
+    "qvCandleFill",        // bodies are long or short by the whole set's average
+    "qvDeTrend",           // one slope over all bars
+    "qvDPO",               // the average of later bars
+    "qvFillInterval",      // lines to the next mark
+    "qvIchimokuKinkoHyo",  // the lagging line is the close of a later bar
+    "qvMACDx",             // a crossing on the last bar does not count
+    "qvMFI",               // the mean volume of all bars
+    "qvScaleArray",        // the bounds of all bars
+    "qvUltimateOsc",       // periods that do not fit leave a partial value in the last bar
+    "qvZigZag",            // the last leg goes to the last bar
+};
+
+// The same series, cut to its first bars, gives the same values for them.
+TEST_P(EveryCalculation, LooksAtNoLaterBar) {
+  enum Data { kWalk, kZerosAndTies, kNaNs };
+  // Running sums are taken in runs whose length hangs on the series': their last digits may differ.
+  const auto same = [](double a, double b) {
+    return sameBits(a, b) || std::fabs(a - b) <= 1e-12 * std::fmax(1, std::fabs(b));
+  };
+  bool differs = false;
+  for (const Data data : {kWalk, kZerosAndTies, kNaNs}) {
+    const auto runOn = [&](Call& call) {
+      for (unsigned seed = 5; const auto& [series, kind] : call.series()) {
+        std::mt19937 random(++seed);
+        for (int i = 0; i < series->size && kind != 0 && data != kWalk; ++i) {
+          if (random() % 16 == 0) series->data[i] = data == kNaNs ? kNaN : 0;
+          if (data == kZerosAndTies) series->data[i] = std::floor(series->data[i]);
+        }
+      }
+      return call.run(2);
+    };
+    Call whole(c);
+    ASSERT_EQ(runOn(whole), 0);
+    for (int m = c.tooShort + 1; m < 120; m += 1 + m / 30) {
+      Call cut(c, m);
+      ASSERT_EQ(runOn(cut), 0) << m << " bars";
+      for (std::size_t k = 0; k < cut.outputs.size(); ++k) {
+        const Array &part = cut.outputs[k], &all = whole.outputs[k];
+        const int first = c.setsFirstValid ? all.firstValid : 2;
+        EXPECT_TRUE(!c.setsFirstValid || first >= m || part.firstValid == first)
+            << m << " bars, output " << k;
+        for (int i = first; i < m && !differs; ++i) {
+          differs |= !same(part[i], all[i]);
+          if (differs && !kLooksAhead.count(c.name))
+            ADD_FAILURE() << m << " bars, data " << data << ": output " << k << " item " << i << " is "
+                          << part[i] << ", not " << all[i];
+        }
+      }
+    }
+  }
+  EXPECT_EQ(differs, kLooksAhead.count(c.name) == 1) << "documented otherwise";
 }
 
 INSTANTIATE_TEST_SUITE_P(Table, EveryCalculation, testing::ValuesIn(calculations()),

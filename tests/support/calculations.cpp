@@ -229,7 +229,7 @@ const std::vector<Calculation>& calculations() {
                   +[](BarSet bars, Out out, int start) noexcept {
                     Candles candles;
                     if (const int status = qvCandleConstruct(bars, &candles)) return status;
-                    return std::min(qvCandleFill(bars, &candles, out, "qvHighWave", start, INT32_MAX), 0);
+                    return std::min(qvCandleFill(bars, &candles, out, "qvHaramiBlack", start, INT32_MAX), 0);
                   },
                   {})
           .reads(kPrices)
