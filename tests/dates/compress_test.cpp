@@ -25,11 +25,12 @@ void expectSeries(const QvBars& bars, const QvBars& wanted) {
 }
 
 TEST(GroupBarsDate, TakesWhatLiesBetweenTheDatesAndAMonthOutOfOrder) {
-  // May, February, March, April: a month back stays in the quarter's group.
-  const Items days{1, 2, 3, 4, 5, 6}, months{36647, 36557, 36586, 36617};
+  // May, February, March, April: a month back stays in the quarter's group. Two Mondays are two weeks.
+  const Items days{1, 2, 3, 4, 5, 6}, months{36647, 36557, 36586, 36617}, weeks{kMonday, kMonday + 7};
   const std::tuple<Items, int, double, double, Items> cases[] = {{days, 2, 2, 5, {2, 3, 4, 5}},
                                                                  {days, 2, 4, 1, {4}},
                                                                  {days, 2, 7, 0, {}},
+                                                                 {weeks, 3, 0, 0, weeks},
                                                                  {months, 5, 0, 0, {36586, 36617}}};
   for (const auto& [dates, frequency, begin, end, groups] : cases) {
     Bars in(numbered(dates)), out;

@@ -116,13 +116,14 @@ TEST_F(Trend, AroonCountsTheAgeOfExtremes) {
 
 TEST_F(Trend, FilterScoreAndRandomWalk) {
   // Relative changes 1/2, 1/4, 1/5, then 1/2 down; ranges of the last two items 0.75, 0.75, 2.25.
-  const Array in{2, 3, 3.75, 4.5, 2.25}, zero{0, 0, 0, 1, 1}, through{1, 2, 1, 0, 4, 4, 4};
+  const Array in{2, 3, 3.75, 4.5, 2.25}, zero{0, 0, 0, 1, 1}, flat{5, 5, 5}, through{1, 2, 1, 0, 4, 4, 8};
   expectNear(qvVHF(&in, &out, 2, 0), out, {0, 0, 0.75 / 0.75, 0.75 / 0.45, 2.25 / 0.7}, 2);
   expectNear(qvVHF(&in, &out, 9, 0), out, {0, 0, 0, 0, 2.25 / 1.45}, 9);  // over the bars that exist
   // 0 / 0 is not guarded while seeding, and stays in the sum.
   expectGives(qvVHF(&zero, &out, 1, 0), out, {0, kNaN, kNaN, kNaN, kNaN}, 1);
-  // Later a change from zero does not count: sums 1.5, 1.5, 1, 0, 0.
-  expectNear(qvVHF(&through, out.fresh(), 2, 0), out, {0, 0, 1 / 1.5, 1 / 1.5, 4, 0, 0}, 2);
+  expectGives(qvVHF(&flat, out.fresh(), 1, 0), out, {0, 0, 0}, 1);
+  // Later a change from zero does not count, nor leave: sums 1.5, 1.5, 1, 0, 1.
+  expectNear(qvVHF(&through, out.fresh(), 2, 0), out, {0, 0, 1 / 1.5, 1 / 1.5, 4, 0, 4}, 2);
   // + + - | + - - | - - +, and - - + of the bars that exist.
   const Array moves{5, 5, 6, 4, 3, 7};
   expectGives(qvTrendScore(&moves, out.fresh(), 3, 0), out, {0, 0, 0, 1, -1, -1}, 3);
@@ -148,6 +149,8 @@ TEST_F(Trend, Swings) {
   const Items lines{10, 11, 12, 11, 10, 9, 9.4, 9.8};
   expectNear(qvZigZag(&in, &out, 10.0, 1, 0), out, lines, 0);
   expectNear(qvZigZag(&in, &out, 0.1, 0, 0), out, lines, 0);
+  const Array late{10, 12, 9};  // a swing is known on the bar after it, and there is none after the last
+  expectNear(qvZigZag(&late, second.fresh(), 10.0, 1, 0), second, {10, 9.5, 9}, 0);
   const Array just{8, 4, 6, 5, 6};  // a half of 8 and half as much again as 4 are swings already
   expectNear(qvZigZag(&just, out.fresh(), 50, 1, 0), out, {8, 4, 14.0 / 3, 16.0 / 3, 6}, 0);
   // Bar 1: A = 4, B = 0, D = 1, G = 4: R = 4 - 0 + 0.25; change 3 + 0.5 * 2 + 0.25 * 1 = 4.25;

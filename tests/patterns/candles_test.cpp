@@ -28,6 +28,7 @@ TEST(CandleConstruct, ClassifiesColourBodyAndShadows) {
       {"bodies 4, 1, 0.04 and 0",
        {{10, 14, 10, 14}, {12, 12, 11, 11}, {10, 10.04, 10, 10.04}, {10, 10, 10, 10}},
        {{2, 3, 1, 1}, {1, 1, 1, 1}, {2, 0, 1, 1}, {0, 0, 1, 1}}},
+      {"0.005 times 200 is still a doji", {{200, 201, 200, 201}}, {{2, 0, 1, 1}}},
       {"no mean: no body is long", {{9, 9, 9, 9}, {9, 9, 9, 9}}, {{0, 0, 1, 1}, {0, 0, 1, 1}}},
       // Body 4, as long as the average and so not long: long above 8, normal from 3 (0.75 bodies) on. 8.25
       // above and 3 below; 8 and 2.75; 3 and 8.25.

@@ -122,6 +122,9 @@ TEST(PointAndFigureChart, DrawsLevelsToWithinATenthOfABox) {
   // is in no column.
   ASSERT_EQ(qvPNFchart(&columns, 4, path.c_str(), 0), 0);
   EXPECT_EQ(dir.read("chart.txt"), "\n   12.000 XOX\n    8.000    ") << "truncated";
+  const Bars tenths{{0, 0.5, 0.4, 0.5, 0, 1}};  // (0.5 - 0.4) / 0.1 is a hair below 1
+  ASSERT_EQ(qvPNFchart(&tenths, 0.1, path.c_str(), 0), 0);
+  EXPECT_EQ(dir.read("chart.txt"), "\n    0.500 X\n    0.400 X");
   const Bars flat{{0, 2.5, 2, 0, 0, 0}, {0, 3, 1.5, 0, 0, -1}};
   const auto before = std::filesystem::current_path();
   std::filesystem::current_path(dir.path());

@@ -58,6 +58,7 @@ std::string label(Vars vars, const char* separator = "/") {
 TEST(OptVar, LabelsTakeWidthAndDecimalsFromTheRange) {
   EXPECT_EQ(label({range(0.5, 2.5, 0.25, 1.25)}), "1.25");
   EXPECT_EQ(label({range(-10, 10, 1, 5)}), "  5") << "10 + 1, and a sign";
+  EXPECT_EQ(label({range(0, 8, 1, 5), range(0, 9, 1, 5)}, ","), "5, 5") << "9 has one digit, 10 has two";
   EXPECT_EQ(label({range(0, 1, 0.5, 0.05)}), "0.0") << "decimals are cut, not rounded";
   EXPECT_EQ(label({range(0.125, 0.125, 0, 0.125), range(1, 20, 1, 7)}, " and "), "0.125 and  7");
   EXPECT_EQ(label({range(0.1, 0.9, 0.1, 0.3)}), "0") << "0.9 + 0.1 has no decimals";
@@ -71,10 +72,10 @@ TEST(OptVar, LabelsTakeWidthAndDecimalsFromTheRange) {
 TEST(OptVar, NullArguments) {
   QvOptVar v = range(1, 2, 1);
   char out[20];
-  for (int status : {qvOptVarCount(nullptr, 1), qvOptVarValue(nullptr, 1, 1),
-                     qvOptVarString(nullptr, 1, "", out), qvOptVarString(&v, 1, nullptr, out),
-                     qvOptVarString(&v, 1, "", nullptr), qvOptVarStringLen(nullptr, 1, ""),
-                     qvOptVarStringLen(&v, 1, nullptr)})
+  for (int status :
+       {qvOptVarCount(nullptr, 1), qvOptVarValue(nullptr, 1, 1), qvOptVarString(nullptr, 1, "", out),
+        qvOptVarString(&v, 1, nullptr, out), qvOptVarString(&v, 1, "", nullptr),
+        qvOptVarStringLen(nullptr, 1, ""), qvOptVarStringLen(&v, 1, nullptr)})
     EXPECT_EQ(status, -1);
 }
 
