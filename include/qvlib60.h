@@ -2,6 +2,7 @@
 #ifndef QVLIB60_H
 #define QVLIB60_H
 
+#include "qvlib60/codes.h"
 #include "qvlib60/core.h"
 #include "qvlib60/datafiles.h"
 #include "qvlib60/dates.h"
@@ -10,5 +11,6 @@
 #include "qvlib60/patterns.h"
 #include "qvlib60/pnf.h"
 #include "qvlib60/tradesim.h"
+#include "qvlib60/version.h"
 
 #endif

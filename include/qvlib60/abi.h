@@ -1,8 +1,11 @@
-/* Export macro, calling convention and error codes shared by every header of the library. */
+/* What every header of the library shares: export macro, calling convention, packing, and the names of the
+   codes. */
 #ifndef QVLIB60_ABI_H
 #define QVLIB60_ABI_H
 
 #include <stdint.h>
+
+#include "qvlib60/codes.h"
 
 #if defined(_WIN32)
 #define QVCALL __stdcall
@@ -34,20 +37,5 @@
 #else
 #define QV_PACK_POINTERS _Pragma("pack(push, 4)")
 #endif
-
-/* Results of almost every function; qvErrDesc gives the texts. */
-enum {
-  QV_OK = 0,
-  QV_INVALID_PARM = -1,
-  QV_FILE_OPEN = -2,
-  QV_MALLOC = -3,
-  QV_FILE_READ = -4,
-  QV_FILE_WRITE = -5,
-  QV_FILE_SEEK = -6,
-  QV_FILE_EXISTS = -7,
-  QV_FILE_NOT_FOUND = -8,
-  QV_RECORD_NOT_FOUND = -9,
-  QV_UNKNOWN = -10
-};
 
 #endif

@@ -6,16 +6,6 @@
 
 QV_BEGIN_DECLS
 
-/* Codes of the records' integer fields. */
-enum { QV_MARKET = 1, QV_STOP = 2, QV_LIMIT = 3, QV_CLOSE = 4 }; /* order type */
-enum { QV_BUY = 1, QV_SELL = 2 };                                /* direction; long and short of a position */
-enum { QV_EXIT = 1, QV_ENTRY = 2 };                              /* action */
-enum {
-  QV_DAY = 1,
-  QV_GTC = 2
-}; /* time in force: next processed bar only; any other value: until
-      filled or cancelled */
-
 /* Records without pointers have the same bytes on every platform. */
 #pragma pack(push, 4)
 
