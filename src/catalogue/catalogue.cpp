@@ -6,6 +6,7 @@
 
 #include "catalogue/entry.h"
 #include "platform/names.h"
+#include "qvlib60/version.h"
 
 static_assert(sizeof(QvCatalogueParam) == (sizeof(void*) == 8 ? 80 : 72));
 static_assert(sizeof(QvCatalogueInput) == (sizeof(void*) == 8 ? 16 : 12));

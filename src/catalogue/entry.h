@@ -12,7 +12,9 @@
 #include "catalogue/history.h"
 #include "core/calculation.h"
 #include "core/numbers.h"
-#include "qvlib60.h"
+#include "qvlib60/catalogue.h"
+#include "qvlib60/indicators.h"
+#include "qvlib60/patterns.h"
 
 namespace qv::catalogue {
 
