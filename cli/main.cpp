@@ -5,7 +5,9 @@
 
 #include "cli/demo.h"
 
-int main(int argc, char** argv) {
+namespace {
+
+int run(int argc, char** argv) {
   CLI::App app{"qv: technical analysis on the command line"};
   app.require_subcommand(1);
 
@@ -17,8 +19,14 @@ int main(int argc, char** argv) {
   demo->add_option("--chapter", demoOptions.chapter, "Only this chapter: " + qvcli::demoChapters());
 
   CLI11_PARSE(app, argc, argv);
+  return qvcli::runDemo(demoOptions);
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
   try {
-    return qvcli::runDemo(demoOptions);
+    return run(argc, argv);
   } catch (const std::exception& e) {
     std::fprintf(stderr, "qv: %s\n", e.what());
     return 1;

@@ -6,6 +6,7 @@ cd "$(dirname "${BASH_SOURCE[0]}")/.."
 build_packages=(g++ cmake ninja-build libcli11-dev)
 test_packages=(libgtest-dev)
 bench_packages=(libbenchmark-dev)
+check_packages=(clang clang-format clang-tidy cppcheck)
 
 # prepare PACKAGE...: installs with apt-get what is missing when it may, else says exactly what to
 # install and stops.
@@ -33,6 +34,14 @@ prepare() {
 
 # build PRESET [CMAKE-OPTION...]: configures and builds it.
 build() {
-  cmake --preset "$@"
-  cmake --build --preset "$1"
+  cmake --preset "$@" && cmake --build --preset "$1"
+}
+
+# stage NAME COMMAND...: runs it and tells how long it took.
+stage() {
+  local name=$1 begin=$SECONDS status=0
+  shift
+  "$@" || status=$?
+  echo "== $name: $([ $status -eq 0 ] && echo passed || echo FAILED) in $((SECONDS - begin)) s"
+  return $status
 }

@@ -7,6 +7,6 @@ prepare "${build_packages[@]}" "${test_packages[@]}"
 export ASAN_OPTIONS=allocator_may_return_null=1:detect_stack_use_after_return=1
 export UBSAN_OPTIONS=print_stacktrace=1
 for preset in release asan; do
-  build "$preset"
-  ctest --preset "$preset" -j2
+  stage "$preset build" build "$preset"
+  stage "$preset tests" ctest --preset "$preset" -j2
 done

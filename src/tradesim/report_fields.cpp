@@ -19,7 +19,7 @@ FixedPoint fixedPoint(double v, int digits) noexcept {
 }
 
 DateText dateText(double date, dates::Picture picture) noexcept {
-  DateText d;
+  DateText d{};
   qvFormatDate(date, dates::defaultPicture(picture), d.text);
   return d;
 }
