@@ -10,7 +10,7 @@
 namespace qv {
 
 // Which series of a bar set a calculation reads.
-enum Series : unsigned {
+enum BarSeries : unsigned {
   kNone = 0,
   kDate = 1u << 0,
   kOpen = 1u << 1,
@@ -26,7 +26,7 @@ enum Series : unsigned {
 
 struct BarInput {
   const QvBars* bars;
-  unsigned series;  // the Series that are read: a missing block there is missing data
+  unsigned series;  // the BarSeries that are read: a missing block there is missing data
 };
 
 // The seven series of a bar set by number: 0 date .. 6 open interest.

@@ -7,7 +7,7 @@
 
 namespace qvtest {
 
-using enum qv::Series;
+using enum qv::BarSeries;
 
 using BarSet = const QvBars*;
 using In = const QvArray*;
