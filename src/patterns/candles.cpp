@@ -1,12 +1,14 @@
-// The candle set: one pass finds the average body, a second classifies every bar against it. Then
-// the reading of single fields, the comparisons of neighbouring bars, and the signal series of one
-// pattern.
+// The candle set: the average body, of the whole set or of the bars before each bar, then one pass that
+// classifies every bar against it. Then the reading of single fields, the comparisons of neighbouring
+// bars, and the signal series of one pattern.
 #include <algorithm>
 #include <bit>
 #include <cmath>
+#include <limits>
 
 #include "core/calculation.h"
 #include "core/memory.h"
+#include "kernels/window.h"
 #include "patterns/candle_names.h"
 #include "patterns/candle_window.h"
 #include "platform/names.h"
@@ -44,8 +46,38 @@ double averageBody(const double* open, const double* close, int n) noexcept {
   return sum / count;
 }
 
+constexpr double kNone = std::numeric_limits<double>::quiet_NaN();
+
+// averages[i] is that of the `period` bars before bar i, or of those that there are; not a number where
+// none of them has a body. -3 when memory runs out.
+int trailingAverages(const double* open, const double* close, int n, int period,
+                     qv::memory::Buffer<double>& averages) noexcept {
+  if (n < 1) return QV_OK;
+  const auto items = static_cast<std::size_t>(n);
+  qv::memory::Buffer<double> counts(items), shortest(items);
+  if (!counts.ok() || !shortest.ok()) return QV_MALLOC;
+  // One item later, for a bar takes no part in its own average.
+  double* bodies = averages.data() + 1;
+  for (int i = 0; i < n - 1; ++i) {
+    bodies[i] = std::fabs(open[i] - close[i]);
+    const bool flat = open[i] == close[i];
+    counts[static_cast<std::size_t>(i)] = flat ? 0.0 : 1.0;
+    shortest[static_cast<std::size_t>(i)] = flat ? std::numeric_limits<double>::infinity() : bodies[i];
+  }
+  const qv::window::Range range{0, n - 1, std::min(period, n), true};
+  if (int status = qv::window::sum(bodies, range, bodies)) return status;
+  if (int status = qv::window::sum(counts.data(), range, counts.data())) return status;
+  if (int status = qv::window::minimum(shortest.data(), range, shortest.data())) return status;
+  averages[0] = kNone;
+  for (std::size_t i = 1; i < items; ++i) {
+    const double mean = averages[i] / counts[i - 1];
+    // No average lies below all that it is of: equal bodies must not be long by a rounding.
+    averages[i] = mean < shortest[i - 1] ? shortest[i - 1] : mean;
+  }
+  return QV_OK;
+}
+
 struct Factors {
-  double average;  // a longer body is long
   double longShadow, shortShadow, doji;
 };
 
@@ -58,9 +90,9 @@ constexpr int kRun = 256;
 
 // Classifies up to kRun bars. Short loops over doubles become vector code; in one loop the compiler
 // makes a branch of every comparison, and every other bar misses one. The fields of a bar are added up
-// to a number whose bytes they are, the first field lowest.
+// to a number whose bytes they are, the first field lowest. A body above its bar's average is long.
 void classifyRun(const double* open, const double* high, const double* low, const double* close, int count,
-                 const Factors& f, std::int32_t* records) noexcept {
+                 const double* average, const Factors& f, std::int32_t* records) noexcept {
   double top[kRun], bottom[kRun], body[kRun], reference[kRun], fields[kRun];
   for (int i = 0; i < count; ++i) top[i] = open[i] < close[i] ? close[i] : open[i];
   for (int i = 0; i < count; ++i) {
@@ -75,7 +107,7 @@ void classifyRun(const double* open, const double* high, const double* low, cons
   for (int i = 0; i < count; ++i) {
     const double white = open[i] < close[i] ? 2.0 : 0.0;
     const double notLong = bottom[i] * f.doji >= body[i] ? 0.0 : 1.0;
-    fields[i] += white + 0x100 * (body[i] > f.average ? 3.0 : notLong);
+    fields[i] += white + 0x100 * (body[i] > average[i] ? 3.0 : notLong);
   }
   for (int i = 0; i < count; ++i) {
     const double unit = open[i] == close[i] ? reference[i] : body[i];
@@ -86,15 +118,38 @@ void classifyRun(const double* open, const double* high, const double* low, cons
   }
 }
 
-void classify(const QvBars& bars, int n, const Factors& factors, QvCandle* records) noexcept {
+// averageOf(i) points to the averages of bar i and those after it in its run.
+template <typename AverageOf>
+void classify(const QvBars& bars, int n, AverageOf averageOf, const Factors& factors,
+              QvCandle* records) noexcept {
   static_assert(std::endian::native == std::endian::little);
   std::int32_t run[kRun];
   for (int i = 0; i < n; i += kRun) {
     const int count = std::min(kRun, n - i);
     classifyRun(bars.open.data + i, bars.high.data + i, bars.low.data + i, bars.close.data + i, count,
-                factors, run);
+                averageOf(i), factors, run);
     std::memcpy(records + i, run, static_cast<std::size_t>(count) * sizeof(QvCandle));
   }
+}
+
+bool hasPrices(const QvBars& bars, int n) noexcept {
+  for (const QvArray* a : {&bars.open, &bars.high, &bars.low, &bars.close})
+    if (n > 0 && (!a->data || a->capacity < n)) return false;
+  return true;
+}
+
+// New records of n bars and the defaults of factors that are 0; null when memory runs out.
+QvCandle* prepareCandles(QvCandles& candles, int n) noexcept {
+  candles.records = allocateRecords(n);
+  if (!candles.records) return nullptr;
+  setDefault(candles.longShadowFactor, 2.0);
+  setDefault(candles.shortShadowFactor, 0.75);
+  setDefault(candles.dojiFactor, 0.005);
+  return candles.records;
+}
+
+Factors factorsOf(const QvCandles& candles) noexcept {
+  return {candles.longShadowFactor, candles.shortShadowFactor, candles.dojiFactor};
 }
 
 // The field of record i; -1 for a null set, 0 outside the set.
@@ -125,18 +180,28 @@ extern "C" {
 int QVCALL qvCandleConstruct(const QvBars* bars, QvCandles* candles) noexcept {
   if (!bars || !candles) return QV_INVALID_PARM;
   const int n = std::max(bars->barsize, 0);
-  for (const QvArray* a : {&bars->open, &bars->high, &bars->low, &bars->close})
-    if (n > 0 && (!a->data || a->capacity < n)) return QV_INVALID_PARM;
+  if (!hasPrices(*bars, n)) return QV_INVALID_PARM;
+  if (!prepareCandles(*candles, n)) return QV_MALLOC;
 
-  candles->records = allocateRecords(n);
-  if (!candles->records) return QV_MALLOC;
-  setDefault(candles->longShadowFactor, 2.0);
-  setDefault(candles->shortShadowFactor, 0.75);
-  setDefault(candles->dojiFactor, 0.005);
+  double average[kRun];
+  std::fill_n(average, kRun, averageBody(bars->open.data, bars->close.data, n));
+  classify(
+      *bars, n, [&](int) { return average; }, factorsOf(*candles), candles->records);
+  return QV_OK;
+}
 
-  const double average = averageBody(bars->open.data, bars->close.data, n);
-  classify(*bars, n, {average, candles->longShadowFactor, candles->shortShadowFactor, candles->dojiFactor},
-           candles->records);
+int QVCALL qvCandleConstructTrailing(const QvBars* bars, QvCandles* candles, int period) noexcept {
+  if (!bars || !candles || period < 1) return QV_INVALID_PARM;
+  const int n = std::max(bars->barsize, 0);
+  if (!hasPrices(*bars, n)) return QV_INVALID_PARM;
+  candles->records = nullptr;
+  qv::memory::Buffer<double> averages(static_cast<std::size_t>(n));
+  if (!averages.ok()) return QV_MALLOC;
+  if (const int status = trailingAverages(bars->open.data, bars->close.data, n, period, averages))
+    return status;
+  if (!prepareCandles(*candles, n)) return QV_MALLOC;
+  classify(
+      *bars, n, [&](int i) { return averages.data() + i; }, factorsOf(*candles), candles->records);
   return QV_OK;
 }
 

@@ -6,6 +6,7 @@
 #include <climits>
 #include <sstream>
 
+#include "patterns/candle_names.h"
 #include "support/candles.h"
 #include "support/expect.h"
 
@@ -202,6 +203,10 @@ TEST_P(EveryPattern, IsFoundByItsNameAndNotWhereABarOrAnArgumentIsMissing) {
   for (int signal : {row.test(&bars, nullptr, last), row.test(&bars, &noCandles, last),
                      row.test(nullptr, &candles, last), row.test(&noBars, &candles, last)})
     EXPECT_EQ(signal, 0);
+  const auto* named = std::find_if(qv::candlePatterns.begin(), qv::candlePatterns.end(),
+                                   [&](const auto& p) { return p.endsAt == row.test; });
+  ASSERT_NE(named, qv::candlePatterns.end());
+  EXPECT_EQ(named->bars, row.bars);
   if (row.bars == 1) return;
   w.resize(w.size() - 8);  // without its oldest bar
   const Laid cut(w);

@@ -64,6 +64,49 @@ TEST(CandleConstruct, TakesTheFactorsThatAreNotZero) {
   EXPECT_EQ(candlesOf(c, 2), (std::vector<Fields>{{2, 1, 3, 1}, {0, 0, 1, 1}}));
 }
 
+// Against the average of the bars before, by the obvious loop; bars that are cut off change nothing.
+TEST(CandleConstructTrailing, MeasuresBodiesAgainstTheBarsBefore) {
+  std::mt19937 random(3);
+  for (int round = 0; round < 60; ++round) {
+    std::vector<Bar> bars = walkBars(1 + static_cast<int>(random() % 700), static_cast<unsigned>(random()));
+    for (Bar& b : bars) {
+      if (random() % 4 == 0) b.close = b.open;
+      if (random() % 90 == 0) b.open = kNaN;
+      if (round % 3 == 0) b.open = b.close + (random() % 5 ? 0.1 : 0);  // equal bodies: none is long
+    }
+    const int n = static_cast<int>(bars.size()), period = 1 + static_cast<int>(random() % 40);
+    Candles c;
+    const Bars whole(bars);
+    ASSERT_EQ(qvCandleConstructTrailing(&whole, &c, period), 0);
+    for (int i = 0; i < n; ++i) {
+      double sum = 0;
+      int count = 0;
+      for (int k = std::max(0, i - period); k < i; ++k)
+        if (bars[k].open != bars[k].close) sum += std::fabs(bars[k].open - bars[k].close), ++count;
+      const double body = std::fabs(bars[i].open - bars[i].close), average = sum / count;
+      const bool equal = std::fabs(body - average) < 1e-9;
+      ASSERT_EQ(qvCandleShape(&c, i) == 3, !equal && body > average) << i << " of " << n << ", " << period;
+    }
+    bars.resize(static_cast<std::size_t>(n) - random() % static_cast<unsigned>(n));
+    Candles cut;
+    const Bars fewer(bars);
+    ASSERT_EQ(qvCandleConstructTrailing(&fewer, &cut, period), 0);
+    EXPECT_EQ(candlesOf(cut, fewer.barsize), candlesOf(c, fewer.barsize));
+  }
+  Candles c;
+  const Bars bars(walkBars(30)), none;
+  EXPECT_EQ(qvCandleConstructTrailing(&bars, &c, 0), -1);
+  EXPECT_EQ(qvCandleConstructTrailing(nullptr, &c, 5), -1);
+  EXPECT_EQ(qvCandleConstructTrailing(&bars, nullptr, 5), -1);
+  EXPECT_EQ(qvCandleConstructTrailing(&none, &c, 5), 0);
+  qvCandleFree(&c);
+  expectAnswersExhaustedMemory("trailing", [&] {
+    const int status = qvCandleConstructTrailing(&bars, &c, INT_MAX);
+    qvCandleFree(&c);
+    return status;
+  });
+}
+
 // Missing prices and exhausted memory are tried with the fill, in the table of calculations.
 TEST(CandleFields, ReadZeroOutsideTheSet) {
   const Bars bars(walkBars(10));

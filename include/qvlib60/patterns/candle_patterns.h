@@ -1,6 +1,7 @@
 /* Forty-two candlestick patterns. Each function tells whether its pattern ends at bar i: 1 or 0.
 
-   Candles are those that qvCandleConstruct made of the same bar set. The answer is 0 where a bar
+   Candles are those that qvCandleConstruct or, without looking ahead, qvCandleConstructTrailing made of
+   the same bar set. The answer is 0 where a bar
    that the pattern compares lies before the series or past its end, and where a record or a price
    series is missing. "Near" and "nearly equal" is qvApproxEqual with the set's dojiFactor. Bar i is
    the last bar named.

@@ -21,9 +21,9 @@ typedef struct QvCandle {
 } QvCandle;
 
 /* The candles of a bar set. Set the factors, or clear them for the defaults, before
-   qvCandleConstruct. */
+   a construction. */
 typedef struct QvCandles {
-  QvCandle* records;        /* one for each bar; only a block that qvCandleConstruct made, or null */
+  QvCandle* records;        /* one for each bar; only a block that a construction made, or null */
   double longShadowFactor;  /* a shadow longer than this many bodies is long; 0 means 2.0 */
   double shortShadowFactor; /* a shadow shorter than this many bodies is short; 0 means 0.75 */
   double dojiFactor;        /* a body up to this fraction of its lower end is a doji; 0 means 0.005 */
@@ -37,10 +37,21 @@ typedef struct QvCandles {
    writes the defaults into factors that were 0. Reads open, high, low and close. A body above the
    average body of the bars whose open differs from their close is long; if all bars are flat none
    is. A shadow is compared with its own bar's body, in a flat bar with dojiFactor times the price.
+   That average is of the whole set, bars after the classified one included: a bar's shape, and every
+   pattern found with it, may change when bars are added, and a backtest over these candles knows the
+   future. Backtests and live programs take qvCandleConstructTrailing.
    Records of an earlier construction are not freed: call qvCandleFree first. The records describe
    the bars as they are now; construct again after changing them.
    0; -1 when a price series is missing; -3 (then records is null). */
 QVAPI int QVCALL qvCandleConstruct(const QvBars* bars, QvCandles* candles) QVNOEXCEPT;
+
+/* The same without looking ahead: a body is measured against the average body of the `period` bars
+   before its own (its own bar does not count, nor do those whose open equals their close). A bar with
+   fewer bars before it is measured against those that there are, and is no long body when none of them
+   has a body: shapes mean what they say from bar `period` on. Bars that are added never change the
+   candles of earlier ones. A common period is 20.
+   0; -1 when a price series is missing or the period is below 1; -3 (then records is null). */
+QVAPI int QVCALL qvCandleConstructTrailing(const QvBars* bars, QvCandles* candles, int period) QVNOEXCEPT;
 
 /* Frees the records and clears the pointer; the factors stay. 0; -1 for a null set. */
 QVAPI int QVCALL qvCandleFree(QvCandles* candles) QVNOEXCEPT;
@@ -75,7 +86,9 @@ QVAPI int QVCALL qvApproxEqual(double a, double b, double tolerance) QVNOEXCEPT;
 
 /* out[i] = 1.0 where the named pattern ends at bar i, 0.0 elsewhere, for i from first to last (kept
    within the series; the rest of out is 0.0). The names are those of the functions in
-   candle_patterns.h, in any case. Leaves out's first valid index as it was.
+   candle_patterns.h, in any case. Leaves out's first valid index as it was. With the candles of
+   qvCandleConstruct the signals know the whole set (see there); with those of
+   qvCandleConstructTrailing they know the bars up to i only.
    The number of bars found, -1 (unknown name; missing candles, prices or arguments) or -3. An
    unknown name is found first: nothing is touched. */
 QVAPI int QVCALL qvCandleFill(const QvBars* bars, const QvCandles* candles, QvArray* out, const char* name,
