@@ -16,52 +16,65 @@ struct Stochastics : testing::Test {
   // Over three bars from bar 2 on: highest 12 14, lowest 7 7.
   const Bars bars{{9, 10, 8, 9}, {9, 12, 9, 11}, {9, 11, 7, 8}, {9, 14, 10, 13}};
   const Bars flat{closingAt({5, 5, 5})}, walk{walkBars(80)};
+  const double k2 = 20, k3 = 600.0 / 7, fast = (k2 + k3) / 2;
   Array out, second, third, fourth;
 };
 
-TEST_F(Stochastics, PlaceTheCloseInItsRange) {
-  const double k2 = 20, k3 = 600.0 / 7, fast = (k2 + k3) / 2;
+// From the top of the range of fourteen bars.
+double percentR(int i) {
+  const double *high = spx().high.data, *low = spx().low.data, *close = spx().close.data;
+  const double top = *std::max_element(high + i - 13, high + i + 1);
+  return 100 * (top - close[i]) / (top - *std::min_element(low + i - 13, low + i + 1));
+}
+
+// A flat range is fully overbought for K and zero elsewhere.
+TEST_F(Stochastics, RawK) {
   expectNear(qvRawK(&bars, &out, 3, 0), out, {0, 0, k2, k3}, 2);
+  expectGives(qvRawK(&flat, &out, 2, 0), out, {0, 100, 100}, 1);
+  expectEach(qvRawK(&spx(), out.fresh(), 14, 0), out, 13, 1e-12, [&](int i) { return 100 - percentR(i); });
+}
+
+TEST_F(Stochastics, WilliamsR) {
   expectNear(qvWilliamsR(&bars, &out, 3, 0), out, {0, 0, 80, 100.0 / 7}, 2);
+  expectGives(qvWilliamsR(&flat, &out, 2, 0), out, {0, 0, 0}, 1);
+  expectEach(qvWilliamsR(&spx(), out.fresh(), 14, 0), out, 13, 1e-12, percentR);
+}
+
+TEST_F(Stochastics, FastD) {
   expectNear(qvFastD(&bars, &out, 3, 3, 0), out, {0, 0, k2, fast}, 2);
+}
+
+TEST_F(Stochastics, SlowD) {
   expectNear(qvSlowD(&bars, &out, 3, 3, 3, 0), out, {0, 0, k2, (k2 + fast) / 2}, 2);
+}
+
+TEST_F(Stochastics, Stochastic) {
   const Array in({50, 4, 8, 6, 6}, 1);
-  expectGives(qvStochastic(&in, &second, 3, 0), second, {0, 0, 0, 50, 0}, 3);
-  expectGives(qvStochastic(&in, &second, 9, 0), second, Items(5, 0.0), 9);
+  expectGives(qvStochastic(&in, &out, 3, 0), out, {0, 0, 0, 50, 0}, 3);
+  expectGives(qvStochastic(&in, &out, 9, 0), out, Items(5, 0.0), 9);
+  expectGives(qvStochastic(&flat.close, &out, 2, 0), out, {0, 100, 100}, 1);
+}
+
+TEST_F(Stochastics, SMI) {
   // Distances from the middle -1.5 2.5, ranges 5 7; at bar 3 smoothed 0.5 and 6, smoothed twice -0.5 and 5.5.
   expectNear(qvSMI(&bars, &out, &third, 3, 3, 1, 3, 0), out, {0, 0, -60, 100 * 0.5 / 3}, 2);
   expectNear(0, third, {0, 0, -60, (100 * 0.5 / 3 - 60) / 2}, 2);
   expectNear(qvSMI(&bars, &out, &third, 3, 3, 3, 3, 0), out, {0, 0, -60, -50 / 2.75}, 2);
-  // Sums of prices 27 33 30 36: means of three 30 and 33, mean deviations 2 and 2. One bar is its own mean.
-  const Bars b{{0, 10, 8, 9}, {0, 12, 10, 11}, {0, 11, 9, 10}, {0, 13, 11, 12}};
-  expectNear(qvCCI(&b, &out, 3, 0), out, {0, 0, 0, 100}, 2);
-  expectGives(qvCCI(&b, &out, 1, 0), out, Items(4, 0.0), 0);
-  expectGives(qvCCI(&b, &out, 5, 0), out, Items(4, 0.0), 4);
-  const double *high = spx().high.data, *low = spx().low.data, *close = spx().close.data;
-  const auto percentR = [=](int i) {
-    const double top = *std::max_element(high + i - 13, high + i + 1);
-    return 100 * (top - close[i]) / (top - *std::min_element(low + i - 13, low + i + 1));
-  };
-  expectEach(qvWilliamsR(&spx(), out.fresh(), 14, 0), out, 13, 1e-12, percentR);
-  expectEach(qvRawK(&spx(), &out, 14, 0), out, 13, 1e-12, [&](int i) { return 100 - percentR(i); });
+  expectGives(qvSMI(&flat, &out, &third, 2, 3, 3, 3, 0), out, {0, 0, 0}, 1);
 }
 
-TEST_F(Stochastics, AFlatRangeIsFullyOverboughtForKAndZeroElsewhere) {
-  for (auto [function, value] : {std::pair{&qvRawK, 100.0}, {&qvWilliamsR, 0.0}, {&qvCCI, 0.0}})
-    expectGives(function(&flat, &out, 2, 0), out, {0, value, value}, 1);
-  expectGives(qvStochastic(&flat.close, &out, 2, 0), out, {0, 100, 100}, 1);
-  expectGives(qvStochasticOscillator(&flat, &out, &second, 0, 2, 3, 3, 0), second, {0, 100, 100}, 1);
-  expectGives(qvSMI(&flat, &out, &second, 2, 3, 3, 3, 0), out, {0, 0, 0}, 1);
-}
-
-TEST_F(Stochastics, TheFastOscillatorReadsAllPricesButNoZeroLows) {
+TEST_F(Stochastics, StochasticFast) {
   // An open above the high counts; a low of zero does not. Lowest and highest of two bars: 7 and 15,
   // then 8 and 15, then 8 and 12.
   const Bars odd{{9, 10, 7, 9}, {15, 12, 0, 11}, {9, 11, 8, 9}, {9, 12, 8, 11}};
-  const double k1 = 50, k2 = 100.0 / 7, k3 = 75;
-  expectNear(qvStochasticFast(&odd, &out, &second, 2, 2, 2, 0), out, {0, k1, k2, k3}, 1);
-  expectNear(0, second, {0, 0, (k1 + k2) / 2, (k2 + k3) / 2}, 2);
-  // The slow one smooths it with every method.
+  const double fast1 = 50, fast2 = 100.0 / 7, fast3 = 75;
+  expectNear(qvStochasticFast(&odd, &out, &second, 2, 2, 2, 0), out, {0, fast1, fast2, fast3}, 1);
+  expectNear(0, second, {0, 0, (fast1 + fast2) / 2, (fast2 + fast3) / 2}, 2);
+  for (int method : {-1, 8}) EXPECT_EQ(qvStochasticFast(&walk, &third, &fourth, method, 5, 3, 0), -1);
+  EXPECT_EQ(third.data, nullptr);
+}
+
+TEST_F(Stochastics, StochasticOscillator) {  // smooths the fast one with every method
   for (int method = 0; method < 8; ++method) {
     qvStochasticFast(&walk, &third, out.fresh(), method, 5, 3, 2);
     qvMovingAverage(&out, second.fresh(), method, 4, 6);
@@ -70,11 +83,18 @@ TEST_F(Stochastics, TheFastOscillatorReadsAllPricesButNoZeroLows) {
     expectGives(status, fourth, second.items(), second.firstValid);
   }
   Array k, d;
-  for (int method : {-1, 8}) {
-    EXPECT_EQ(qvStochasticOscillator(&walk, &k, &d, method, 5, 3, 4, 0), -1);
-    EXPECT_EQ(qvStochasticFast(&walk, &k, &d, method, 5, 3, 0), -1);
-  }
+  for (int method : {-1, 8}) EXPECT_EQ(qvStochasticOscillator(&walk, &k, &d, method, 5, 3, 4, 0), -1);
   EXPECT_EQ(k.data, nullptr);
+  expectGives(qvStochasticOscillator(&flat, &k, &d, 0, 2, 3, 3, 0), d, {0, 100, 100}, 1);
+}
+
+TEST_F(Stochastics, CCI) {
+  // Sums of prices 27 33 30 36: means of three 30 and 33, mean deviations 2 and 2. One bar is its own mean.
+  const Bars b{{0, 10, 8, 9}, {0, 12, 10, 11}, {0, 11, 9, 10}, {0, 13, 11, 12}};
+  expectNear(qvCCI(&b, &out, 3, 0), out, {0, 0, 0, 100}, 2);
+  expectGives(qvCCI(&b, &out, 1, 0), out, Items(4, 0.0), 0);
+  expectGives(qvCCI(&b, &out, 5, 0), out, Items(4, 0.0), 4);
+  expectGives(qvCCI(&flat, out.fresh(), 2, 0), out, {0, 0, 0}, 1);
 }
 
 // The definition, window by window, as distances from the last price so that large prices keep their cents.
