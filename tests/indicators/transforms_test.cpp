@@ -8,20 +8,35 @@ namespace qvtest {
 namespace {
 
 struct Transforms : testing::Test {
+  const Bars bars{{1, 2, 3, 4}, {10, 20, 5, 11}, {0, 20, 5, 11}};  // the third has no open
+  const Array in{{7, 80, 100, 60}, 1};
   Array out, second, third;
 };
 
-TEST_F(Transforms, PricesAndChanges) {
-  const Bars bars{{1, 2, 3, 4}, {10, 20, 5, 11}, {0, 20, 5, 11}};  // the third has no open
+TEST_F(Transforms, AvgPrices) {
   expectGives(qvAvgPrices(&bars, &out, 1), out, {0, 11.5, 12}, 1);
+}
+
+TEST_F(Transforms, MedianPrices) {
   expectGives(qvMedianPrices(&bars, &out, 1), out, {0, 12.5, 12.5}, 1);
+}
+
+TEST_F(Transforms, TypicalPrices) {
   expectGives(qvTypicalPrices(&bars, &out, 1), out, {0, 12, 12}, 1);
+}
+
+TEST_F(Transforms, WeightedCloses) {
   expectGives(qvWeightedCloses(&bars, &out, 1), out, {0, 11.75, 11.75}, 1);
-  // Changes since an earlier item.
-  const Array in({7, 80, 100, 60}, 1), zero{0, 1, -2};
-  expectGives(qvPerformancePct(&in, &second, 0), second, {0, 0, 25, -25}, 1);
-  expectGives(qvDiffValue(&in, &second, 2, 0), second, {0, 0, 0, -20}, 2);  // the period, not the first value
-  expectGives(qvPerformancePct(&zero, &third, 0), third, {kNaN, kInf, -kInf}, 0);  // not guarded
+}
+
+TEST_F(Transforms, PerformancePct) {
+  const Array zero{0, 1, -2};
+  expectGives(qvPerformancePct(&in, &out, 0), out, {0, 0, 25, -25}, 1);
+  expectGives(qvPerformancePct(&zero, &second, 0), second, {kNaN, kInf, -kInf}, 0);  // not guarded
+}
+
+TEST_F(Transforms, DiffValue) {
+  expectGives(qvDiffValue(&in, &out, 2, 0), out, {0, 0, 0, -20}, 2);  // the period, not the first value
 }
 
 struct Comparisons : Transforms {
