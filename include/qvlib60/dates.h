@@ -22,8 +22,9 @@ QV_BEGIN_DECLS
 /* The date number; 0.0 when date or time is invalid. Year, month and day all 0 give the time alone. */
 QVAPI double QVCALL qvYMDtoDate(int year, int month, int day, int hour, int minute, int second) QVNOEXCEPT;
 
-/* Splits a date number; each pointer may be null. The time is rounded up to a whole second, which
-   may be one more than was stored and, in the last instant of a day, 24:00:00 of that day. */
+/* Splits a date number; each pointer may be null. A whole second that was stored comes back as that
+   second; a time between two seconds is rounded up, in the last instant of a day to 24:00:00 of that
+   day. */
 QVAPI void QVCALL qvDateToYMD(double date, int* year, int* month, int* day, int* hour, int* minute,
                               int* second) QVNOEXCEPT;
 
@@ -39,8 +40,8 @@ QVAPI double QVCALL qvNumToTime(int hhmmss) QVNOEXCEPT;
 QVAPI int QVCALL qvDatePart(const char* part, double date) QVNOEXCEPT;
 
 /* From date1 to date2 by the first letter of `part`, in either case: D days (times of day ignored),
-   S seconds between the times of day (days ignored, so it is negative across midnight); 0 for other
-   letters. */
+   S seconds between the times of day (each rounded as in qvDateToYMD; days ignored, so it is negative
+   across midnight); 0 for other letters. */
 QVAPI int QVCALL qvDateDiff(const char* part, double date1, double date2) QVNOEXCEPT;
 
 /* 0 Monday .. 6 Sunday. Counted from date + 693593, truncated: a date before day 0 with a time of

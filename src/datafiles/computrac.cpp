@@ -34,8 +34,7 @@ class Decoder {
   }
   int integer(const Byte* record, Field f) const noexcept { return qv::truncatedInt(value(record, f)); }
   double dateTime(const Byte* record) const noexcept {
-    const double date = qvNumToDate(integer(record, kDate));
-    return has(kTime) ? date + qvNumToTime(integer(record, kTime)) : date;
+    return qvNumToDate(integer(record, kDate)) + qvNumToTime(integer(record, kTime));
   }
 
  private:
@@ -107,9 +106,6 @@ int QVCALL qvCTfindrec(const char* directory, const char* name, double date, dou
         double wanted = ((year - 1900.0) * 10000 + month * 100 + day) * kTimeDigits;
         if (decoder.has(kTime)) wanted += hour * 10000 + minute * 100 + second;
         const auto dateTimeOf = [&](const Byte* record) {
-          // Splitting rounds the time up, which may give a second more than was stored: the record that reads
-          // as the very date number is the one that is meant.
-          if (decoder.dateTime(record) == date) return wanted;
           return decoder.integer(record, kDate) * kTimeDigits + decoder.integer(record, kTime);
         };
         RecordBytes found;

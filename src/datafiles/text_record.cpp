@@ -4,6 +4,7 @@
 
 #include "datafiles/line_reader.h"
 #include "datafiles/texts.h"
+#include "dates/calendar.h"
 #include "qvlib60/dates.h"
 
 namespace qv::datafiles {
@@ -51,7 +52,7 @@ double TextRecord::date() const noexcept {
 }
 
 double TextRecord::dateTime() const noexcept {
-  return date() + timeOf(columns_[timeColumn_]);
+  return dates::withTime(date(), timeOf(columns_[timeColumn_]));
 }
 
 void TextRecord::storeBar(QvBars& bars, int i) const noexcept {

@@ -13,11 +13,12 @@
 
 namespace {
 
-using qv::dates::widenedYear;
+using namespace qv::dates;
 
 std::atomic<int> twoDigitYearCutoff{20};
 
-constexpr int kSecondsPerDay = 86400;
+// Days from 31 December of year 0 to day 0.
+constexpr int kDaysToDayZero = 693594;
 
 // Days of a common year before the month 1..12.
 constexpr int kDaysBefore[] = {0, 0, 31, 59, 90, 120, 151, 181, 212, 243, 273, 304, 334};
@@ -31,7 +32,7 @@ bool isLeap(int year) noexcept {
 
 // Date number of 31 December.
 std::int64_t yearEnd(int year) noexcept {
-  return std::int64_t{year} * 365 + year / 4 - year / 100 + year / 400 - 693594;
+  return std::int64_t{year} * 365 + year / 4 - year / 100 + year / 400 - kDaysToDayZero;
 }
 
 struct CalendarDay {
@@ -55,16 +56,10 @@ CalendarDay dayOf(double whole) noexcept {
           dayOfYear - (153 * monthFromMarch + 2) / 5 + 1};
 }
 
-double fractionOf(double date) noexcept {
-  double whole;
-  return std::modf(date, &whole);
-}
-
-// Seconds since midnight, rounded up to the next whole second: a fraction that falls a hair short of
-// a whole second counts as that second. One that falls a hair beyond gives a second more than was
-// stored, and the last instant of a day 24:00:00.
+// Seconds since midnight, rounded up to the next whole second: a second that was stored is that second
+// again, and the last instant of a day is 24:00:00.
 int secondsOf(double date) noexcept {
-  return qv::truncatedInt(std::ceil(std::fabs(fractionOf(date)) * kSecondsPerDay));
+  return qv::truncatedInt(std::ceil(secondsOfDay(date) - kSecondTolerance));
 }
 
 bool isTime(int hour, int minute, int second) noexcept {
@@ -78,6 +73,11 @@ int qv::dates::widenedYear(int year) noexcept {
   return year < twoDigitYearCutoff.load(std::memory_order_relaxed) ? year + 2000 : year + 1900;
 }
 
+double qv::dates::secondsOfDay(double date) noexcept {
+  double whole;
+  return std::fabs(std::modf(date, &whole)) * kSecondsPerDay;
+}
+
 extern "C" {
 
 double QVCALL qvYMDtoDate(int year, int month, int day, int hour, int minute, int second) noexcept {
@@ -88,9 +88,8 @@ double QVCALL qvYMDtoDate(int year, int month, int day, int hour, int minute, in
     days = yearEnd(full - 1) + kDaysBefore[month] + day;
     if (month >= 3 && isLeap(full)) ++days;
   }
-  const double whole = static_cast<double>(days);
   const double time = static_cast<double>(hour * 3600 + minute * 60 + second) / kSecondsPerDay;
-  return days >= 0 ? whole + time : whole - time;
+  return withTime(static_cast<double>(days), time);
 }
 
 void QVCALL qvDateToYMD(double date, int* year, int* month, int* day, int* hour, int* minute,
@@ -164,7 +163,7 @@ int QVCALL qvDateDiff(const char* part, double date1, double date2) noexcept {
 }
 
 int QVCALL qvDayOfWeek(double date) noexcept {
-  const int remainder = static_cast<int>(qv::truncatedInt64(date + 693593) % 7);
+  const int remainder = static_cast<int>(qv::truncatedInt64(date + (kDaysToDayZero - 1)) % 7);
   return remainder < 0 ? remainder + 7 : remainder;  // before year 1
 }
 

@@ -2,10 +2,10 @@
 #include <algorithm>
 #include <cmath>
 #include <cstring>
-#include <limits>
 
 #include "core/calculation.h"
 #include "core/stretch.h"
+#include "dates/calendar.h"
 #include "kernels/window.h"
 #include "qvlib60/dates.h"
 
@@ -104,11 +104,9 @@ class TimeSpans {
   }
 
  private:
-  // In whole seconds. 9:35:00 is seldom a binary fraction of a day: taken from the next number above
-  // the date, a time that was stored a hair short of its second still counts as that second.
+  // In whole seconds.
   static double secondOfDay(double date) noexcept {
-    const double above = std::nextafter(date, std::numeric_limits<double>::infinity());
-    return std::floor((above - std::floor(date)) * 86400.0);
+    return std::floor(dates::secondsOfDay(date) + dates::kSecondTolerance);
   }
 
   double seconds_;

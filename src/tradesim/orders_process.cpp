@@ -11,6 +11,7 @@
 
 #include "core/calculation.h"
 #include "core/numbers.h"
+#include "dates/calendar.h"
 #include "qvlib60/tradesim.h"
 #include "tradesim/fills.h"
 #include "tradesim/names.h"
@@ -24,7 +25,6 @@ using namespace qv;
 using namespace qv::tradesim;
 
 constexpr int kPositionStep = 4;
-constexpr int kSecondsPerDay = 86400;
 
 // One entry of each direction may fill on a bar.
 struct EntriesFilled {
@@ -132,7 +132,7 @@ EntriesFilled fillOrders(QvOrderSystem& sys) noexcept {
   const QvBars& bars = sys.bars;
   const int i = sys.currentBar;
   const FillBar bar{bars.open.data[i], bars.high.data[i], bars.low.data[i], bars.close.data[i - 1]};
-  const int delayInDays = sys.entryDelaySeconds / kSecondsPerDay;
+  const int delayInDays = sys.entryDelaySeconds / dates::kSecondsPerDay;
 
   EntriesFilled entered;
   for (int k = 0; k < sys.orderCount; ++k) {

@@ -161,6 +161,25 @@ TEST_F(TextFiles, AreReadInEveryColumn) {
   EXPECT_EQ(barOf(bars, 1), (Items{kMonday + 1.625, 0, 0, 0, 2, 0, 0}));
 }
 
+TEST_F(TextFiles, WrittenTimesAreReadBack) {
+  info = {1, 2, 0, 0, 0, 0, 0, 0, 0, 0, {','}};
+  for (const double day : {kMonday + 0.0, 367.0, 109572.0, -25568.0}) {
+    std::string text;
+    Items dates;
+    const auto write = [&](double whole, int second) {
+      dates.push_back(whole < 0 ? whole - second / 86400.0 : whole + second / 86400.0);
+      char line[40];
+      qvFormatDate(dates.back(), "yyyy/mm/dd,hh:nn:ss\n", line);
+      text += line;
+    };
+    for (int s = 0; s < 86400; s += 61) write(day, s);
+    write(day + 1, 0);  // tells the order
+    dir.write("a.csv", text);
+    Bars fresh;
+    expectGives(read(&fresh, 0, -1), fresh.date, dates);
+  }
+}
+
 TEST_F(TextFiles, FillTheBarInformation) {
   dir.write("Microsoft, Corp .2000.csv", rows({0, 1, 2}));
   fillWithOldFile(bars, 1);

@@ -102,6 +102,16 @@ TEST(GroupBarsTime, CountsFromTheFirstBarOfEachGroupAndRestartsEachDay) {
   }
 }
 
+TEST(GroupBarsTime, TakesEveryStoredSecondAsThatSecond) {
+  for (const double day : {367.0, 45293.0, 109572.0, -25568.0}) {
+    Items seconds;
+    for (int s = 1; s <= 7 * 12000; ++s) seconds.push_back(day < 0 ? day - s / 86400.0 : day + s / 86400.0);
+    Bars in(numbered(seconds)), out;
+    ASSERT_EQ(qvGroupBarsTime(&in, &out, 7, day - 1, day + 1), 0);
+    EXPECT_EQ(itemsOf(out.volume), Items(12000, 7.0)) << day;
+  }
+}
+
 TEST(GroupArray, SumsPerPeriodWithinTheShortestSeriesAndTheRoom) {
   Bars dates(numbered({36528, 36529, 36557, 36586, 36587}));  // 2 days in January, 1 in February, 2 in March
   // Size, first valid index and room; sums and their first valid index. A group below the first valid

@@ -80,6 +80,22 @@ TEST(Calendar, EpochAndTimes) {
   for (const auto& [h, m, s] : badTimes) EXPECT_EQ(qvYMDtoDate(2008, 1, 15, h, m, s), 0.0);
 }
 
+TEST(Calendar, EveryStoredSecondComesBack) {
+  // Days of 1901 to 2199, and before day 0.
+  for (const double day : {367.0, 2.0, 1.0, 0.0, -1.0, -25568.0, 25569.0, 45293.0, 65536.0, 109572.0}) {
+    for (int s = 0; s < 86400; ++s) {
+      const double time = s / 86400.0, date = day < 0 ? day - time : day + time;
+      const Parts parts = split(date);
+      ASSERT_EQ(parts[3] * 3600 + parts[4] * 60 + parts[5], s) << day;
+      ASSERT_EQ(qvDateDiff("S", day, date), s) << day;
+      ASSERT_EQ(qvYMDtoDate(parts[0], parts[1], parts[2], parts[3], parts[4], parts[5]), date) << day;
+    }
+  }
+  // A time between two seconds is rounded up, from a ten-thousandth of a second on.
+  EXPECT_EQ(split(2 + 34200.00009 / 86400)[5], 0);
+  EXPECT_EQ(split(2 + 34200.00011 / 86400)[5], 1);
+}
+
 TEST(Calendar, TwoDigitYearsAndNumbersOfDigits) {
   const int years[][3] = {{20, 99, 1999},  {20, 0, 2000},  {20, 19, 2019}, {20, 20, 1920}, {20, -5, 1995},
                           {100, 20, 1920}, {-1, 20, 1920}, {21, 20, 2020}, {0, 0, 1900},   {99, 98, 2098}};
