@@ -94,11 +94,9 @@ QVAPI int QVCALL qvShortStrangle(QvOption* option) QVNOEXCEPT;
 /* ---- Bonds and Treasury bills ---------------------------------------------------------------- */
 
 /* Price at a yield in percent: the coupons of the whole years to maturity (rounded; 365 days each) and
-   the face with the last, discounted by the annual yield with fractional exponents. The time of a
-   payment is a running sum of 1 / paymentsPerYear: it meets the maturity exactly for 1, 2, 4, 8 ...
-   payments a year; for others (12, say) rounding mostly makes it miss, and then the face is left out
-   (discount such a bond's coupons and face by qvPresentValue instead). No payments a year price at 0.
-   -1 for negative ones and for more than 1,000,000 payments in all. */
+   the face with the last, discounted by the annual yield with fractional exponents. No payments a year,
+   or less than half a year to maturity, price at 0. -1 for negative payments a year and for more than
+   1,000,000 payments in all. */
 QVAPI double QVCALL qvBondPricing(const QvBond* bond, double yield, double settlement) QVNOEXCEPT;
 
 /* Years, weighted by present value at a yield in percent, over the bond's price. Annual payments, whole

@@ -1,4 +1,5 @@
 // Bond price, duration, accrued interest and yield; Treasury-bill yields.
+#include <algorithm>
 #include <cmath>
 
 #include "core/numbers.h"
@@ -25,15 +26,14 @@ double QVCALL qvBondPricing(const QvBond* bond, double yield, double settlement)
   const double perYear = bond->paymentsPerYear;
   // Payments without end, or so many that adding them up would take minutes.
   if (perYear < 0 || years * perYear > kMostPayments) return QV_INVALID_PARM;
+  const int payments = std::max(static_cast<int>(years * perYear), 0);
   const double coupon = bond->coupon / perYear;
   const double step = 1 / perYear;
   double price = 0.0;
   double t = step;
-  while (t <= years) {
-    const double payment = t >= years ? coupon + bond->face : coupon;
-    price += payment / std::pow(1 + yield / 100, t);
-    t += step;
-  }
+  // Counted, since the times add up to the years only nearly where the step is no binary fraction.
+  for (int k = 1; k <= payments; ++k, t += step)
+    price += (k == payments ? coupon + bond->face : coupon) / std::pow(1 + yield / 100, t);
   return price;
 }
 

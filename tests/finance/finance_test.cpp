@@ -94,9 +94,14 @@ TEST(Bonds, Price) {
   EXPECT_NEAR(price(2, 365, 21, 100), 50 / 1.1 + 1050 / 1.21, 1e-9);  // 1.21^0.5 = 1.1
   for (const double days : {183.0, 200.0}) EXPECT_NEAR(price(1, days, 10, 0), 1000 / 1.1, 1e-9);  // a year
   for (const double days : {182.0, -1000.0}) EXPECT_EQ(price(1, days, 10, 100), 0);               // 364 / 365
-  // Twelfths add up to exactly 1, and past 2: the face is then left out, as documented.
-  EXPECT_NEAR(price(12, 365, 0, 0), 1000, 1e-9);
-  EXPECT_EQ(price(12, 730, 0, 0), 0);
+  // The face falls once, with the last coupon, also where sums of 1 / payments miss the years.
+  for (int payments = 1; payments <= 366; ++payments)
+    for (const int years : {1, 2, 10, 31}) {
+      double wanted = 1000 * std::pow(1.05, -years);
+      for (int k = 1; k <= years * payments; ++k)
+        wanted += 80.0 / payments * std::pow(1.05, -1.0 * k / payments);
+      ASSERT_NEAR(price(payments, 365 * years, 5, 80), wanted, 1e-8) << payments << ' ' << years;
+    }
   EXPECT_EQ(price(0, 730, 5, 50), 0);
   for (const int payments : {-1, INT_MAX}) EXPECT_EQ(price(payments, 730, 5, 50), -1);
   EXPECT_EQ(price(1, 1e300, 5, 50), -1);
