@@ -17,8 +17,10 @@ TEST(ScaleArray, MapsTheGivenOrTheFoundRange) {
   expectGives(qvScaleArray(&in, &out, kNaN, 0, 0, 100, 0, 1), out, {0, 0, 100});   // counts as 0; range 2..5
   expectGives(qvScaleArray(&in, &out, 0, 0, 100, 0, 0, 0), out, {100, 125, 200});  // reversed, not flipped
   expectGives(qvScaleArray(&gaps, out.fresh(), 0, 0, 0, 100, 1, 0), out, {0, -100, 100, 50});  // 4..8
+  const Array constant{7, 7};
+  expectGives(qvScaleArray(&constant, out.fresh(), 0, 0, 0, 100, 0, 0), out, {kNaN, kNaN});
   // The maximum 0 is not skipped: -8..0.
-  expectGives(qvScaleArray(&negative, &out, 0, 0, 0, 100, 1, 0), out, {50, 100, 0, 25});
+  expectGives(qvScaleArray(&negative, out.fresh(), 0, 0, 0, 100, 1, 0), out, {50, 100, 0, 25});
 }
 
 TEST(ShiftArray, MovesItemsAndTheFirstValidIndex) {

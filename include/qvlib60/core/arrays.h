@@ -15,8 +15,9 @@ QV_BEGIN_DECLS
 /* Maps oldMin .. oldMax linearly onto newMin ..: out = (in - oldMin) * ratio + newMin from s on, with
    ratio = |newMax - newMin| / |oldMax - oldMin|, so that a reversed target range is not flipped. When
    oldMin and oldMax are both 0 they become the minimum and maximum of in from s on; skipZeros passes
-   over zeros in the search for the minimum (the item at s excepted). May run in place. The first
-   valid index of out is not set. */
+   over zeros in the search for the minimum (the item at s excepted). A range of no width, as that
+   of a constant series, gives not-a-number or infinities throughout. May run in place. The first valid
+   index of out is not set. */
 QVAPI int QVCALL qvScaleArray(const QvArray* in, QvArray* out, double oldMin, double oldMax, double newMin,
                               double newMax, int skipZeros, int start) QVNOEXCEPT;
 
