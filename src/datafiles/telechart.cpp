@@ -40,6 +40,7 @@ int QVCALL qvTCread(QvBars* bars, const char* directory, const char* fileName, i
   SecurityFile security(directory, fileName, kFormat);
   QvBars info = security.newInfo(directory);
   if (const int status = describe(security, info)) return status;
+  // The open interest is not in the records: its series stays as it is.
   const auto store = [bars](int i, const Byte* record) {
     bars->date.data[i] = dateNumber(record);
     bars->high.data[i] = mbfSingle(record + 4);
@@ -47,7 +48,6 @@ int QVCALL qvTCread(QvBars* bars, const char* directory, const char* fileName, i
     bars->close.data[i] = mbfSingle(record + 12);
     bars->volume.data[i] = mbfSingle(record + 16);
     bars->open.data[i] = mbfSingle(record + 20);
-    bars->openInterest.data[i] = 0.0;  // not in the records; nothing may stay of an earlier file
     if (i == 0) bars->begindate = bars->date.data[0];
   };
   return readBars(security.file, security.place, info, *bars, start, count, QV_FILE_READ, store);

@@ -73,6 +73,16 @@ struct TeleChart : VendorTest {
       [](int step) { return teleChartFile(6, step); }, "Acme Industries", "Intraday");
 };
 
+TEST_F(TeleChart, LeavesTheOpenInterestAsItIs) {
+  dir.write("ACME.NDX", vendor.data(1));
+  ASSERT_EQ(read(), 0);
+  EXPECT_EQ(itemsOf(bars.openInterest), Items(6, 0.0)) << "of a new set";
+  qvFreeBars(&bars);
+  fillWithOldFile(bars, 6);
+  ASSERT_EQ(qvTCread(&bars, path.c_str(), "ACME", 0, -1), 0);
+  EXPECT_EQ(itemsOf(bars.openInterest), Items(6, 777.0));
+}
+
 TEST_F(TeleChart, FindsFilesByTheirNames) {
   dir.write("LONGNAMEOFIT.NDX", teleChartFile(4000, 1, std::string(22, 'd')));
   dir.write("other", teleChartFile(1, 1));

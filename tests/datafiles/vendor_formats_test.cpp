@@ -22,7 +22,7 @@ class EveryVendorFormat : public VendorTest, public testing::WithParamInterface<
 TEST_P(EveryVendorFormat, ReadsItsBars) {
   expectBars(vendor.fields, 6);
   ASSERT_EQ(qvFILEread(vendor.type, &bars, path.c_str(), "acme", 2, -1), 0);
-  EXPECT_EQ(barOf(bars, 3), expectedBar(vendor.fields, 5));
+  expectBar(3, expectedBar(vendor.fields, 5));
 }
 
 TEST_P(EveryVendorFormat, FillsTheBarInformation) {
@@ -39,9 +39,9 @@ TEST_P(EveryVendorFormat, FillsTheBarInformation) {
 }
 
 TEST_P(EveryVendorFormat, TakesTheRecordRange) {
-  expectRecordRange(reader);
+  expectRecordRange(reader, series);
   dir.write(vendor.dataFile, vendor.data(1) + "rest");  // of a broken record
-  expectRecordRange(reader);
+  expectRecordRange(reader, series);
 }
 
 TEST_P(EveryVendorFormat, FindsTheRecordOfADateOrTheNextOne) {

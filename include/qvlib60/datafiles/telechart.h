@@ -11,9 +11,9 @@
 
 QV_BEGIN_DECLS
 
-/* The number, from 0, of the record with this date or the nearest later one, by halving; *foundDate (may
-   be null) receives its date. -9 when the date is before the first or after the last record; *foundDate
-   then is not written. -4 when a record cannot be read. */
+/* The number, from 0, of the record with this date or the nearest later one, by halving, in files of
+   either order; *foundDate (may be null) receives its date. -9 when the date is before the earliest or
+   after the latest record; *foundDate then is not written. -4 when a record cannot be read. */
 QVAPI int QVCALL qvTCfindrec(const char* directory, const char* fileName, double date,
                              double* foundDate) QVNOEXCEPT;
 
@@ -22,7 +22,8 @@ QVAPI int QVCALL qvTCfindrec(const char* directory, const char* fileName, double
    that of the first bar read. A bar set without storage is allocated to `count` bars; else no more bars
    are read than it has room for. A negative count reads to the end, a negative start the last `count`
    records. The set's size becomes the number of bars read; a count of 0 fills only the bar information.
-   The open interest, which the files do not have, is 0.0. -9 when start is not below the number of records.
+   The open interest, which the files do not have, stays as it is: 0.0 in a new set. -9 when start is not
+   below the number of records.
  */
 QVAPI int QVCALL qvTCread(QvBars* bars, const char* directory, const char* fileName, int start,
                           int count) QVNOEXCEPT;
