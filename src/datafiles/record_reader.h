@@ -2,6 +2,8 @@
 // date.
 #pragma once
 
+#include <algorithm>
+
 #include "core/memory.h"
 #include "datafiles/binary_fields.h"
 #include "datafiles/paths.h"
@@ -77,30 +79,54 @@ struct RecordBytes {
   Byte bytes[kLongest] = {};
 };
 
+// One record by its number; false when it cannot be read.
+inline bool readRecord(InputFile& file, const RecordPlace& place, int number, RecordBytes& record) noexcept {
+  return file.seek(place.first + number * static_cast<std::int64_t>(place.recordSize)) &&
+         file.read(record.bytes, place.recordSize) == place.recordSize;
+}
+
+// True when the first record of the file is later than its last one. A directory may count records
+// beyond the file's end.
+template <typename DateOf>
+bool isNewestFirst(InputFile& file, const RecordPlace& place, DateOf dateOf) noexcept {
+  if (place.recordSize == 0) return false;
+  const std::int64_t held = (file.size() - place.first) / static_cast<std::int64_t>(place.recordSize);
+  const int last = static_cast<int>(std::min<std::int64_t>(held, place.records)) - 1;
+  RecordBytes first, other;
+  return last > 0 && readRecord(file, place, 0, first) && readRecord(file, place, last, other) &&
+         dateOf(first.bytes) > dateOf(other.bytes);
+}
+
 // The number of the record with this date or, when there is none, of the record with the nearest later
-// one, by halving: the records are taken to be oldest first. dateOf(bytes) gives dates in any measure
-// that rises with time. -9 when the date is before the first or after the last record, -4 when a
-// record cannot be read; else `found` is the record.
+// one, by halving: the records are taken to be in order, as the two ends of the file tell it.
+// dateOf(bytes) gives dates in any measure that rises with time. -9 when the date is before the oldest
+// or after the newest record, -4 when a record cannot be read; else `found` is the record.
 template <typename DateOf>
 int findDate(InputFile& file, const RecordPlace& place, double date, DateOf dateOf,
              RecordBytes& found) noexcept {
+  const bool newestFirst = isNewestFirst(file, place, dateOf);
+  // The records before number `low` do not come up to the date, or are all later.
+  RecordBytes before, at;
   int low = 0, high = place.records;
   while (low < high) {
     const int middle = low + (high - low) / 2;
     RecordBytes record;
-    if (!file.seek(place.first + middle * static_cast<std::int64_t>(place.recordSize)) ||
-        file.read(record.bytes, place.recordSize) < place.recordSize)
-      return QV_FILE_READ;
-    if (dateOf(record.bytes) < date) {
+    if (!readRecord(file, place, middle, record)) return QV_FILE_READ;
+    const double itsDate = dateOf(record.bytes);
+    if (newestFirst ? itsDate > date : itsDate < date) {
       low = middle + 1;
+      before = record;
     } else {
       high = middle;
-      found = record;
+      at = record;
     }
   }
-  const bool afterLast = low >= place.records;
-  const bool beforeFirst = low == 0 && dateOf(found.bytes) != date;  // also when it is not a number
-  return afterLast || beforeFirst ? QV_RECORD_NOT_FOUND : low;
+  const bool exact = low < place.records && dateOf(at.bytes) == date;
+  const bool between = low > 0 && low < place.records;
+  if (!exact && !between) return QV_RECORD_NOT_FOUND;  // also when the date is not a number
+  const bool laterOneIsBefore = newestFirst && !exact;
+  found = laterOneIsBefore ? before : at;
+  return laterOneIsBefore ? low - 1 : low;
 }
 
 // The same for a finder whose dates are date numbers: *foundDate (may be null) receives that of the record.

@@ -57,6 +57,19 @@ TEST_P(EveryVendorFormat, FindsTheRecordOfADateOrTheNextOne) {
   EXPECT_EQ(qvFILEfindrec(vendor.type, path.c_str(), "acme", m + 8, nullptr), 3);
 }
 
+TEST_P(EveryVendorFormat, FindsInAFileThatIsNewestFirst) {
+  dir.write(vendor.dataFile, vendor.data(-3));
+  constexpr double m = kMonday;
+  expectFindings(finder, {{m, 0, m},
+                          {m - 1, 0, m},
+                          {m - 3, 1, m - 3},
+                          {m - 10, 3, m - 9},
+                          {m - 15, 5, m - 15},
+                          {m - 16, -9, 0},
+                          {m + 1, -9, 0},
+                          {kNaN, -9, 0}});
+}
+
 TEST_P(EveryVendorFormat, IsListed) {
   const std::string line = padded(vendor.dataFile, 13) + padded("ACME", 17) + padded(vendor.description, 49) +
                            padded(vendor.frequency, 10) + "2000/01/03 2000/01/08\n";

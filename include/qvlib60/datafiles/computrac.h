@@ -34,10 +34,10 @@ QVAPI int QVCALL qvMStoIEEE(const unsigned char* ms, float* ieee) QVNOEXCEPT;
 
 /* ---- Finding and reading ------------------------------------------------------------------------ */
 
-/* The number, from 0, of the record with this date or the nearest later one, by halving; *foundDate
-   (may be null) receives its date. The time of day counts for securities that have one, else only the
-   day does. -9 when the date is before the first or after the last record; *foundDate then is not
-   written. -4 when a record cannot be read. */
+/* The number, from 0, of the record with this date or the nearest later one, by halving, in files of
+   either order; *foundDate (may be null) receives its date. The time of day counts for securities that have
+   one, else only the day does. -9 when the date is before the earliest or after the latest record; *foundDate
+   then is not written. -4 when a record cannot be read. */
 QVAPI int QVCALL qvCTfindrec(const char* directory, const char* security, double date,
                              double* foundDate) QVNOEXCEPT;
 

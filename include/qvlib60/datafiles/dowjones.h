@@ -20,8 +20,9 @@
 QV_BEGIN_DECLS
 
 /* The number, from 0, of the record with this date or the nearest later one, by halving the records that
-   mapinfo.dat tells of; *foundDate (may be null) receives its date. -9 when the date is before the first
-   or after the last of them; *foundDate then is not written. -4 when a record cannot be read. */
+   mapinfo.dat tells of, in files of either order; *foundDate (may be null) receives its date. -9 when the
+   date is before the earliest or after the latest of them; *foundDate then is not written. -4 when a record
+   cannot be read. */
 QVAPI int QVCALL qvDJfindrec(const char* directory, const char* security, double date,
                              double* foundDate) QVNOEXCEPT;
 

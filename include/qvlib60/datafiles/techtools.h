@@ -24,9 +24,9 @@
 
 QV_BEGIN_DECLS
 
-/* The number, from 0, of the record with this date or the nearest later one, by halving; *foundDate (may
-   be null) receives its date. -9 when the date is before the first or after the last record; *foundDate
-   then is not written. -4 when a record cannot be read. */
+/* The number, from 0, of the record with this date or the nearest later one, by halving, in files of
+   either order; *foundDate (may be null) receives its date. -9 when the date is before the earliest or
+   after the latest record; *foundDate then is not written. -4 when a record cannot be read. */
 QVAPI int QVCALL qvTTfindrec(const char* directory, const char* fileName, double date,
                              double* foundDate) QVNOEXCEPT;
 
