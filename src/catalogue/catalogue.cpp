@@ -18,7 +18,10 @@ namespace {
 using namespace qv;
 using namespace qv::catalogue;
 
-constexpr const Family* kFamilies[] = {&averages, &momentum};
+constexpr const Family* kFamilies[] = {&averages,   &momentum,   &stochastics, &trend,
+                                       &bands,      &volume,     &breadth,     &barShape,
+                                       &counting,   &sentiment,  &range,       &relativeVolatility,
+                                       &statistics, &transforms, &patterns};
 
 const Item* itemAt(int i) noexcept {
   if (i < 0) return nullptr;

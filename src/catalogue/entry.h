@@ -49,6 +49,16 @@ inline std::int64_t averageBegins(std::int64_t method, std::int64_t period) noex
 // The index, counted from where the data begin, from which on the values have forgotten that.
 using Settled = std::int64_t (*)(const History&) noexcept;
 
+// Of the difference of two averages, parameters 0 and 1, by the method of parameter 2: it is a small part of
+// a price.
+inline std::int64_t pairSettles(const History& h) noexcept {
+  return History::latest(h.average(h[2], h[0], 10), h.average(h[2], h[1], 10));
+}
+inline std::int64_t pairBegins(const Valid& v) noexcept {
+  const std::int64_t first = std::max(averageBegins(v[2], v[0]), averageBegins(v[2], v[1]));
+  return v.start + std::max({v[0] - 1, v[1] - 1, first});
+}
+
 struct Item {
   QvCatalogueEntry entry;
   Call call;
@@ -125,25 +135,31 @@ constexpr QvCatalogueParam period(const char* name, int usual, int least = 1, in
 constexpr QvCatalogueParam date(const char* name) {
   return {name, nullptr, 0, 0, 100000, 0, 0, 0, QV_PARAM_DATE, 0, 0, 0};  // into the year 2173
 }
-constexpr QvCatalogueParam choice(const char* name, const char* const* names, int count, int usual) {
-  return {
-      name,  names, double(usual), 0, double(count - 1), double(usual), double(usual), 0, QV_PARAM_CHOICE, 0,
-      count, 0};
-}
 template <std::size_t count>
-constexpr QvCatalogueParam choice(const char* name, const char* const (&names)[count], int usual) {
-  return choice(name, names, int{count}, usual);
+constexpr QvCatalogueParam choice(const char* name, const std::array<const char*, count>& names, int usual) {
+  return {name,
+          names.data(),
+          double(usual),
+          0,
+          double(count - 1),
+          double(usual),
+          double(usual),
+          0,
+          QV_PARAM_CHOICE,
+          0,
+          int{count},
+          0};
 }
 
-inline constexpr const char* kMethodNames[] = {"exponential", "least squares", "simple",   "weighted",
-                                               "wilder",      "triangular",    "variable", "zero lag"};
+inline constexpr std::array kMethodNames = {"exponential", "least squares", "simple",   "weighted",
+                                            "wilder",      "triangular",    "variable", "zero lag"};
 constexpr QvCatalogueParam method(int usual = QV_MA_SIMPLE) {
   QvCatalogueParam p = choice("method", kMethodNames, usual);
   p.kind = QV_PARAM_METHOD;
   return p;
 }
 
-inline constexpr const char* kOffOn[] = {"off", "on"};
+inline constexpr std::array kOffOn = {"off", "on"};
 
 // ---- A row --------------------------------------------------------------------------------------
 
@@ -274,12 +290,6 @@ constexpr Row describe(const char* name, const char* shortName, const char* titl
 // Of a function whose arguments are not in the common order, by an adapter of the common shape.
 #define ADAPTED(function, adapter, ...) describe<adapter>(#function, __VA_ARGS__)
 
-// The bars that answer a count of signals, or -9 where two sets have no common date, are no failures; -9
-// stays what it is.
-constexpr int withoutCount(int status) noexcept {
-  return status > 0 ? QV_OK : status;
-}
-
 // ---- Packing ------------------------------------------------------------------------------------
 
 // The parts of all rows of a family one behind the other, without the room that rows leave free.
@@ -339,7 +349,7 @@ consteval auto items(const char* group) {
   return result;
 }
 
-extern const Family averages, bands, barShape, breadth, counting, momentum, oscillators, patterns, range,
+extern const Family averages, bands, barShape, breadth, counting, momentum, patterns, range,
     relativeVolatility, sentiment, statistics, stochastics, transforms, trend, volume;
 
 }  // namespace qv::catalogue

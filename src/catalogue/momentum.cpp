@@ -9,15 +9,6 @@ int strengthChange(const QvBars* bars1, const QvBars* bars2, QvArray* out, int p
   return qvRSIC(bars1, bars2, out, p, date);
 }
 
-// Two averages of one method; a difference of theirs is a small part of the price.
-std::int64_t pairSettles(const History& h) noexcept {
-  return History::latest(h.average(h[2], h[0], 10), h.average(h[2], h[1], 10));
-}
-std::int64_t pairBegins(const Valid& v) noexcept {
-  const std::int64_t first = std::max(averageBegins(v[2], v[0]), averageBegins(v[2], v[1]));
-  return v.start + std::max({v[0] - 1, v[1] - 1, first});
-}
-
 constexpr const char kStrengthNote[] =
     "The first averages are the plain means of the first p moves; tables that start both from nothing at the "
     "first "

@@ -17,7 +17,7 @@ struct NamedCandlePattern {
 #define NAMED(pattern, bars) \
   { #pattern, bars, pattern }
 
-inline const std::array<NamedCandlePattern, 42> candlePatterns = {{
+inline constexpr std::array<NamedCandlePattern, 42> candlePatterns = {{
     NAMED(qvAbandonedBabyBottom, 3),  NAMED(qvAbandonedBabyTop, 3), NAMED(qvAdvanceBlock, 3),
     NAMED(qvBeltHoldLineBear, 1),     NAMED(qvBeltHoldLineBull, 1), NAMED(qvCounterAttackBear, 2),
     NAMED(qvCounterAttackBull, 2),    NAMED(qvDarkCloudCover, 2),   NAMED(qvEngulfingLineBear, 2),

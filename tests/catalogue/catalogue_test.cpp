@@ -1,0 +1,254 @@
+// The catalogue against the headers' declarations, its texts and numbers, and what its entries answer
+// against what the calculations do.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <climits>
+#include <filesystem>
+#include <fstream>
+#include <map>
+#include <random>
+#include <regex>
+#include <set>
+#include <sstream>
+#include <string>
+
+#include "support/entry_call.h"
+#include "support/expect.h"
+
+namespace qvtest {
+namespace {
+
+using Texts = std::vector<std::string>;
+
+std::string lower(std::string text) {
+  for (char& c : text) c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
+  return text;
+}
+
+// ---- Against the declarations --------------------------------------------------------------------
+
+// Functions with an output series that turn no bar sets and series into one item for each bar: memory and
+// single records, columns of charts, readers, the marks of an order system.
+const std::set<std::string> kNoCalculations = {
+    "qvAllocArray",   "qvReAllocArray", "qvReSizeArray",  "qvCopyArray",        "qvFreeArray",
+    "qvSetArrayItem", "qvShiftArray",   "qvGroupArray",   "qvSetFirstValid",    "qvBars2PNF",
+    "qvBars2PNFhilo", "qvCTreadarray",  "qvTXTreadarray", "qvCreateTradeGraph", "qvCatalogueCall"};
+// Arguments that the catalogue gives itself: a call runs from start to the last bar.
+const std::set<std::string> kGiven = {"start", "end", "first", "last", "reserved"};
+
+struct Declaration {
+  Texts inputs, outputs, params;
+  int bars = 0;
+};
+
+std::map<std::string, Declaration> declarations() {
+  std::map<std::string, Declaration> all;
+  for (const auto& file : std::filesystem::recursive_directory_iterator("include/qvlib60")) {
+    if (!file.is_regular_file()) continue;
+    std::stringstream text;
+    text << std::ifstream(file.path()).rdbuf();
+    const std::string header = text.str();
+    static const std::regex declaration(R"(QVAPI\s+\w+\s+QVCALL\s+(qv\w+)\(([^)]*)\))");
+    for (std::sregex_iterator it(header.begin(), header.end(), declaration), end; it != end; ++it) {
+      Declaration d;
+      std::stringstream arguments((*it)[2]);
+      for (std::string argument; std::getline(arguments, argument, ',');) {
+        const std::string name = argument.substr(argument.find_last_of(" *\n") + 1);
+        const bool isConst = argument.find("const ") != std::string::npos;
+        if (argument.find("QvArray*") != std::string::npos)
+          (isConst ? d.inputs : d.outputs).push_back(name);
+        else if (argument.find("QvBars*") != std::string::npos)
+          ++d.bars;
+        else if (!kGiven.count(name) && argument.find("QvCandles") == std::string::npos)
+          d.params.push_back(name);
+      }
+      if (!d.outputs.empty() && !kNoCalculations.count((*it)[1])) all[(*it)[1]] = d;
+    }
+  }
+  return all;
+}
+
+TEST(Catalogue, DescribesEveryDeclaredCalculation) {
+  const auto declared = declarations();
+  EXPECT_GT(declared.size(), 150u);
+  for (const auto& [name, d] : declared) {
+    SCOPED_TRACE(name);
+    const QvCatalogueEntry* e = qvCatalogueFind(name.c_str());
+    EXPECT_TRUE(e && e->name == name) << "not in the catalogue";
+    if (!e) continue;
+    Texts params, inputs;
+    for (int k = 0; k < e->paramCount; ++k) params.push_back(e->params[k].name);
+    for (int k = 0; k < e->inputCount; ++k) inputs.push_back(e->inputs[k].name);
+    EXPECT_EQ(e->barsCount, d.bars);
+    EXPECT_EQ(params, d.params);
+    EXPECT_EQ(inputs, d.inputs);
+    ASSERT_EQ(static_cast<std::size_t>(e->outputCount), d.outputs.size());
+    for (int k = 0; k < e->outputCount; ++k) {  // "outUpper" is "upper"
+      const std::string out = lower(d.outputs[static_cast<std::size_t>(k)]);
+      EXPECT_TRUE(out == "out" || !out.starts_with("out") || lower(e->outputs[k].name) == out.substr(3))
+          << out;
+    }
+  }
+  for (int i = 0; i < qvCatalogueSize(); ++i) EXPECT_TRUE(declared.count(qvCatalogueItem(i)->name)) << i;
+}
+
+TEST(Catalogue, TellsWholeAndSensibleThings) {
+  std::set<std::string> shortNames;
+  for (const QvCatalogueEntry* e : allEntries()) {
+    SCOPED_TRACE(e->name);
+    for (const char* text : {e->title, e->group, e->summary}) EXPECT_TRUE(*text);
+    for (const std::string sentence : {e->summary, e->note})
+      EXPECT_TRUE(sentence.empty() || sentence.back() == '.') << sentence;
+    EXPECT_TRUE(shortNames.insert(e->shortName).second) << e->shortName << " twice";
+    EXPECT_TRUE(std::regex_match(e->shortName, std::regex("[a-z][a-z0-9]+"))) << e->shortName;
+    EXPECT_EQ(qvCatalogueFind(e->shortName), e);
+    EXPECT_TRUE(e->mainOutput >= 0 && e->mainOutput < e->outputCount);
+    EXPECT_EQ(e->barsCount > 0, e->series > 0) << "series read";
+    std::set<std::string> names;
+    for (const QvCatalogueOutput* o = e->outputs; o < e->outputs + e->outputCount; ++o) {
+      EXPECT_TRUE(names.insert(o->name).second && o->low <= o->high) << o->name;
+      for (int z = 0; z < o->zoneCount; ++z)
+        EXPECT_TRUE(o->low == o->high || (o->low < o->zones[z] && o->zones[z] < o->high)) << o->name;
+    }
+    for (int k = 0; k < e->paramCount; ++k) {
+      const QvCatalogueParam& p = e->params[k];
+      EXPECT_TRUE(p.least <= p.defaultValue && p.defaultValue <= p.greatest && p.least <= p.optimiseStart &&
+                  p.optimiseStart <= p.optimiseEnd && p.optimiseEnd <= p.greatest)
+          << p.name;
+      EXPECT_EQ(p.optimiseStep > 0, p.optimiseStart < p.optimiseEnd) << p.name;
+      EXPECT_EQ(p.choiceCount > 0, p.choices != nullptr) << p.name;
+      for (int c = 0; c < p.choiceCount; ++c)
+        EXPECT_EQ(qvCatalogueChoice(e, k, p.choices[c]), c) << p.choices[c];
+    }
+  }
+}
+
+TEST(Catalogue, FindsByEitherNameInAnyCase) {
+  for (const char* name : {"qvRSI", "QVRSI", "rsi", "RSI", "Rsi"})
+    EXPECT_EQ(qvCatalogueFind(name), qvCatalogueFind("qvrsi")) << name;
+  EXPECT_STREQ(qvCatalogueFind("sma")->name, "qvSimpleMA");
+  EXPECT_STREQ(qvCatalogueFind("simplema")->name, "qvSimpleMA");
+  EXPECT_STREQ(qvCatalogueFind("macd")->name, "qvMACDx") << "short names go first";
+  EXPECT_STREQ(qvCatalogueFind("qvMACD")->name, "qvMACD");
+  for (const char* name : {"", "q", "qv", "qvqvRSI", "rsi ", "qvNone"})
+    EXPECT_FALSE(qvCatalogueFind(name)) << name;
+  const QvCatalogueEntry* formation = qvCatalogueFind("formation");
+  for (const char* name : {"InsideBar", "inside bar", "qvInsideBar"})
+    EXPECT_GT(qvCatalogueChoice(formation, 0, name), 0) << name;
+  EXPECT_EQ(qvCatalogueChoice(qvCatalogueFind("ma"), 0, "Wilder"), QV_MA_WILDER);
+}
+
+TEST(Catalogue, AnswersToAnyArgument) {
+  const QvCatalogueEntry copy = *qvCatalogueItem(0);
+  const auto* inside =
+      reinterpret_cast<const QvCatalogueEntry*>(reinterpret_cast<const char*>(qvCatalogueItem(0)) + 8);
+  Array in(shaped(Shape::Walk, 50)), out;
+  const QvArray* inputs[] = {&in};
+  QvArray* outputs[] = {&out};
+  for (const QvCatalogueEntry* e : {static_cast<const QvCatalogueEntry*>(nullptr), &copy, inside}) {
+    EXPECT_EQ(qvCatalogueCall(e, nullptr, inputs, outputs, nullptr, 0), -1);
+    EXPECT_EQ(qvCatalogueFirstValid(e, nullptr, 0), -1);
+    EXPECT_EQ(qvCatalogueFirstValidOf(e, 0, nullptr, 0), -1);
+    EXPECT_EQ(qvCatalogueSettle(e, nullptr, 0.01), -1);
+    EXPECT_EQ(qvCatalogueChoice(e, 0, "simple"), -1);
+  }
+  EXPECT_FALSE(qvCatalogueFind(nullptr));
+  for (int i : {INT_MIN, -1, qvCatalogueSize(), INT_MAX}) EXPECT_FALSE(qvCatalogueItem(i)) << i;
+  const QvCatalogueEntry *ma = qvCatalogueFind("ma"), *atr = qvCatalogueFind("atr");
+  for (int k : {INT_MIN, -1, 1, 2, INT_MAX}) {
+    EXPECT_EQ(qvCatalogueChoice(ma, k, "simple"), -1) << "the period, 1, has no names";
+    EXPECT_EQ(qvCatalogueFirstValidOf(ma, k, nullptr, 0), -1);
+  }
+  for (const char* name : {static_cast<const char*>(nullptr), "", "none"})
+    EXPECT_EQ(qvCatalogueChoice(ma, 0, name), -1);
+  EXPECT_EQ(qvCatalogueCall(ma, nullptr, nullptr, outputs, nullptr, 0), -1);
+  EXPECT_EQ(qvCatalogueCall(ma, nullptr, inputs, nullptr, nullptr, 0), -1);
+  EXPECT_EQ(qvCatalogueCall(atr, nullptr, inputs, outputs, nullptr, 0), -1);
+  EXPECT_EQ(out.data, nullptr);
+  EXPECT_STREQ(qvVersion(), QVLIB60_VERSION);
+
+  // Not-a-number is the period 0, a fraction is cut off, too much saturates.
+  for (auto [number, status] : {std::pair{kNaN, -1}, {14.9, 0}, {1e300, 0}, {-kInf, -1}, {0.9, -1}}) {
+    const double params[] = {QV_MA_SIMPLE, number};
+    EXPECT_EQ(qvCatalogueCall(ma, nullptr, inputs, outputs, params, 0), status) << number;
+    EXPECT_EQ(qvCatalogueFirstValid(ma, params, 0), status ? -1 : out.firstValid) << number;
+    EXPECT_EQ(qvCatalogueSettle(ma, params, 0.01), status) << number;
+  }
+  EXPECT_EQ(qvCatalogueFirstValid(ma, nullptr, INT_MAX), INT_MAX) << "saturates";
+}
+
+TEST(Catalogue, GivesWhatTheFunctionGives) {
+  const auto expectSame = [](const char* name, const Items& params, auto direct) {
+    EntryCall call(qvCatalogueFind(name));
+    if (!params.empty()) call.params = params;
+    EXPECT_EQ(call.run(4), 0) << name;
+    Array outs[5];
+    direct(call, outs);
+    for (std::size_t k = 0; k < call.outputs.size(); ++k) {
+      const Items a = call.outputs[k].items(), b = outs[k].items();
+      EXPECT_TRUE(std::equal(a.begin(), a.end(), b.begin(), b.end(), sameBits)) << name << k;
+      EXPECT_EQ(call.outputs[k].firstValid, outs[k].firstValid) << name << k;
+    }
+  };
+  expectSame("ma", {4, 9}, [](auto& c, auto* o) { qvMovingAverage(&c.inputs[0], o, 4, 9, 4); });
+  expectSame("ema", {9.5}, [](auto& c, auto* o) { qvExpMA(&c.inputs[0], o, 9.5, 4); });
+  expectSame("macd", {5, 9, 3},
+             [](auto& c, auto* o) { qvMACDx(&c.inputs[0], o, o + 1, o + 2, o + 3, o + 4, 5, 9, 3, 4); });
+  expectSame("bollinger", {}, [](auto& c, auto* o) { qvBollinger(&c.bars[0], o, o + 1, o + 2, 2, 20, 4); });
+  expectSame("spread", {2, 3, 0}, [](auto& c, auto* o) { qvSpread(&c.bars[0], &c.bars[1], o, 2, 3, 0); });
+  expectSame("ichimoku", {4, 6, 9, 6}, [](auto& c, auto* o) {
+    qvIchimokuKinkoHyo(&c.bars[0], o, o + 1, o + 2, o + 3, o + 4, 4, 6, 9, 6, 0, 4);
+  });
+  expectSame("regression", {9},
+             [](auto& c, auto* o) { qvRegressionLineMv(&c.inputs[0], o, o + 1, 9, 4, 119); });
+  expectSame("crossover", {},
+             [](auto& c, auto* o) { qvCrossOverFill(&c.inputs[0], &c.inputs[1], o, 4, 120); });
+  const double harami = qvCatalogueChoice(qvCatalogueFind("candle"), 0, "HaramiWhite");
+  expectSame("candle", {harami}, [](auto& c, auto* o) {
+    QvCandles candles{};
+    qvCandleConstruct(&c.bars[0], &candles);
+    EXPECT_GT(qvCandleFill(&c.bars[0], &candles, o, "qvHaramiWhite", 4, 119), 0);
+    qvCandleFree(&candles);
+  });
+}
+
+// ---- First valid index ---------------------------------------------------------------------------
+
+TEST(Catalogue, KnowsTheFirstValidIndex) {
+  std::mt19937 random(5);
+  const auto pick = [&](int from, int to) { return std::uniform_int_distribution(from, to)(random); };
+  for (const QvCatalogueEntry* e : allEntries())
+    for (int trial = 0; trial < 60; ++trial) {
+      EntryCall call(e, 400);
+      for (int k = 0; k < e->paramCount; ++k) {
+        const QvCatalogueParam& p = e->params[k];
+        double& value = call.params[static_cast<std::size_t>(k)];
+        const bool wild = trial >= 50;
+        if (p.kind == QV_PARAM_METHOD || p.kind == QV_PARAM_CHOICE)
+          value = pick(wild ? -1 : 0, p.choiceCount - !wild);
+        else if (p.kind == QV_PARAM_PERIOD || p.kind == QV_PARAM_INTEGER)
+          value = pick(wild ? -2 : static_cast<int>(p.least), trial < 25 ? 12 : 60);
+      }
+      const int start = trial % 3 ? pick(-2, 60) : 0;
+      const std::string what =
+          e->name + testing::PrintToString(call.params) + " from " + std::to_string(start);
+      const int status = call.run(start), latest = qvCatalogueFirstValid(e, call.params.data(), start);
+      EXPECT_TRUE(status >= 0 || latest == -1) << what << " answers " << status;
+      if (status != 0 || latest == -1) continue;
+      int reached = -1;
+      for (int k = 0; k < e->outputCount; ++k) {
+        const int first = call.outputs[static_cast<std::size_t>(k)].firstValid;
+        EXPECT_EQ(first, qvCatalogueFirstValidOf(e, k, call.params.data(), start)) << what << " output " << k;
+        reached = std::max(reached, first);
+      }
+      EXPECT_EQ(latest, reached) << what;
+    }
+  const std::set<std::string> unset = {"rsic",  "compstrength", "compperformance", "spread",
+                                       "scale", "multadd",      "candle"};
+  for (const QvCatalogueEntry* e : allEntries())
+    EXPECT_EQ(qvCatalogueFirstValid(e, nullptr, 0) == -1, unset.count(e->shortName) == 1) << e->name;
+}
+
+}  // namespace
+}  // namespace qvtest
