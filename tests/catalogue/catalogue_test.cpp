@@ -204,11 +204,11 @@ TEST(Catalogue, GivesWhatTheFunctionGives) {
              [](auto& c, auto* o) { qvRegressionLineMv(&c.inputs[0], o, o + 1, 9, 4, 119); });
   expectSame("crossover", {},
              [](auto& c, auto* o) { qvCrossOverFill(&c.inputs[0], &c.inputs[1], o, 4, 120); });
-  const double harami = qvCatalogueChoice(qvCatalogueFind("candle"), 0, "HaramiWhite");
-  expectSame("candle", {harami}, [](auto& c, auto* o) {
+  const double doji = qvCatalogueChoice(qvCatalogueFind("candle"), 0, "LongLeggedDoji");
+  expectSame("candle", {doji}, [](auto& c, auto* o) {
     QvCandles candles{};
     qvCandleConstruct(&c.bars[0], &candles);
-    EXPECT_GT(qvCandleFill(&c.bars[0], &candles, o, "qvHaramiWhite", 4, 119), 0);
+    EXPECT_GT(qvCandleFill(&c.bars[0], &candles, o, "qvLongLeggedDoji", 4, 119), 0);
     qvCandleFree(&candles);
   });
 }
