@@ -44,7 +44,7 @@ QVAPI int QVCALL qvDatePart(const char* part, double date) QVNOEXCEPT;
    across midnight); 0 for other letters. */
 QVAPI int QVCALL qvDateDiff(const char* part, double date1, double date2) QVNOEXCEPT;
 
-/* 0 Monday .. 6 Sunday. Counted from date + 693593, truncated: a date before day 0 with a time of
+/* QV_MONDAY (0) .. QV_SUNDAY (6). Counted from date + 693593, truncated: a date before day 0 with a time of
    day belongs to the day before. */
 QVAPI int QVCALL qvDayOfWeek(double date) QVNOEXCEPT;
 
@@ -62,8 +62,8 @@ QVAPI void QVCALL qvSet2DigitYearCutoff(int cutoff) QVNOEXCEPT;
 
 /* ---- Text ------------------------------------------------------------------------------------ */
 
-/* The `format` of these functions is the order of the fields: 0 year month day, 1 month day year,
-   2 day month year; others count as 0.
+/* The `format` of these functions is the order of the fields: QV_DATE_YMD (0) year month day, QV_DATE_MDY
+   (1) month day year, QV_DATE_DMY (2) day month year; others count as 0.
 
    A date text is cut into groups of letters and groups of digits (at most 8, of which the first 8
    characters count); everything else separates. The first three groups are the date, the next ones
@@ -111,28 +111,29 @@ QVAPI double QVCALL qvTimeStrToTime(const char* text) QVNOEXCEPT;
    (an empty text when only the picture is). The picture must not lie in `out`. */
 QVAPI int QVCALL qvFormatDate(double date, const char* picture, char* out) QVNOEXCEPT;
 
-/* Sets the process-wide order of the fields in listings and reports (initially 0); values other than
-   0, 1 and 2 are ignored. */
+/* Sets the process-wide order of the fields in listings and reports (initially QV_DATE_YMD); values other
+   than QV_DATE_YMD, QV_DATE_MDY and QV_DATE_DMY are ignored. */
 QVAPI void QVCALL qvSetDefaultDateFormat(int format) QVNOEXCEPT;
 
 /* ---- Convenience wrappers -------------------------------------------------------------------- */
 
-/* An older set of functions with 16-bit parts and numbered text formats, over those above. A "Julian"
-   value is the date number.
+/* The functions above with 16-bit parts and numbered text formats. A "Julian" value is the date number.
 
    Date formats: 1 YY-MM-DD, 2 YYYY-MM-DD, 3 MM-DD-YY, 4 MM-DD-YYYY, 5 DD-MM-YY, 6 DD-MM-YYYY, with the
    caller's separator in place of the dash; 7 to 12 the same without a separator. Time formats:
    1 HH-NN-SS, 2 HH-NN, 3 HHNNSS, 4 HHNN. For parsing a format only tells the order of the fields;
    other codes are year month day. */
 
+/* The date number of a day, the fraction of a day of a time; 0.0 when invalid. */
 QVAPI double QVCALL qvYMDToJulian(short year, short month, short day) QVNOEXCEPT;
 QVAPI double QVCALL qvHMSToJulian(short hour, short minute, short second) QVNOEXCEPT;
 
-/* Nothing is stored unless all three pointers are given. Years saturate at 16 bits. */
+/* The parts of a date number, as qvDateToYMD. Nothing is stored unless all three pointers are given. Years
+   saturate at 16 bits. */
 QVAPI void QVCALL qvJulianToYMD(double date, short* year, short* month, short* day) QVNOEXCEPT;
 QVAPI void QVCALL qvJulianToHMS(double date, short* hour, short* minute, short* second) QVNOEXCEPT;
 
-/* 0 Monday .. 6 Sunday. */
+/* QV_MONDAY (0) .. QV_SUNDAY (6), as qvDayOfWeek. */
 QVAPI int QVCALL qvJulianDOW(double date) QVNOEXCEPT;
 
 /* Days from the first date to the second. An invalid date counts as day 0. */

@@ -1,9 +1,6 @@
 /* Point and figure: bars turned into rising columns of X boxes and falling columns of O boxes, a new
    column starting only after a reversal of a given number of boxes, and their text chart.
 
-   Sources: Victor de Villiers, "The Point and Figure Method of Anticipating Stock Price Movements"
-   (1933); A. W. Cohen, "Stock Market Timing" (1947), for three-box reversals by highs and lows.
-
    A column is one bar of the output: date of the bar that opened it; open, the first box (one box
    above the previous low when rising, one below the previous high when falling; 0.0 in column 0);
    high and low; close, its last extreme; volume, the number of boxes, written when a reversal closes
@@ -23,14 +20,18 @@ QV_BEGIN_DECLS
    until then it widens with every close. From there on a column follows new extremes, and a close
    `reversal` boxes back opens the next one. columnOf is 0.0 for the bars before that first one.
 
+   Extremes are kept as the prices are, not cut down to whole boxes (elsewhere they are).
+
    0; -1 when the prices never move one box (both outputs stay allocated), and before anything is
-   written for missing data, an output that is an input and a box that is not above 0; -3. */
+   written for missing data, an output that is an input and a box that is not above 0; -3.
+   Source: Victor de Villiers, The Point and Figure Method of Anticipating Stock Price Movements, 1933. */
 QVAPI int QVCALL qvBars2PNF(const QvBars* bars, QvBars* columns, QvArray* columnOf, double box,
                             double reversal, int start) QVNOEXCEPT;
 
 /* The same by highs and lows: highs carry a rising column on and turn a falling one, lows the
    reverse; one bar may do both. Column 0 opens with the whole range of its bar; the first bar whose
-   high is a box above the close of bar `start`, else whose low is a box below it, decides. */
+   high is a box above the close of bar `start`, else whose low is a box below it, decides.
+   Source: A. W. Cohen, Stock Market Timing, 1947, for reversals of three boxes by highs and lows. */
 QVAPI int QVCALL qvBars2PNFhilo(const QvBars* bars, QvBars* columns, QvArray* columnOf, double box,
                                 double reversal, int start) QVNOEXCEPT;
 

@@ -3,8 +3,9 @@
 
    The functions with an output behave as the indicators do: s is the larger of start (below 0 counts
    as 0) and the inputs' first valid indices, an empty output is allocated, another is cleared and
-   reused; -1 for missing data or an output that shares an input's block (unless the function may run
-   in place), -3 when memory runs out. */
+   reused up to its room (indicators.h); -1 for missing data or an output that shares an input's block
+   (unless the function may run in place), -3 when memory runs out. All this is arithmetic: a source is
+   told only where there is one. */
 #ifndef QVLIB60_CORE_ARRAYS_H
 #define QVLIB60_CORE_ARRAYS_H
 
@@ -14,10 +15,11 @@ QV_BEGIN_DECLS
 
 /* Maps oldMin .. oldMax linearly onto newMin ..: out = (in - oldMin) * ratio + newMin from s on, with
    ratio = |newMax - newMin| / |oldMax - oldMin|, so that a reversed target range is not flipped. When
-   oldMin and oldMax are both 0 they become the minimum and maximum of in from s on; skipZeros passes
-   over zeros in the search for the minimum (the item at s excepted). A range of no width, as that
-   of a constant series, gives not-a-number or infinities throughout. May run in place. The first valid
-   index of out is not set. */
+   oldMin and oldMax are both 0 (or not a number) they become the minimum and maximum of in from s to its
+   end, which looks ahead; skipZeros passes over zeros in the search for the minimum (the item at s
+   excepted). A range of no width divides by zero: not-a-number or infinities throughout, not-a-number for a
+   constant series that is scaled by its own bounds. May run in place. The first valid index of out is not
+   set. */
 QVAPI int QVCALL qvScaleArray(const QvArray* in, QvArray* out, double oldMin, double oldMax, double newMin,
                               double newMax, int skipZeros, int start) QVNOEXCEPT;
 
@@ -36,7 +38,7 @@ QVAPI int QVCALL qvDivide(const QvArray* a, const QvArray* b, QvArray* out, doub
 
 /* The values at the marked items (marks not 0) and at the last item, joined by straight lines. The
    first line starts at item 0 also when s is later; out[0] is then 0.0, and the items of that line
-   below s are written. First valid s. */
+   below s are written. A line needs its end, so every value looks ahead to the next mark. First valid s. */
 QVAPI int QVCALL qvFillInterval(const QvArray* values, const QvArray* marks, QvArray* out,
                                 int start) QVNOEXCEPT;
 
@@ -58,11 +60,12 @@ QVAPI int QVCALL qvDecimals(double x, int digits) QVNOEXCEPT;
 
 /* Prices of bar i; 0.0 when i is outside 0 .. barsize - 1 or a series that is read is missing.
    The true high is the larger of the high and the previous close, the true low the smaller of the low
-   and the previous close; bar 0 has its own high and low (J. Welles Wilder, "New Concepts in Technical
-   Trading Systems", 1978). */
+   and the previous close; bar 0 has its own high and low.
+   Source: J. Welles Wilder Jr., New Concepts in Technical Trading Systems, 1978. */
 QVAPI double QVCALL qvTrueHigh(const QvBars* b, int i) QVNOEXCEPT;
 QVAPI double QVCALL qvTrueLow(const QvBars* b, int i) QVNOEXCEPT;
-/* True high less true low. */
+/* True high less true low.
+   Source: Wilder, 1978. */
 QVAPI double QVCALL qvTrueRange(const QvBars* b, int i) QVNOEXCEPT;
 /* (high + low + close) / 3 */
 QVAPI double QVCALL qvTypicalPrice(const QvBars* b, int i) QVNOEXCEPT;

@@ -2,8 +2,9 @@
    Included by dates.h.
 
    An empty output is allocated with the input's capacity (-3 when memory runs out); an output that has
-   blocks is reused. One with less room than there are groups gets as many as it holds. Input and output
-   may be the same bar set. All functions return -1 for a null record and for missing series. */
+   blocks is reused. One with less room than there are groups gets as many as it holds: look at its barsize.
+   Input and output may be the same bar set. All functions return -1 for a null record and for missing
+   series; those from bars to bars need all seven in both sets. */
 #ifndef QVLIB60_DATES_COMPRESS_H
 #define QVLIB60_DATES_COMPRESS_H
 
@@ -11,11 +12,12 @@
 
 QV_BEGIN_DECLS
 
-/* Compresses by calendar period: 2 daily, 3 weekly (Monday to Sunday), 4 monthly, 5 quarterly, 6 yearly;
-   any other frequency is -1. Takes the bars from the first at or after startDate, which always makes a
-   group, to the last up to endDate (0 = the input's last bar). Each group is dated and closed by its last
-   bar; volume and open interest are summed. The bar information is copied and its frequency set. When both
-   sets share their blocks, both describe the compressed set afterwards. */
+/* Compresses by calendar period: QV_FREQ_DAILY (2), QV_FREQ_WEEKLY (3, Monday to Sunday), QV_FREQ_MONTHLY
+   (4), QV_FREQ_QUARTERLY (5), QV_FREQ_YEARLY (6); any other frequency is -1. Takes the bars from the first
+   at or after startDate, which always makes a group, to the last up to endDate (0 = the input's last bar).
+   Each group is dated and closed by its last bar; volume and open interest are summed. The bar information
+   is copied and its frequency set. When both sets share their blocks, both describe the compressed set
+   afterwards. */
 QVAPI int QVCALL qvGroupBarsDate(QvBars* in, QvBars* out, int frequency, double startDate,
                                  double endDate) QVNOEXCEPT;
 

@@ -1,8 +1,6 @@
 /* The candle engine: every bar of a bar set classified once by colour, body and shadows, single
    fields of that classification, body and gap comparisons of neighbouring bars, and a signal series
-   of one named pattern.
-
-   Source of the classification: Steve Nison, "Japanese Candlestick Charting Techniques" (1991). */
+   of one named pattern. */
 #ifndef QVLIB60_PATTERNS_CANDLES_H
 #define QVLIB60_PATTERNS_CANDLES_H
 
@@ -14,10 +12,11 @@ QV_PACK_POINTERS
 
 /* One bar, four bytes. */
 typedef struct QvCandle {
-  int8_t colour;       /* 0 open equals close, 1 black (open above close), 2 white */
-  int8_t shape;        /* 0 doji, 1 small body, 3 long body (2 is never produced) */
-  int8_t topShadow;    /* 1 short, 2 normal, 3 long */
-  int8_t bottomShadow; /* 1 short, 2 normal, 3 long */
+  int8_t colour;       /* QV_CANDLE_FLAT 0 (open equals close), QV_CANDLE_BLACK 1 (open above close),
+                          QV_CANDLE_WHITE 2 */
+  int8_t shape;        /* QV_BODY_DOJI 0, QV_BODY_SMALL 1, QV_BODY_LONG 3 (2 is never produced) */
+  int8_t topShadow;    /* QV_SHADOW_SHORT 1, QV_SHADOW_NORMAL 2, QV_SHADOW_LONG 3 */
+  int8_t bottomShadow; /* the same */
 } QvCandle;
 
 /* The candles of a bar set. Set the factors, or clear them for the defaults, before
@@ -36,13 +35,15 @@ typedef struct QvCandles {
 /* Classifies every bar (barsize of them, none in an empty set) into a new block of records and
    writes the defaults into factors that were 0. Reads open, high, low and close. A body above the
    average body of the bars whose open differs from their close is long; if all bars are flat none
-   is. A shadow is compared with its own bar's body, in a flat bar with dojiFactor times the price.
+   is. A body that is not long is a doji up to dojiFactor times its lower end, else small. A shadow is
+   compared with its own bar's body, in a flat bar with dojiFactor times the price.
    That average is of the whole set, bars after the classified one included: a bar's shape, and every
    pattern found with it, may change when bars are added, and a backtest over these candles knows the
    future. Backtests and live programs take qvCandleConstructTrailing.
    Records of an earlier construction are not freed: call qvCandleFree first. The records describe
    the bars as they are now; construct again after changing them.
-   0; -1 when a price series is missing; -3 (then records is null). */
+   0; -1 when a price series is missing; -3 (then records is null).
+   Source: after Steve Nison, Japanese Candlestick Charting Techniques, 1991. */
 QVAPI int QVCALL qvCandleConstruct(const QvBars* bars, QvCandles* candles) QVNOEXCEPT;
 
 /* The same without looking ahead: a body is measured against the average body of the `period` bars
@@ -50,7 +51,8 @@ QVAPI int QVCALL qvCandleConstruct(const QvBars* bars, QvCandles* candles) QVNOE
    fewer bars before it is measured against those that there are, and is no long body when none of them
    has a body: shapes mean what they say from bar `period` on. Bars that are added never change the
    candles of earlier ones. A common period is 20.
-   0; -1 when a price series is missing or the period is below 1; -3 (then records is null). */
+   0; -1 when a price series is missing or the period is below 1; -3 (then records is null).
+   Source: after Nison, 1991. */
 QVAPI int QVCALL qvCandleConstructTrailing(const QvBars* bars, QvCandles* candles, int period) QVNOEXCEPT;
 
 /* Frees the records and clears the pointer; the factors stay. 0; -1 for a null set. */
@@ -66,20 +68,23 @@ QVAPI int QVCALL qvCandleBotShadow(const QvCandles* candles, int i) QVNOEXCEPT;
 
 /* ---- Neighbouring bars ----------------------------------------------------------------------- */
 
-/* (open + close) / 2 of bar i; 0.0 outside the series. */
+/* (open + close) / 2 of bar i; 0.0 outside the series.
+   Source: Nison, 1991. */
 QVAPI double QVCALL qvBodyMidpoint(const QvBars* bars, int i) QVNOEXCEPT;
 
 /* 1 when the body of bar i lies wholly above (up) or below (down) the body of bar i - 1 without
-   touching it, else 0, also where bar i or bar i - 1 does not exist; -1 for a null set. */
+   touching it, else 0, also where bar i or bar i - 1 does not exist; -1 for a null set.
+   Source: Nison, 1991. */
 QVAPI int QVCALL qvBodyGapUp(const QvBars* bars, int i) QVNOEXCEPT;
 QVAPI int QVCALL qvBodyGapDn(const QvBars* bars, int i) QVNOEXCEPT;
 
-/* The same for the whole range of the bars, shadows included. */
+/* The same for the whole range of the bars, shadows included.
+   Source: Robert D. Edwards and John Magee, Technical Analysis of Stock Trends, 1948. */
 QVAPI int QVCALL qvWesternGapUp(const QvBars* bars, int i) QVNOEXCEPT;
 QVAPI int QVCALL qvWesternGapDn(const QvBars* bars, int i) QVNOEXCEPT;
 
 /* 1 when |a - b| is below a * tolerance, else 0. The tolerance is relative to the first number, so
-   the order matters; a tolerance of 0 finds nothing equal. */
+   the order matters; a tolerance of 0 finds nothing equal, and nothing is equal to an `a` of 0 or below. */
 QVAPI int QVCALL qvApproxEqual(double a, double b, double tolerance) QVNOEXCEPT;
 
 /* ---- Signals --------------------------------------------------------------------------------- */
@@ -89,8 +94,9 @@ QVAPI int QVCALL qvApproxEqual(double a, double b, double tolerance) QVNOEXCEPT;
    candle_patterns.h, in any case. Leaves out's first valid index as it was. With the candles of
    qvCandleConstruct the signals know the whole set (see there); with those of
    qvCandleConstructTrailing they know the bars up to i only.
-   The number of bars found, -1 (unknown name; missing candles, prices or arguments) or -3. An
-   unknown name is found first: nothing is touched. */
+   The number of bars found, -1 (unknown name; missing candles, dates, prices or arguments) or -3. An
+   unknown name is found first: nothing is touched.
+   Source: that of the pattern. */
 QVAPI int QVCALL qvCandleFill(const QvBars* bars, const QvCandles* candles, QvArray* out, const char* name,
                               int first, int last) QVNOEXCEPT;
 
