@@ -7,7 +7,7 @@
 
 namespace {
 
-// The first text has always been spelt so; callers compare with it.
+// The first text is spelt so on purpose: callers compare with it.
 constexpr const char* kTexts[] = {
     "Sucessfull", "Invalid Parm", "File Open",      "Malloc",           "File Read", "File Write",
     "File Seek",  "File Exists",  "File Not Found", "Record Not Found", "Unknown",

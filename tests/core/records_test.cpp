@@ -18,14 +18,6 @@ bool sizesAre(const QvBars& b, int size, int capacity) {
   return b.barsize == size && b.datasize == capacity;
 }
 
-TEST(Records, LayoutIsFixed) {
-  // Callers depend on the order and the widths of the fields.
-  EXPECT_EQ(offsetof(QvArray, firstValid), sizeof(void*) + 8);
-  EXPECT_EQ(offsetof(QvBars, symbol), 7 * sizeof(QvArray) + 12 + 256 + 16 + 48);
-  EXPECT_EQ(offsetof(QvBars, begindate) - offsetof(QvBars, symbol), 16u + 12);
-  EXPECT_EQ(offsetof(QvBars, strikeprice), sizeof(QvBars) - 8);
-}
-
 TEST(Records, AllocatesResizesAndFrees) {
   QvArray a{};
   EXPECT_EQ(qvAllocArray(&a, -1), -3);

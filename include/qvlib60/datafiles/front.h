@@ -14,7 +14,7 @@
 
 QV_BEGIN_DECLS
 
-/* The code of a type text, 1 to 8. */
+/* The code of a type text, QV_FILETYPE_CSI (1) to QV_FILETYPE_AIQ (8). */
 QVAPI int QVCALL qvFILEtype(const char* type) QVNOEXCEPT;
 
 /* The number, from 0, of the record with this date or the nearest later one. *foundDate (may be null)

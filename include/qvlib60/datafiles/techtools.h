@@ -31,11 +31,11 @@ QVAPI int QVCALL qvTTfindrec(const char* directory, const char* fileName, double
                              double* foundDate) QVNOEXCEPT;
 
 /* Reads `count` records from record `start` on into a bar set and fills its bar information: symbol and
-   description are the file name, the frequency comes from the number of records per calendar day. A bar
-   set without storage is allocated to `count` bars; else no more bars are read than it has room for. A
-   negative count reads to the end, a negative start the last `count` records. The set's size becomes the
-   number of bars read; a count of 0 fills only the bar information. -6 when the record cannot be reached,
-   -9 when start is not below the number of records. */
+   description are the file name up to its first ".", the frequency comes from the number of records per
+   calendar day. A bar set without storage is allocated to `count` bars; else no more bars are read than it
+   has room for. A negative count reads to the end, a negative start the last `count` records. The set's size
+   becomes the number of bars read; a count of 0 fills only the bar information. -6 when the record cannot be
+   reached, -9 when start is not below the number of records. */
 QVAPI int QVCALL qvTTread(QvBars* bars, const char* directory, const char* fileName, int start,
                           int count) QVNOEXCEPT;
 

@@ -18,13 +18,12 @@ QVAPI int QVCALL qvTCfindrec(const char* directory, const char* fileName, double
                              double* foundDate) QVNOEXCEPT;
 
 /* Reads `count` records from record `start` on into a bar set and fills its bar information: symbol is
-   the file name, the frequency comes from the number of records per calendar day, and the begin date is
-   that of the first bar read. A bar set without storage is allocated to `count` bars; else no more bars
-   are read than it has room for. A negative count reads to the end, a negative start the last `count`
-   records. The set's size becomes the number of bars read; a count of 0 fills only the bar information.
-   The open interest, which the files do not have, stays as it is: 0.0 in a new set. -9 when start is not
-   below the number of records.
- */
+   the file name up to its first ".", the frequency comes from the number of records per calendar day, and the
+   begin date is that of the first bar read. A bar set without storage is allocated to `count` bars; else no
+   more bars are read than it has room for. A negative count reads to the end, a negative start the last
+   `count` records. The set's size becomes the number of bars read; a count of 0 fills only the bar
+   information. The open interest, which the files do not have, stays as it is: 0.0 in a new set. -9 when
+   start is not below the number of records. */
 QVAPI int QVCALL qvTCread(QvBars* bars, const char* directory, const char* fileName, int start,
                           int count) QVNOEXCEPT;
 

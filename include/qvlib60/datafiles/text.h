@@ -34,7 +34,7 @@ typedef struct QvTxtInfo {
   int32_t closeColumn;
   int32_t volumeColumn;
   int32_t openInterestColumn;
-  int32_t dateFormat;  /* order of the date's parts: 0 year-month-day, 1 month-day-year, 2 day-month-year */
+  int32_t dateFormat;  /* order of the date's parts: QV_DATE_YMD 0, QV_DATE_MDY 1, QV_DATE_DMY 2 */
   int32_t skip;        /* header lines at the top of each data file */
   char delimiters[16]; /* the characters that separate columns; ends at a zero or with the field */
 } QvTxtInfo;

@@ -136,8 +136,8 @@ QVAPI int QVCALL qvTSI(const QvArray* in, QvArray* out, int r, int s, int start)
 /* Ultimate oscillator: buying pressure (close less true low) over true range, averaged over p1, p2 and
    p3 bars and weighted 4, 2, 1; p1 is meant to be the shortest. A fraction, 0 .. 1, not a percentage; 0.0
    where one of the three parts is zero. Reads high, low and close. First valid m = max(p1, p2, p3),
-   whatever start is: items from start up to there are 0.0, and after a start above 0 the values begin at
-   start + m - 1.
+   whatever start is: items from start up to there are 0.0. After a start above 0 the values begin at
+   start + m - 1; a series that ends before keeps a value of partial sums at its last item.
    Source: Larry Williams, "The Ultimate Oscillator", Technical Analysis of Stocks & Commodities, 1985. */
 QVAPI int QVCALL qvUltimateOsc(const QvBars* bars, QvArray* out, int p1, int p2, int p3,
                                int start) QVNOEXCEPT;

@@ -55,6 +55,12 @@ QVAPI int QVCALL qvCancelOrder(QvOrderSystem* sys, const char* name) QVNOEXCEPT;
    which they were placed. At most one entry per direction fills on a bar; the other pending
    entries of that direction are dropped with it. Day orders leave the table with the bar.
 
+   A market order fills at the open, a close order at the close of the bar before the one that is
+   processed. A stop or limit order fills at its price where the bar reaches it, as an entry one tick from
+   it: above for buy stops and sell limits, below for sell stops and buy limits. With gapFills, a bar that
+   opens beyond the price fills at its open; without, one that lies wholly beyond it fills at its extreme
+   nearest to the price.
+
    Prices are put on the tick grid by taking off the remainder, as floating-point numbers have it:
    where a price is stored a hair below a multiple of the tick (10.1 on ticks of 0.01), that is a
    whole tick. Ticks that are binary fractions (1, 0.25, 1/32) have no such prices.

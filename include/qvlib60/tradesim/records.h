@@ -12,22 +12,23 @@ QV_BEGIN_DECLS
 /* A pending order. */
 typedef struct QvOrder {
   char name[20];
-  char fromEntry[20]; /* exits: the entry whose positions it may close, empty = any; entries: empty */
-  int32_t volume;     /* contracts, shares */
-  int32_t action;     /* QV_EXIT, QV_ENTRY */
-  int32_t direction;  /* QV_BUY, QV_SELL */
-  double price;       /* stop or limit price; market buy 0, market sell the largest single-precision value;
-                         close order: the close of the bar at which it was placed */
-  int32_t orderType;  /* QV_MARKET .. QV_CLOSE; others are never filled */
-  int32_t timeInForce;
-  double date;    /* of the bar at which it was placed */
-  int32_t filled; /* 0 pending, 1 filled or cancelled */
+  char fromEntry[20];  /* exits: the entry whose positions it may close, empty = any; entries: empty */
+  int32_t volume;      /* contracts, shares */
+  int32_t action;      /* QV_EXIT 1, QV_ENTRY 2 */
+  int32_t direction;   /* QV_BUY 1, QV_SELL 2 */
+  double price;        /* stop or limit price; market buy 0, market sell the largest single-precision value;
+                          close order: the close of the bar at which it was placed */
+  int32_t orderType;   /* QV_MARKET 1, QV_STOP 2, QV_LIMIT 3, QV_CLOSE 4; others are never filled */
+  int32_t timeInForce; /* QV_DAY 1: the next processed bar only; QV_GTC 2 and others: until filled or
+                          cancelled */
+  double date;         /* of the bar at which it was placed */
+  int32_t filled;      /* 0 pending, 1 filled or cancelled */
 } QvOrder;
 
 /* An entry fill that is still open. */
 typedef struct QvPosition {
   char entryName[20];
-  int32_t direction; /* 1 long, 2 short */
+  int32_t direction; /* QV_LONG 1, QV_SHORT 2 */
   int32_t entryBar;
   double entryDate;
   double entryPrice; /* on the tick grid */
@@ -39,7 +40,7 @@ typedef struct QvPosition {
 typedef struct QvTrade {
   QvPosition position; /* as it stood before this exit */
   char exitName[20];
-  int32_t exitDirection; /* of the order that closed it: 1 buy, 2 sell */
+  int32_t exitDirection; /* of the order that closed it: QV_BUY 1, QV_SELL 2 */
   int32_t exitBar;
   double exitDate;
   double exitPrice;   /* on the tick grid */
@@ -72,7 +73,8 @@ typedef struct QvTradeStats {
   double maximumContractsHeld;
   double accountSizeRequired;
   double returnOnAccount; /* percent of the account size required */
-  double prr;             /* pessimistic return ratio: wins less, losses plus their square root */
+  double prr;             /* pessimistic return ratio: wins less, losses plus their square root (Ralph Vince,
+                             Portfolio Management Formulas, 1990) */
   double openPositionPL;  /* at the bar's close, without costs */
   int32_t totalBarsInWinners;
   int32_t totalBarsInLosers;
@@ -105,7 +107,7 @@ typedef struct QvOrderSystem {
 
   /* Position summary, as of the end of the current bar. */
   int32_t currentBar;        /* -1 before the first qvProcessOrders */
-  int32_t positionDirection; /* 0 flat, 1 long, 2 short */
+  int32_t positionDirection; /* QV_FLAT 0, QV_LONG 1, QV_SHORT 2 */
   int32_t longContracts;
   int32_t shortContracts;
   int32_t netContracts;

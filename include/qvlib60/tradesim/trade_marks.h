@@ -6,8 +6,9 @@
 
 QV_BEGIN_DECLS
 
-/* Marks the closed trades on their bars, a sum per bar of: 1 long entry, 2 short entry, 4 trade
-   closed by a buy, 8 trade closed by a sell. The output's first valid index is left alone. */
+/* Marks the closed trades on their bars, a sum per bar of: QV_MARK_LONG_ENTRY 1, QV_MARK_SHORT_ENTRY 2,
+   QV_MARK_CLOSED_BY_BUY 4, QV_MARK_CLOSED_BY_SELL 8. The output behaves as those of the indicators; its
+   first valid index is left alone. 0; -1 for missing data or an output that is a series of the bars; -3. */
 QVAPI int QVCALL qvCreateTradeGraph(const QvOrderSystem* sys, QvArray* out) QVNOEXCEPT;
 
 QV_END_DECLS
