@@ -12,15 +12,16 @@ void showAverages(const DemoData& demo) {
   check(qvFILEprintinfo(demo.bars, "STDOUT", 1), "bar information");
 
   BarSet weekly;
-  constexpr int kWeekly = 3;
-  check(qvGroupBarsDate(demo.bars, &weekly, kWeekly, 0.0, 0.0), "weekly bars");
+  check(qvGroupBarsDate(demo.bars, &weekly, QV_FREQ_WEEKLY, 0.0, 0.0), "weekly bars");
 
   struct Average {
     const char* title;
     int method;
     int period;
     Series values;
-  } averages[] = {{"exponential 10", 0, 10, {}}, {"simple 10", 2, 10, {}}, {"Welles 14", 4, 14, {}}};
+  } averages[] = {{"exponential 10", QV_MA_EXPONENTIAL, 10, {}},
+                  {"simple 10", QV_MA_SIMPLE, 10, {}},
+                  {"Welles 14", QV_MA_WILDER, 14, {}}};
   std::vector<Column> columns = {{"close", &weekly.close}};
   for (Average& a : averages) {
     check(qvMovingAverage(&weekly.close, &a.values, a.method, a.period, 0), a.title);

@@ -13,7 +13,7 @@ void showFinance(const DemoData& demo) {
   const double index = bars.close.data[bars.barsize - 1];
 
   heading("An option on the index, a straddle, a bond");
-  QvOptionLeg call = {0.0, index, 1, today + 90.0};
+  QvOptionLeg call = {0.0, index, QV_OPTION_CALL, today + 90.0};
   const double rate = 2.0, volatility = 0.25;
   call.premium = qvBlackScholes(&call, index, rate, volatility * volatility, today);
   std::printf("Call at the money, strike %.2f, 90 days, rate %.1f %%, volatility %.0f %%: %.2f\n", index,
@@ -24,7 +24,7 @@ void showFinance(const DemoData& demo) {
   straddle.underlying = index;
   straddle.bought[0] = call;
   straddle.bought[1] = call;
-  straddle.bought[1].type = 2;
+  straddle.bought[1].type = QV_OPTION_PUT;
   if (qvLongStraddle(&straddle) == QV_OK)
     std::printf(
         "Long straddle with both premiums so: maximum loss %.2f, break-even %.2f and %.2f (moves of %+.1f %% "

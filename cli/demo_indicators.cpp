@@ -48,7 +48,7 @@ void showMomentum(const DemoData& demo) {
   Series rsi, fast, slow, macd, signal, crossings, k, d, adx, sar, direction, up, down;
   check(qvRSI(&bars.close, &rsi, 14, 0), "RSI");
   check(qvMACDx(&bars.close, &fast, &slow, &macd, &signal, &crossings, 12, 26, 9, 0), "MACD");
-  check(qvStochasticOscillator(&bars, &k, &d, 2, 14, 3, 3, 0), "stochastic");
+  check(qvStochasticOscillator(&bars, &k, &d, QV_MA_SIMPLE, 14, 3, 3, 0), "stochastic");
   check(qvADX(&bars, &adx, 14, 14, 0), "ADX");
   check(qvSAR(&bars, &sar, &direction, 0.02, 0.2, 0), "parabolic SAR");
   check(qvAroon(&bars, &up, &down, 25, 0), "Aroon");
@@ -99,11 +99,10 @@ void showBands(const DemoData& demo) {
     rises.data[i] = bars.close.data[i] > bars.close.data[i - 1] ? 1.0 : 0.0;
     falls.data[i] = bars.close.data[i] < bars.close.data[i - 1] ? 1.0 : 0.0;
   }
-  constexpr int kWeekly = 3;
   BarSet weeks;
-  check(qvGroupBarsDate(&bars, &weeks, kWeekly, 0.0, 0.0), "weekly bars");
-  check(qvGroupArray(&bars, &rises, &advancing, kWeekly), "breadth");
-  check(qvGroupArray(&bars, &falls, &declining, kWeekly), "breadth");
+  check(qvGroupBarsDate(&bars, &weeks, QV_FREQ_WEEKLY, 0.0, 0.0), "weekly bars");
+  check(qvGroupArray(&bars, &rises, &advancing, QV_FREQ_WEEKLY), "breadth");
+  check(qvGroupArray(&bars, &falls, &declining, QV_FREQ_WEEKLY), "breadth");
   check(qvMcClellanOscSum(&advancing, &declining, &oscillator, &summation, 19, 39, 0),
         "McClellan oscillator");
 

@@ -2,8 +2,8 @@
 #ifndef QVLIB60_H
 #define QVLIB60_H
 
-#include "qvlib60/codes.h"
 #include "qvlib60/catalogue.h"
+#include "qvlib60/codes.h"
 #include "qvlib60/core.h"
 #include "qvlib60/datafiles.h"
 #include "qvlib60/dates.h"

@@ -13,24 +13,24 @@ const char* nameOf(const char* const (&names)[N], int code) noexcept {
 
 }  // namespace
 
-QvBars newBarInfo(FileType type, int records, const char* directory) noexcept {
+QvBars newBarInfo(int fileType, int records, const char* directory) noexcept {
   QvBars info{};
-  info.filetype = type;
+  info.filetype = fileType;
   info.reccnt = records;
   copyText(info.path, trimmed(directory));
   return info;
 }
 
 int frequencyOf(int records, double firstDate, double lastDate) noexcept {
-  if (firstDate == lastDate) return kUnknownFrequency;
+  if (firstDate == lastDate) return QV_FREQ_UNKNOWN;
   const double perDay = records / (lastDate - firstDate);
-  if (perDay > 1.0) return kIntraday;
-  if (perDay > 0.66) return kDaily;
-  if (perDay > 0.13) return kWeekly;
-  if (perDay > 0.03) return kMonthly;
-  if (perDay > 0.009) return kQuarterly;
-  if (perDay > 0.002) return kYearly;
-  return kUnknownFrequency;
+  if (perDay > 1.0) return QV_FREQ_INTRADAY;
+  if (perDay > 0.66) return QV_FREQ_DAILY;
+  if (perDay > 0.13) return QV_FREQ_WEEKLY;
+  if (perDay > 0.03) return QV_FREQ_MONTHLY;
+  if (perDay > 0.009) return QV_FREQ_QUARTERLY;
+  if (perDay > 0.002) return QV_FREQ_YEARLY;
+  return QV_FREQ_UNKNOWN;
 }
 
 const char* fileTypeName(int code) noexcept {

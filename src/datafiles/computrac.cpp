@@ -121,7 +121,7 @@ int QVCALL qvCTread(QvBars* bars, const char* directory, const char* name, int s
   const int status = readSecurity(
       *bars, directory, name, start, count, stored,
       [&](const Security& security, int records) {
-        QvBars info = newBarInfo(kCompuTrac, records, directory);
+        QvBars info = newBarInfo(QV_FILETYPE_COMPUTRAC, records, directory);
         copyText(info.name, security.dataFile);
         copyText(info.description, security.name);
         copyText(info.symbol, security.symbol);

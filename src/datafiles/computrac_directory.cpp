@@ -143,19 +143,19 @@ int FieldOrder::fields() const noexcept {
 int Security::frequency() const noexcept {
   switch (period) {
     case kIntradayPeriod:
-      return kIntraday;
+      return QV_FREQ_INTRADAY;
     case 'D':
-      return kDaily;
+      return QV_FREQ_DAILY;
     case 'W':
-      return kWeekly;
+      return QV_FREQ_WEEKLY;
     case 'M':
-      return kMonthly;
+      return QV_FREQ_MONTHLY;
     case 'Q':
-      return kQuarterly;
+      return QV_FREQ_QUARTERLY;
     case 'Y':
-      return kYearly;
+      return QV_FREQ_YEARLY;
     default:
-      return kUnknownFrequency;
+      return QV_FREQ_UNKNOWN;
   }
 }
 

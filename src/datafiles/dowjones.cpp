@@ -36,27 +36,30 @@ struct Security {
   int records;
 
   int frequency() const noexcept {
-    return period == 'D' ? kDaily : period == 'W' ? kWeekly : period == 'M' ? kMonthly : kUnknownFrequency;
+    return period == 'D'   ? QV_FREQ_DAILY
+           : period == 'W' ? QV_FREQ_WEEKLY
+           : period == 'M' ? QV_FREQ_MONTHLY
+                           : QV_FREQ_UNKNOWN;
   }
   int dataType() const noexcept {
     switch (type) {
       case 'B':
       case 'T':
-        return kBond;
+        return QV_DATATYPE_BOND;
       case 'V':
-        return kCommodity;
+        return QV_DATATYPE_COMMODITY;
       case 'M':
-        return kMutualFund;
+        return QV_DATATYPE_MUTUAL_FUND;
       case 'O':
-        return kOption;
+        return QV_DATATYPE_OPTION;
       case 'S':
-        return kStock;
+        return QV_DATATYPE_STOCK;
       case 'W':
       case 'X':
       case 'Y':
-        return kIndex;
+        return QV_DATATYPE_INDEX;
       default:
-        return kUnknownData;
+        return QV_DATATYPE_UNKNOWN;
     }
   }
 };
@@ -182,7 +185,7 @@ int QVCALL qvDJfindrec(const char* directory, const char* name, double date, dou
 int QVCALL qvDJread(QvBars* bars, const char* directory, const char* name, int start, int count) noexcept {
   if (!bars || !directory || !name) return QV_INVALID_PARM;
   return withSecurity(directory, name, [&](const Security& security, const Layout& layout, InputFile& file) {
-    QvBars info = newBarInfo(kDowJones, security.records, directory);
+    QvBars info = newBarInfo(QV_FILETYPE_DOWJONES, security.records, directory);
     copyText(info.name, security.dataFile);
     copyText(info.description, security.description);
     copyText(info.symbol, security.symbol);

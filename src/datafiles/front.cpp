@@ -34,7 +34,7 @@ constexpr Family kFamilies[] = {
     {},
     {qvAIQfindrec, qvAIQlist, qvAIQread},
 };
-static_assert(std::size(kFamilies) == kAIQ + 1);
+static_assert(std::size(kFamilies) == QV_FILETYPE_AIQ + 1);
 
 // "7" and "TXT" mean the layout file of that name by convention; any other type text that is not a
 // format's names the layout file.
@@ -64,16 +64,18 @@ extern "C" {
 int QVCALL qvFILEtype(const char* type) noexcept {
   if (!type) return QV_INVALID_PARM;
   const int code = integerValue(type);
-  if (code > kUnknownFile && code <= kAIQ) return code;
+  if (code > QV_FILETYPE_UNKNOWN && code <= QV_FILETYPE_AIQ) return code;
   struct Name {
     const char* text;
     int code;
   };
-  constexpr Name kNames[] = {{"AIQ", kAIQ},         {"CSI", kCSI},      {"CT", kCompuTrac}, {"DJ", kDowJones},
-                             {"FS", kFutureSource}, {"TC", kTeleChart}, {"TT", kTechTools}};
+  constexpr Name kNames[] = {{"AIQ", QV_FILETYPE_AIQ},         {"CSI", QV_FILETYPE_CSI},
+                             {"CT", QV_FILETYPE_COMPUTRAC},    {"DJ", QV_FILETYPE_DOWJONES},
+                             {"FS", QV_FILETYPE_FUTURESOURCE}, {"TC", QV_FILETYPE_TELECHART},
+                             {"TT", QV_FILETYPE_TECHTOOLS}};
   for (const Name& name : kNames)
     if (qv::platform::compareNoCase(type, name.text) == 0) return name.code;
-  return kText;
+  return QV_FILETYPE_TEXT;
 }
 
 int QVCALL qvFILEfindrec(const char* type, const char* directory, const char* fileName, double date,
@@ -81,7 +83,7 @@ int QVCALL qvFILEfindrec(const char* type, const char* directory, const char* fi
   if (foundDate) *foundDate = 0.0;
   if (!type || !directory || !fileName) return QV_INVALID_PARM;
   const int code = qvFILEtype(type);
-  if (code == kText) {
+  if (code == QV_FILETYPE_TEXT) {
     QvTxtInfo layout;
     if (const int status = readLayout(type, directory, layout)) return status;
     return qvTXTfindrec(directory, fileName, &layout, date, foundDate);
@@ -92,7 +94,7 @@ int QVCALL qvFILEfindrec(const char* type, const char* directory, const char* fi
 int QVCALL qvFILElist(const char* type, const char* directory, const char* output, int append) noexcept {
   if (!type || !directory || !output) return QV_INVALID_PARM;
   const int code = qvFILEtype(type);
-  if (code == kText) return qvTXTlist(directory, output, append);
+  if (code == QV_FILETYPE_TEXT) return qvTXTlist(directory, output, append);
   return kFamilies[code].list(directory, output, append);
 }
 
@@ -100,7 +102,7 @@ int QVCALL qvFILEread(const char* type, QvBars* bars, const char* directory, con
                       int count) noexcept {
   if (!type || !bars || !directory || !fileName) return QV_INVALID_PARM;
   const int code = qvFILEtype(type);
-  if (code == kText) {
+  if (code == QV_FILETYPE_TEXT) {
     QvTxtInfo layout;
     if (const int status = readLayout(type, directory, layout)) return status;
     return qvTXTread(bars, directory, fileName, &layout, start, count);

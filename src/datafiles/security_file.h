@@ -18,7 +18,7 @@ struct SecurityName {
 
 // How the files of a format are laid out: a header, then records.
 struct SecurityFormat {
-  FileType type;
+  int type;  // QV_FILETYPE_...
   const char* extension;
   std::size_t recordSize;
   std::size_t headerRecords;  // the header takes their place

@@ -11,7 +11,7 @@ namespace {
 using namespace qv::datafiles;
 
 // The header has a record's size and begins with the price-format code.
-constexpr SecurityFormat kFormat = {kTechTools, ".TTD", 16, 1, 2};
+constexpr SecurityFormat kFormat = {QV_FILETYPE_TECHTOOLS, ".TTD", 16, 1, 2};
 
 double dateNumber(const Byte* record) noexcept {
   return unsigned16(record);

@@ -9,7 +9,7 @@ namespace {
 
 using namespace qv::datafiles;
 
-constexpr SecurityFormat kFormat = {kTeleChart, ".NDX", 24, 2, 48};
+constexpr SecurityFormat kFormat = {QV_FILETYPE_TELECHART, ".NDX", 24, 2, 48};
 constexpr std::size_t kDescriptionWidth = 22;
 
 double dateNumber(const Byte* record) noexcept {

@@ -73,7 +73,7 @@ int newestFirstRange(QvBars& bars, int records, int& start, int& count) noexcept
 
 void fillBarInfo(QvBars& bars, int records, const char* directory, const char* fileName,
                  const char* path) noexcept {
-  QvBars info = newBarInfo(kText, records, directory);
+  QvBars info = newBarInfo(QV_FILETYPE_TEXT, records, directory);
   const std::string_view name = trimmed(fileName);
   qv::platform::shortName(path, info.name, sizeof info.name);
   copyText(info.description, trimmedEnd(stemOf(name).substr(0, sizeof info.description - 1)));

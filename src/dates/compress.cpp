@@ -15,10 +15,8 @@ using namespace qv;
 
 constexpr unsigned kAllSeries = kDate | kPrices | kVolume | kOpenInterest;
 
-enum Frequency { kDaily = 2, kWeekly = 3, kMonthly = 4, kQuarterly = 5, kYearly = 6 };
-
 bool isFrequency(int frequency) noexcept {
-  return frequency >= kDaily && frequency <= kYearly;
+  return frequency >= QV_FREQ_DAILY && frequency <= QV_FREQ_YEARLY;
 }
 
 bool sharesBlocks(const QvBars& a, const QvBars& b) noexcept {
@@ -52,13 +50,13 @@ class CalendarPeriods {
     const Split now = splitOf(date), before = last_;
     keep(now);
     switch (frequency_) {
-      case kDaily:
+      case QV_FREQ_DAILY:
         return now.day != before.day;
-      case kWeekly:
+      case QV_FREQ_WEEKLY:
         return now.weekday < before.weekday || now.day - before.day >= 7.0;
-      case kMonthly:
+      case QV_FREQ_MONTHLY:
         return now.year != before.year || now.month != before.month;
-      case kQuarterly:  // a month before the last one, out of order, stays in the group
+      case QV_FREQ_QUARTERLY:  // a month before the last one, out of order, stays in the group
         return now.year != before.year || quarterOf(now.month) > quarterOf(before.month);
       default:
         return now.year != before.year;
@@ -74,8 +72,9 @@ class CalendarPeriods {
   Split splitOf(double date) const noexcept {
     Split s;
     s.day = std::floor(date);
-    if (frequency_ == kWeekly) s.weekday = qvDayOfWeek(date);
-    if (frequency_ >= kMonthly) qvDateToYMD(date, &s.year, &s.month, nullptr, nullptr, nullptr, nullptr);
+    if (frequency_ == QV_FREQ_WEEKLY) s.weekday = qvDayOfWeek(date);
+    if (frequency_ >= QV_FREQ_MONTHLY)
+      qvDateToYMD(date, &s.year, &s.month, nullptr, nullptr, nullptr, nullptr);
     return s;
   }
   void keep(const Split& s) noexcept { last_ = s; }

@@ -65,7 +65,7 @@ void splitCompactForms(Tokens& tokens, int format) noexcept {
     tokens.last += 2;
   }
   const Token date = tokens.at[0];
-  const int first = date.length >= 7 && format == kYearMonthDay ? 4 : 2;
+  const int first = date.length >= 7 && format == QV_DATE_YMD ? 4 : 2;
   tokens.at[0] = date.part(0, first);
   tokens.at[1] = date.part(first, first + 2);
   tokens.at[2] = date.part(first + 2, kTokenLength);
@@ -95,7 +95,7 @@ DateTime parseDate(const char* text, int format) noexcept {
     int year, month, day;
   };
   constexpr Order kOrders[] = {{0, 1, 2}, {2, 0, 1}, {2, 1, 0}};
-  if (format < kYearMonthDay || format > kDayMonthYear) format = kYearMonthDay;
+  if (format < QV_DATE_YMD || format > QV_DATE_DMY) format = QV_DATE_YMD;
 
   Tokens tokens;
   tokenize(text, tokens);

@@ -13,7 +13,7 @@ namespace {
 
 using namespace qv::dates;
 
-std::atomic<int> defaultFormat{kYearMonthDay};
+std::atomic<int> defaultFormat{QV_DATE_YMD};
 
 // By kind, then by default format.
 constexpr const char* kPictures[3][3] = {
@@ -121,8 +121,7 @@ int QVCALL qvFormatDate(double date, const char* picture, char* out) noexcept {
 }
 
 void QVCALL qvSetDefaultDateFormat(int format) noexcept {
-  if (format >= kYearMonthDay && format <= kDayMonthYear)
-    defaultFormat.store(format, std::memory_order_relaxed);
+  if (format >= QV_DATE_YMD && format <= QV_DATE_DMY) defaultFormat.store(format, std::memory_order_relaxed);
 }
 
 }  // extern "C"

@@ -3,9 +3,6 @@
 
 namespace qv::dates {
 
-// The field orders: values of the default format and of the parsers' format argument.
-enum Format { kYearMonthDay = 0, kMonthDayYear = 1, kDayMonthYear = 2 };
-
 enum class Picture {
   Date,           // "yyyy/mm/dd", at most 10 characters
   ShortYearTime,  // "yy/mm/dd hh:nn:ss", at most 17

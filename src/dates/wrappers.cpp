@@ -15,14 +15,14 @@ using namespace qv::dates;
 // '*' stands for the caller's separator.
 struct DateFormat {
   const char* picture;
-  Format order;
+  int order;
 };
 
 constexpr DateFormat kDateFormats[] = {
-    {"YY*MM*DD", kYearMonthDay},   {"YYYY*MM*DD", kYearMonthDay}, {"MM*DD*YY", kMonthDayYear},
-    {"MM*DD*YYYY", kMonthDayYear}, {"DD*MM*YY", kDayMonthYear},   {"DD*MM*YYYY", kDayMonthYear},
-    {"YYMMDD", kYearMonthDay},     {"YYYYMMDD", kYearMonthDay},   {"MMDDYY", kMonthDayYear},
-    {"MMDDYYYY", kMonthDayYear},   {"DDMMYY", kDayMonthYear},     {"DDMMYYYY", kDayMonthYear},
+    {"YY*MM*DD", QV_DATE_YMD},   {"YYYY*MM*DD", QV_DATE_YMD}, {"MM*DD*YY", QV_DATE_MDY},
+    {"MM*DD*YYYY", QV_DATE_MDY}, {"DD*MM*YY", QV_DATE_DMY},   {"DD*MM*YYYY", QV_DATE_DMY},
+    {"YYMMDD", QV_DATE_YMD},     {"YYYYMMDD", QV_DATE_YMD},   {"MMDDYY", QV_DATE_MDY},
+    {"MMDDYYYY", QV_DATE_MDY},   {"DDMMYY", QV_DATE_DMY},     {"DDMMYYYY", QV_DATE_DMY},
 };
 
 constexpr const char* kTimeFormats[] = {"HH*NN*SS", "HH*NN", "HHNNSS", "HHNN"};
@@ -35,7 +35,7 @@ const T* numbered(const T (&table)[N], short code) noexcept {
 
 int orderOf(short code) noexcept {
   const DateFormat* format = numbered(kDateFormats, code);
-  return format ? format->order : kYearMonthDay;
+  return format ? format->order : QV_DATE_YMD;
 }
 
 short narrowed(int value) noexcept {

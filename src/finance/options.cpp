@@ -9,8 +9,6 @@ static_assert(sizeof(QvOption) == 176);
 
 namespace {
 
-constexpr int kCall = 1, kPut = 2;
-
 struct Profile {
   double maxProfit, maxLoss, ratio, upperBreakeven, lowerBreakeven;
 };
@@ -45,7 +43,7 @@ int storeWritten(QvOption& o, double upperStrike, double lowerStrike) noexcept {
 }
 
 bool isCallAndPut(const QvOptionLeg (&legs)[2]) noexcept {
-  return legs[0].type == kCall && legs[1].type == kPut;
+  return legs[0].type == QV_OPTION_CALL && legs[1].type == QV_OPTION_PUT;
 }
 
 }  // namespace
@@ -69,7 +67,7 @@ double QVCALL qvBlackScholes(const QvOptionLeg* leg, double underlying, double r
   const double d1 = (std::log(underlying / leg->strike) + r * years) / (rootYears * volatility) +
                     rootYears * (volatility * 0.5);
   const double d2 = d1 - rootYears * volatility;
-  // The discount factor has always stood on this shortened e.
+  // The discount factor stands on this shortened e, as callers know its prices.
   return underlying * qvApprxCumProbDist(d1) -
          leg->strike * qvApprxCumProbDist(d2) * std::pow(2.71828, -1 * r * years);
 }

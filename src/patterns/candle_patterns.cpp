@@ -11,16 +11,20 @@ namespace {
 using qv::Window;
 
 // The values that a field may have, as a set of bits.
-enum Colours : unsigned { kAnyColour = ~0u, kBlack = 1u << 1, kWhite = 1u << 2 };
+enum Colours : unsigned { kAnyColour = ~0u, kBlack = 1u << QV_CANDLE_BLACK, kWhite = 1u << QV_CANDLE_WHITE };
 enum Shapes : unsigned {
   kAnyShape = ~0u,
-  kDoji = 1u << 0,
-  kSmallBody = 1u << 1,
-  kLongBody = 1u << 3,
+  kDoji = 1u << QV_BODY_DOJI,
+  kSmallBody = 1u << QV_BODY_SMALL,
+  kLongBody = 1u << QV_BODY_LONG,
   kNotDoji = ~kDoji,
   kNotLong = ~kLongBody
 };
-enum Shadows : unsigned { kAnyShadow = ~0u, kShortShadow = 1u << 1, kLongShadow = 1u << 3 };
+enum Shadows : unsigned {
+  kAnyShadow = ~0u,
+  kShortShadow = 1u << QV_SHADOW_SHORT,
+  kLongShadow = 1u << QV_SHADOW_LONG
+};
 
 struct Candle {
   Colours colour = kAnyColour;
@@ -119,8 +123,9 @@ int QVCALL qvLongLeggedDoji(const QvBars* bars, const QvCandles* candles, int i)
 }
 
 int QVCALL qvHighWave(const QvBars* bars, const QvCandles* candles, int i) noexcept {
-  return endsAt(bars, candles, i, {{kAnyColour, kSmallBody}},
-                [](const Window& w) { return w.topShadow(0) == 3 || w.bottomShadow(0) == 3; });
+  return endsAt(bars, candles, i, {{kAnyColour, kSmallBody}}, [](const Window& w) {
+    return w.topShadow(0) == QV_SHADOW_LONG || w.bottomShadow(0) == QV_SHADOW_LONG;
+  });
 }
 
 // ---- Two bars ---------------------------------------------------------------------------------
@@ -247,7 +252,8 @@ int QVCALL qvAbandonedBabyTop(const QvBars* bars, const QvCandles* candles, int 
 int QVCALL qvAdvanceBlock(const QvBars* bars, const QvCandles* candles, int i) noexcept {
   return endsAt(bars, candles, i, {{kWhite}, {kWhite}, {kWhite}}, [](const Window& w) {
     return w.close(0) > w.close(1) && w.close(1) > w.close(2) &&
-           (bodiesShrink(w) || (w.topShadow(2) != 3 && w.topShadow(1) == 3 && w.topShadow(0) == 3));
+           (bodiesShrink(w) || (w.topShadow(2) != QV_SHADOW_LONG && w.topShadow(1) == QV_SHADOW_LONG &&
+                                w.topShadow(0) == QV_SHADOW_LONG));
   });
 }
 

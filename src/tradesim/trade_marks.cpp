@@ -7,9 +7,7 @@ namespace {
 
 using namespace qv;
 
-enum Mark { kLongEntry = 1, kShortEntry = 2, kClosedByBuy = 4, kClosedBySell = 8 };
-
-void addMark(QvArray& out, int n, int bar, Mark mark) noexcept {
+void addMark(QvArray& out, int n, int bar, int mark) noexcept {
   if (bar >= 0 && bar < n) out.data[bar] = truncatedInt(out.data[bar]) | mark;
 }
 
@@ -23,8 +21,10 @@ int QVCALL qvCreateTradeGraph(const QvOrderSystem* sys, QvArray* out) noexcept {
   if (n < 1) return n;
   for (int i = 0; i < sys->tradeCount; ++i) {
     const QvTrade& trade = sys->trades[i];
-    addMark(*out, n, trade.position.entryBar, trade.position.direction == QV_BUY ? kLongEntry : kShortEntry);
-    addMark(*out, n, trade.exitBar, trade.exitDirection == QV_BUY ? kClosedByBuy : kClosedBySell);
+    addMark(*out, n, trade.position.entryBar,
+            trade.position.direction == QV_LONG ? QV_MARK_LONG_ENTRY : QV_MARK_SHORT_ENTRY);
+    addMark(*out, n, trade.exitBar,
+            trade.exitDirection == QV_BUY ? QV_MARK_CLOSED_BY_BUY : QV_MARK_CLOSED_BY_SELL);
   }
   return QV_OK;
 }
