@@ -39,7 +39,9 @@ constexpr int narrowSize() {
 
 template <typename T>
 std::string typeName() {
-  if constexpr (std::is_array_v<T>)
+  if constexpr (std::is_const_v<T>)
+    return typeName<std::remove_const_t<T>>() + " const";
+  else if constexpr (std::is_array_v<T>)
     return typeName<std::remove_extent_t<T>>() + "[" + std::to_string(std::extent_v<T>) + "]";
   else if constexpr (std::is_pointer_v<T>)
     return typeName<std::remove_pointer_t<T>>() + "*";
@@ -56,6 +58,9 @@ std::string typeName() {
   NAMED(QvPosition);
   NAMED(QvTrade);
   NAMED(QvTradeStats);
+  NAMED(QvCatalogueParam);
+  NAMED(QvCatalogueInput);
+  NAMED(QvCatalogueOutput);
 #undef NAMED
 }
 
@@ -138,6 +143,14 @@ TEST(RecordLayout, IsAsThePageTells) {
              F(shortStatistics), F(netStatistics), F(orders), F(positions), F(trades), F(orderCapacity),
              F(orderCount), F(positionCapacity), F(positionCount), F(tradeCapacity), F(tradeCount), F(bars)),
       RECORD(QvOptVar, F(start), F(end), F(step), F(count), F(value)),
+      RECORD(QvCatalogueParam, F(name), F(choices), F(defaultValue), F(least), F(greatest), F(optimiseStart),
+             F(optimiseEnd), F(optimiseStep), F(kind), F(isInteger), F(choiceCount), F(reserved)),
+      RECORD(QvCatalogueInput, F(name), F(series), F(reserved)),
+      RECORD(QvCatalogueOutput, F(name), F(low), F(high), F(zones), F(zoneCount), F(place), F(style),
+             F(repaints)),
+      RECORD(QvCatalogueEntry, F(name), F(shortName), F(title), F(group), F(summary), F(source), F(note),
+             F(params), F(inputs), F(outputs), F(barsCount), F(inputCount), F(outputCount), F(paramCount),
+             F(mainOutput), F(series), F(flags), F(reserved)),
   };
   for (const std::string& expected : sections)
     EXPECT_NE(page.str().find(expected), std::string::npos) << expected;
