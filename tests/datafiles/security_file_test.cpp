@@ -1,0 +1,24 @@
+// A file for each security and no directory file: TechTools and TeleChart.
+#include <gtest/gtest.h>
+
+#include "support/vendor_formats.h"
+
+namespace {
+
+using namespace qvtest;
+
+TEST(SecurityFiles, MayEndInTheirHeaderOrFirstRecord) {
+  const ScratchDir dir;
+  const std::tuple<const char*, const char*, int, int> sizes[] = {
+      {"TT", "a.ttd", 1, -4},  {"TT", "a.ttd", 2, -9},  {"TT", "a.ttd", 31, -9}, {"TT", "a.ttd", 32, 0},
+      {"TC", "a.ndx", 47, -4}, {"TC", "a.ndx", 48, -9}, {"TC", "a.ndx", 71, -9}, {"TC", "a.ndx", 72, 0}};
+  for (const auto& [type, file, size, answer] : sizes) {
+    Bars bars;
+    dir.write(file, std::string(static_cast<std::size_t>(size), '\0'));
+    EXPECT_EQ(qvFILEread(type, &bars, dir.path().c_str(), "a", 0, -1), answer) << type << size;
+    EXPECT_EQ(qvFILEfindrec(type, dir.path().c_str(), "a", -1e9, nullptr), answer ? answer : -9);
+    EXPECT_EQ(qvFILEread(type, &bars, dir.path().c_str(), "a", -1, -1), answer == -4 ? -4 : 0);
+  }
+}
+
+}  // namespace
