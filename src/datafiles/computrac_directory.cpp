@@ -10,14 +10,11 @@
 #include "datafiles/line_reader.h"
 #include "datafiles/mbf.h"
 #include "datafiles/texts.h"
-#include "platform/names.h"
 #include "qvlib60/dates.h"
 
 namespace qv::datafiles::computrac {
 
 namespace {
-
-using platform::compareNoCase;
 
 constexpr char kIntradayPeriod = 'I';
 
@@ -68,9 +65,7 @@ bool matchesFirstWords(std::string_view symbol, const char* wanted) noexcept {
   std::size_t end = symbol.find(' ');
   for (const char* c = wanted; *c && end != symbol.npos; ++c)
     if (*c == ' ') end = symbol.find(' ', end + 1);
-  char words[sizeof Security::symbol];
-  copyText(words, symbol.substr(0, end));
-  return compareNoCase(words, wanted) == 0;
+  return compareNoCase(symbol.substr(0, end), wanted) == 0;
 }
 
 bool isNamed(const Security& s, const char* wanted) noexcept {
@@ -126,8 +121,7 @@ int readOrderFile(const char* directory, int fileNumber, FieldOrder& order) noex
     text = text.substr(0, text.find_last_not_of(kLineEnds) + 1);
     if (text.empty()) continue;
     ++position;
-    char field[kLayoutLine + 1];
-    copyText(field, fieldName(text));
+    const std::string_view field = fieldName(text);
     for (int f = 0; f < kFieldCount; ++f)
       if (compareNoCase(field, kNames[f]) == 0) order.position[f] = position;
   }

@@ -7,7 +7,6 @@
 #include "datafiles/bar_info.h"
 #include "datafiles/listing.h"
 #include "datafiles/record_reader.h"
-#include "platform/names.h"
 #include "qvlib60/datafiles.h"
 
 namespace {
@@ -119,8 +118,7 @@ struct WantedName {
   }
 
   bool fits(const Security& s) const noexcept {
-    using qv::platform::compareNoCase;
-    return (compareNoCase(text, s.symbol) == 0 || compareNoCase(text, s.description) == 0) &&
+    return (qv::compareNoCase(text, s.symbol) == 0 || qv::compareNoCase(text, s.description) == 0) &&
            (type == ' ' || type == s.type) && (period == ' ' || period == s.period);
   }
 };
@@ -194,17 +192,17 @@ int QVCALL qvDJread(QvBars* bars, const char* directory, const char* name, int s
     info.enddate = security.lastDate;
     info.frequency = security.frequency();
     info.datatype = security.dataType();
-    const auto store = [&](int i, const Byte* record) {
-      bars->date.data[i] = dateNumber(record);
-      bars->open.data[i] = price(record, layout.open);
-      bars->high.data[i] = price(record, layout.high);
-      bars->low.data[i] = price(record, layout.low);
-      bars->close.data[i] = price(record, layout.close);
-      bars->volume.data[i] = quantity(record, layout.volume);
-      bars->openInterest.data[i] = quantity(record, layout.openInterest);
+    const auto decodeBar = [&](const Byte* record) -> qv::Bar {
+      return {dateNumber(record),
+              price(record, layout.open),
+              price(record, layout.high),
+              price(record, layout.low),
+              price(record, layout.close),
+              quantity(record, layout.volume),
+              quantity(record, layout.openInterest)};
     };
     const RecordPlace place = {0, layout.size, security.records};
-    return readBars(file, place, info, *bars, start, count, QV_FILE_SEEK, store);
+    return readBars(file, place, info, *bars, start, count, QV_FILE_SEEK, decodeBar);
   });
 }
 

@@ -125,16 +125,16 @@ int QVCALL qvTTread(QvBars* bars, const char* directory, const char* fileName, i
   if (const int status = readDates(security, info, dateNumber)) return status;
   const int code = signed16(security.header);
   const PriceDecoder price{priceFormat(code), hasHalfTicks(security.name.file, code)};
-  const auto store = [&](int i, const Byte* record) {
-    bars->date.data[i] = dateNumber(record);
-    bars->open.data[i] = price(record + 2);
-    bars->high.data[i] = price(record + 4);
-    bars->low.data[i] = price(record + 6);
-    bars->close.data[i] = price(record + 8);
-    bars->volume.data[i] = unsigned24(record + 10);
-    bars->openInterest.data[i] = unsigned24(record + 13);
+  const auto decode = [&](const Byte* record) -> qv::Bar {
+    return {dateNumber(record),
+            price(record + 2),
+            price(record + 4),
+            price(record + 6),
+            price(record + 8),
+            double(unsigned24(record + 10)),
+            double(unsigned24(record + 13))};
   };
-  return readBars(security.file, security.place, info, *bars, start, count, QV_FILE_SEEK, store);
+  return readBars(security.file, security.place, info, *bars, start, count, QV_FILE_SEEK, decode);
 }
 
 int QVCALL qvTTlist(const char* directory, const char* output, int append) noexcept {

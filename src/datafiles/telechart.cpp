@@ -41,16 +41,19 @@ int QVCALL qvTCread(QvBars* bars, const char* directory, const char* fileName, i
   QvBars info = security.newInfo(directory);
   if (const int status = describe(security, info)) return status;
   // The open interest is not in the records: its series stays as it is.
-  const auto store = [bars](int i, const Byte* record) {
-    bars->date.data[i] = dateNumber(record);
-    bars->high.data[i] = mbfSingle(record + 4);
-    bars->low.data[i] = mbfSingle(record + 8);
-    bars->close.data[i] = mbfSingle(record + 12);
-    bars->volume.data[i] = mbfSingle(record + 16);
-    bars->open.data[i] = mbfSingle(record + 20);
-    if (i == 0) bars->begindate = bars->date.data[0];
+  int stored = 0;
+  const auto decode = [&](const Byte* record) -> qv::Bar {
+    return {dateNumber(record),
+            mbfSingle(record + 20),
+            mbfSingle(record + 4),
+            mbfSingle(record + 8),
+            mbfSingle(record + 12),
+            mbfSingle(record + 16),
+            bars->openInterest.data[stored++]};
   };
-  return readBars(security.file, security.place, info, *bars, start, count, QV_FILE_READ, store);
+  const int status = readBars(security.file, security.place, info, *bars, start, count, QV_FILE_READ, decode);
+  if (stored > 0) bars->begindate = bars->date.data[0];
+  return status;
 }
 
 int QVCALL qvTClist(const char* directory, const char* output, int append) noexcept {
