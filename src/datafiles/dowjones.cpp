@@ -63,17 +63,24 @@ struct Security {
   }
 };
 
+// Where the fields of an entry begin. The header has the number of entries where these have theirs of
+// records.
+namespace at {
+constexpr std::size_t kSymbol = 0, kType = 8, kFormat = 10, kFirstDate = 12, kLastDate = 14,
+                      kDescription = 20, kCount = 45, kPeriod = 47, kCusip = 61;
+}
+
 Security decode(const Byte* entry) noexcept {
   Security s{};
-  copyText(s.symbol, textField(entry, 8));
-  s.type = static_cast<char>(entry[8]);
-  s.format = static_cast<char>(entry[10]);
-  s.firstDate = dateNumber(entry + 12);
-  s.lastDate = dateNumber(entry + 14);
-  copyText(s.description, textField(entry + 20, 15));
-  s.records = std::max(signed16(entry + 45), 0);
-  s.period = static_cast<char>(entry[47]);
-  copyText(s.cusip, textField(entry + 61, 9));
+  copyText(s.symbol, textField(entry + at::kSymbol, 8));
+  s.type = static_cast<char>(entry[at::kType]);
+  s.format = static_cast<char>(entry[at::kFormat]);
+  s.firstDate = dateNumber(entry + at::kFirstDate);
+  s.lastDate = dateNumber(entry + at::kLastDate);
+  copyText(s.description, textField(entry + at::kDescription, 15));
+  s.records = std::max(signed16(entry + at::kCount), 0);
+  s.period = static_cast<char>(entry[at::kPeriod]);
+  copyText(s.cusip, textField(entry + at::kCusip, 9));
   std::snprintf(s.dataFile, sizeof s.dataFile, "%s.%cQ%c", s.symbol, s.type, s.period);
   return s;
 }
@@ -87,7 +94,7 @@ int visitSecurities(InputFile& file, Visit visit) noexcept {
   if (!entries.ok()) return QV_MALLOC;
   const Byte* header = entries.next();
   if (!header) return QV_FILE_READ;
-  const int count = signed16(header + 45);
+  const int count = signed16(header + at::kCount);
   for (int i = 0; i < count; ++i) {
     const Byte* entry = entries.next();
     if (!entry) return QV_FILE_READ;

@@ -13,6 +13,9 @@ using namespace qv::datafiles;
 // The header has a record's size and begins with the price-format code.
 constexpr SecurityFormat kFormat = {QV_FILETYPE_TECHTOOLS, ".TTD", 16, 1, 2};
 
+// Where the fields of a record begin, behind its date.
+constexpr std::size_t kOpen = 2, kHigh = 4, kLow = 6, kClose = 8, kVolume = 10, kOpenInterest = 13;
+
 double dateNumber(const Byte* record) noexcept {
   return unsigned16(record);
 }
@@ -127,12 +130,12 @@ int QVCALL qvTTread(QvBars* bars, const char* directory, const char* fileName, i
   const PriceDecoder price{priceFormat(code), hasHalfTicks(security.name.file, code)};
   const auto decode = [&](const Byte* record) -> qv::Bar {
     return {dateNumber(record),
-            price(record + 2),
-            price(record + 4),
-            price(record + 6),
-            price(record + 8),
-            double(unsigned24(record + 10)),
-            double(unsigned24(record + 13))};
+            price(record + kOpen),
+            price(record + kHigh),
+            price(record + kLow),
+            price(record + kClose),
+            double(unsigned24(record + kVolume)),
+            double(unsigned24(record + kOpenInterest))};
   };
   return readBars(security.file, security.place, info, *bars, start, count, QV_FILE_SEEK, decode);
 }

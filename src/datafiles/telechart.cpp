@@ -12,6 +12,9 @@ using namespace qv::datafiles;
 constexpr SecurityFormat kFormat = {QV_FILETYPE_TELECHART, ".NDX", 24, 2, 48};
 constexpr std::size_t kDescriptionWidth = 22;
 
+// Where the fields of a record begin, behind its date.
+constexpr std::size_t kHigh = 4, kLow = 8, kClose = 12, kVolume = 16, kOpen = 20;
+
 double dateNumber(const Byte* record) noexcept {
   return qvNumToDate(qv::truncatedInt(mbfSingle(record)));
 }
@@ -44,11 +47,11 @@ int QVCALL qvTCread(QvBars* bars, const char* directory, const char* fileName, i
   int stored = 0;
   const auto decode = [&](const Byte* record) -> qv::Bar {
     return {dateNumber(record),
-            mbfSingle(record + 20),
-            mbfSingle(record + 4),
-            mbfSingle(record + 8),
-            mbfSingle(record + 12),
-            mbfSingle(record + 16),
+            mbfSingle(record + kOpen),
+            mbfSingle(record + kHigh),
+            mbfSingle(record + kLow),
+            mbfSingle(record + kClose),
+            mbfSingle(record + kVolume),
             bars->openInterest.data[stored++]};
   };
   const int status = readBars(security.file, security.place, info, *bars, start, count, QV_FILE_READ, decode);
