@@ -164,7 +164,8 @@ QVAPI int QVCALL qvCatalogueFirstValid(const QvCatalogueEntry* entry, const doub
    qvCatalogueFirstValid(entry, params, 0) + this many bars on, series that began earlier give the same
    values but for a relative tolerance. That sum is the history to load before the first bar of interest.
 
-   0 for calculations over a window, which have forgotten as soon as they are valid. For recursive ones the
+   0 for calculations over a window, which have forgotten as soon as they are valid (a few hold 0.0 at their
+   first valid index, and a signal needs a bar before it: 1 or 2 there). For recursive ones the
    bars after which what stood before has no more weight than the tolerance, relative to the size of the
    output's values (of 0.001, a thousandth); out of the smoothing constants, so a market that leapt tenfold
    within these bars may need some more. -1 where the values never forget or the data decide (running

@@ -19,7 +19,7 @@ constexpr Row kRows[] = {
     ENTRY(qvQstick, "qstick", "Qstick", "The exponential average of close less open.")
         .params(period("p", 8)).gives(panel().histogram()).reads(kOpen | kClose).source(kChandeKroll)
         .note("Smoothed exponentially; charts that take a simple average differ.")
-        .settles([](const History& h) noexcept { return h.exponential(h.values[0]); }),
+        .settles([](const History& h) noexcept { return h.exponential(h.values[0], 1, 2); }),
     ENTRY(qvIMI, "imi", "Intraday Momentum Index", "The share of the white bodies in all bodies of the last bars.")
         .params(period("p", 14)).gives(panel().range(0, 100).zone(30).zone(70)).reads(kOpen | kClose).source(kChandeKroll).valid<-1, 0>(),
     ENTRY(qvMassIndex, "mass", "Mass Index", "The sum of the bars' smoothed height over its own smoothing: a bulge warns of a reversal.")

@@ -1,11 +1,12 @@
 // The exported functions of the catalogue: finding entries, calling them, asking how many bars they need.
 #include "qvlib60/catalogue.h"
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 
-#include "catalogue/entry.h"
-#include "core/text.h"
+#include "catalogue/item.h"
+#include "platform/names.h"
 #include "qvlib60/version.h"
 
 static_assert(sizeof(QvCatalogueParam) == (sizeof(void*) == 8 ? 80 : 72));
@@ -18,6 +19,7 @@ namespace {
 using namespace qv;
 using namespace qv::catalogue;
 
+// In the order in which they are listed.
 constexpr const Family* kFamilies[] = {&averages,   &momentum,   &stochastics, &trend,
                                        &bands,      &volume,     &breadth,     &barShape,
                                        &counting,   &sentiment,  &range,       &relativeVolatility,
@@ -75,7 +77,7 @@ bool sameWords(const char* a, const char* b) noexcept {
 
 // The numbers of a call, the defaults where the caller gave none.
 struct Given : Numbers {
-  double defaults[std::tuple_size_v<decltype(Row::paramList)>];
+  double defaults[kMostParams];
 
   Given(const QvCatalogueEntry& entry, const double* params) noexcept : Numbers{params}, defaults{} {
     for (int i = 0; i < entry.paramCount; ++i) defaults[i] = entry.params[i].defaultValue;
@@ -114,10 +116,10 @@ const QvCatalogueEntry* QVCALL qvCatalogueItem(int i) noexcept {
 const QvCatalogueEntry* QVCALL qvCatalogueFind(const char* name) noexcept {
   if (!name) return nullptr;
   const auto* entry =
-      find([name](const QvCatalogueEntry& e) { return compareNoCase(e.shortName, name) == 0; });
+      find([name](const QvCatalogueEntry& e) { return platform::compareNoCase(e.shortName, name) == 0; });
   if (entry) return entry;
   return find([bare = withoutPrefix(name)](const QvCatalogueEntry& e) {
-    return compareNoCase(e.name + 2, bare) == 0;
+    return platform::compareNoCase(e.name + 2, bare) == 0;
   });
 }
 
@@ -160,7 +162,7 @@ int QVCALL qvCatalogueSettle(const QvCatalogueEntry* entry, const double* params
   if (!item) return QV_INVALID_PARM;
   const Given given(*entry, params);
   if (!accepts(*entry, given)) return QV_INVALID_PARM;
-  if (!item->settled) return 0;
+  if (!item->settled) return item->lateItems;
   const std::int64_t settled = item->settled({given, tolerance});
   if (settled < 0) return QV_INVALID_PARM;
   return saturate(std::max<std::int64_t>(settled - std::max(qvCatalogueFirstValid(entry, params, 0), 0), 0));

@@ -1,5 +1,5 @@
-// How much history a recursive calculation needs: the weight that the bars before the data's beginning
-// would have had, out of the smoothing constants.
+// Where the values of a calculation begin, and how much history a recursive one needs: the weight that the
+// bars before the data's beginning would have had, out of the smoothing constants.
 #pragma once
 
 #include <algorithm>
@@ -16,6 +16,28 @@ struct Numbers {
   const double* values;
   std::int64_t operator[](int i) const noexcept { return truncatedInt(values[i]); }
 };
+
+// Where the values of one output begin: numbers are read as the calculation reads them.
+struct Valid : Numbers {
+  std::int64_t start;
+  int output;
+};
+// The bars that a zero-lag average looks back, and where the average of a method code begins.
+inline std::int64_t lagOf(double period) noexcept {
+  return truncatedInt(std::max(1.0, (period - 1) / 2));
+}
+inline std::int64_t averageBegins(std::int64_t method, std::int64_t period) noexcept {
+  switch (method) {
+    case QV_MA_EXPONENTIAL:
+      return 0;
+    case QV_MA_VARIABLE:
+      return 22;
+    case QV_MA_ZERO_LAG:
+      return lagOf(static_cast<double>(period)) - 1;
+    default:
+      return period - 1;
+  }
+}
 
 // Answers count bars from the data's beginning to the first one whose value has settled.
 struct History : Numbers {
@@ -63,7 +85,7 @@ struct History : Numbers {
       case QV_MA_WILDER:
         return wilder(period, 1, weight);
       case QV_MA_ZERO_LAG:
-        return later(exponential(p, 1, weight), period / 2);
+        return later(exponential(p, 1, weight), lagOf(p) - 1);
       case QV_MA_VARIABLE:
         return kNever;
       default:
@@ -78,5 +100,15 @@ struct History : Numbers {
     return a == kNever || b == kNever ? kNever : std::max(a, b);
   }
 };
+
+// Of the difference of two averages, parameters 0 and 1, by the method of parameter 2: it is a small part of
+// a price.
+inline std::int64_t pairSettles(const History& h) noexcept {
+  return History::latest(h.average(h[2], h[0], 10), h.average(h[2], h[1], 10));
+}
+inline std::int64_t pairBegins(const Valid& v) noexcept {
+  const std::int64_t first = std::max(averageBegins(v[2], v[0]), averageBegins(v[2], v[1]));
+  return v.start + std::max({v[0] - 1, v[1] - 1, first});
+}
 
 }  // namespace qv::catalogue

@@ -18,11 +18,11 @@ constexpr const char kStrengthNote[] =
 constexpr Row kRows[] = {
     ENTRY(qvRSI, "rsi", "Relative Strength Index", "The share of the rises in all moves, both smoothed by Wilder's average.")
         .params(period("p", 14)).gives(panel().range(0, 100).zone(30).zone(70)).source(kWilder).note(kStrengthNote)
-        .valid<0, 0>().settles([](const History& h) noexcept { return h.wilder(h[0]); }),
+        .valid<0, 0>().settles([](const History& h) noexcept { return h.wilder(h[0], 1, 2); }),
     ENTRY(qvRMI, "rmi", "Relative Momentum Index", "The relative strength index of moves over several bars.")
         .params(period("p", 20), period("m", 5)).gives(panel().range(0, 100).zone(30).zone(70))
         .source("Roger Altman, Relative Momentum Index: Modifying RSI, 1993").note(kStrengthNote)
-        .valid<-1, 0, 1>().settles([](const History& h) noexcept { return History::later(h.wilder(h[0]), h[1]); }),
+        .valid<-1, 0, 1>().settles([](const History& h) noexcept { return History::later(h.wilder(h[0], 1, 2), h[1]); }),
     ENTRY(qvUpAverage, "upaverage", "Up Average", "Wilder's average of the rises, other bars counting as 0.")
         .params(period("p", 14)).gives(panel()).source(kWilder).note(kStrengthNote)
         .valid<0, 0>().settles([](const History& h) noexcept { return h.wilder(h[0]); }),

@@ -55,13 +55,13 @@ constexpr auto kCandleNames = [] {
 // clang-format off
 constexpr Row kRows[] = {
     ADAPTED(qvFormationFill, formation, "formation", "Formation", "A named formation of a bar against the bar before: 1 bullish, -1 bearish.")
-        .params(choice("name", kFormationNames, 0)).gives(signal()).reads(kHighLowClose)
+        .params(choice("name", kFormationNames, 0)).gives(signal()).beginsLater(1).reads(kHighLowClose)
         .source("Robert D. Edwards and John Magee, Technical Analysis of Stock Trends, 1948")
         .note("All comparisons are strict: equal prices make no formation."),
     ADAPTED(qvCrossOverFill, crossOver, "crossover", "Crossover", "One series comes from below another to it or above it (1), or the reverse (-1).")
-        .takes({{{"a", QV_SERIES_CLOSE, 0}, {"b", 0, 0}}}).params().gives(signal())
+        .takes({{{"a", QV_SERIES_CLOSE, 0}, {"b", 0, 0}}}).params().gives(signal()).beginsLater(1)
         .note("Meeting counts as crossing; charts that want the lines to change sides show the crossing a bar later or not at all."),
-    ADAPTED(qvTurnFill, turn, "turn", "Turn", "The item before was a trough (1) or a peak (-1).").params().gives(signal()),
+    ADAPTED(qvTurnFill, turn, "turn", "Turn", "The item before was a trough (1) or a peak (-1).").params().gives(signal()).beginsLater(2),
     ADAPTED(qvCandleFill, candle, "candle", "Candlestick Pattern", "A named candlestick pattern ends at the bar (1).")
         .params(choice("name", kCandleNames, 14)).gives(signal().seesAhead()).reads(kPrices).setsNoFirstValid().neverSettles()
         .source("Steve Nison, Japanese Candlestick Charting Techniques, 1991; the exact conditions are this library's own")

@@ -11,7 +11,7 @@ constexpr const char kNotVigor[] = "Not the relative vigor index, which other ch
 
 // Deviations of ten bars, smoothed by Wilder's rule.
 std::int64_t volatilitySettles(const History& h) noexcept {
-  return History::later(h.wilder(h[0]), 9);
+  return History::later(h.wilder(h[0], 1, 2), 9);
 }
 
 // clang-format off

@@ -32,10 +32,10 @@ constexpr Row kRows[] = {
         .note("The bar's own movement, not smoothed."),
     ENTRY(qvDI, "di", "Directional Indicators", "The smoothed movements up and down in percent of the smoothed true range.")
         .params(period("p", 14)).gives(panel("plusDI").range(0, 100), panel("minusDI").range(0, 100)).reads(kHighLowClose).source(kWilder).note(kDirectional)
-        .valid<0, 0>().settles([](const History& h) noexcept { return History::later(h.wilder(h[0]), 1); }),
+        .valid<0, 0>().settles([](const History& h) noexcept { return History::later(h.wilder(h[0], 1, 2), 1); }),
     ENTRY(qvDX, "dx", "Directional Movement Index", "The difference of the directional indicators in percent of their sum.")
         .params(period("p", 14)).gives(panel().range(0, 100)).reads(kHighLowClose).source(kWilder).note(kDirectional)
-        .valid<0, 0>().settles([](const History& h) noexcept { return History::later(h.wilder(h[0]), 1); }),
+        .valid<0, 0>().settles([](const History& h) noexcept { return History::later(h.wilder(h[0], 1, 2), 1); }),
     ENTRY(qvADX, "adx", "Average Directional Movement Index", "The directional movement index smoothed by Wilder's average: how strong the trend is, whichever way it goes.")
         .params(period("dxPeriod", 14), period("adxPeriod", 14)).gives(panel().range(0, 100).zone(20).zone(40)).reads(kHighLowClose).source(kWilder).note(kDirectional)
         .valid<-1, 0, 1>().settles(adxSettles),

@@ -60,7 +60,7 @@ constexpr Row kRows[] = {
         .source("Richard W. Arms Jr., Volume Cycles in the Stock Market, 1983").valid<1>(),
     ENTRY(qvHerrickPayoffIndex, "herrick", "Herrick Payoff Index", "Money flow of a future out of price, volume and open interest, smoothed.")
         .params(real("multiplier", 100, 0.0001, 100000), real("smoothing", 0.1, 0.01, 1)).gives(panel()).reads(kHighLow | kVolume | kOpenInterest).source("John Herrick").valid<1>()
-        .settles([](const History& h) noexcept { return h.smoothed(h.values[1]); }),
+        .settles([](const History& h) noexcept { return h.smoothed(h.values[1], 1, 10); }),
     ENTRY(qvVOSC, "vosc", "Volume Oscillator", "A short average of the volume less a long one, in percent.")
         .takes({{{"in", QV_SERIES_VOLUME, 0}}}).params(period("p1", 5), period("p2", 10), method()).gives(panel().histogram())
         .note("The long average is that of one bar before, and the divisor is the short one; charts that take both at the same bar, over the long one, differ.")

@@ -1,7 +1,6 @@
 #include "core/calculation.h"
 
 #include <algorithm>
-#include <bit>
 #include <climits>
 #include <cstring>
 
@@ -68,23 +67,16 @@ int takeOutput(QvArray* out, int n, int cap, int from) noexcept {
   return out->size = std::min(n, out->capacity);
 }
 
-// True when each of the series that are read holds at least n items.
-bool haveRoom(const BarInput& in, int n) noexcept {
-  for (unsigned left = in.series; left; left &= left - 1) {
-    const QvArray& a = seriesOf(*in.bars, std::countr_zero(left));
-    if (!a.data || a.capacity < n) return false;
-  }
-  return true;
-}
-
 }  // namespace
 
 bool hasSeries(const BarInput& in) noexcept {
-  return in.bars && in.bars->date.data && haveRoom(in, in.bars->barsize);
-}
-
-bool hasBar(const BarInput& in, int i) noexcept {
-  return in.bars && i >= 0 && i < in.bars->barsize && haveRoom(in, i + 1);
+  if (!in.bars || !in.bars->date.data) return false;
+  for (int k = 0; k < kSeriesCount; ++k) {
+    if (!(in.series & (1u << k))) continue;
+    const QvArray& a = seriesOf(*in.bars, k);
+    if (!a.data || a.capacity < in.bars->barsize) return false;
+  }
+  return true;
 }
 
 bool sharesSeries(const QvArray& out, const QvBars& bars) noexcept {
@@ -134,6 +126,24 @@ int allocArrays(int n, std::initializer_list<QvArray*> arrays) noexcept {
       return status;
     }
   }
+  return QV_OK;
+}
+
+int growTable(void** block, int index, int* count, int step, int maxCount, int elementSize) noexcept {
+  if (index < *count) return QV_OK;
+  if (step < 1 || elementSize < 1) return QV_MALLOC;
+  const int limit = INT_MAX / elementSize;
+  if (maxCount <= limit) maxCount = limit;
+  if (index >= maxCount) return QV_MALLOC;
+  if (*count > INT_MAX - step) return QV_MALLOC;
+  const int newCount = std::max(index % step + 1, *count + step);
+  const auto size = static_cast<std::size_t>(elementSize);
+  void* grown = memory::resize(*block, static_cast<std::size_t>(newCount), size);
+  if (!grown) return QV_MALLOC;
+  const auto old = static_cast<std::size_t>(*count);
+  std::memset(static_cast<char*>(grown) + old * size, 0, (static_cast<std::size_t>(newCount) - old) * size);
+  *block = grown;
+  *count = newCount;
   return QV_OK;
 }
 

@@ -1,10 +1,10 @@
 // Listing the text price files of a directory.
 #include <cstdio>
 
-#include "datafiles/directory.h"
 #include "datafiles/listing.h"
 #include "datafiles/paths.h"
 #include "datafiles/texts.h"
+#include "platform/names.h"
 #include "platform/platform.h"
 #include "qvlib60/datafiles.h"
 #include "qvlib60/dates.h"
@@ -13,21 +13,27 @@ namespace {
 
 using namespace qv::datafiles;
 
+struct Context {
+  Path prefix;
+  Listing* listing;
+};
+
 double modificationDate(const char* path) noexcept {
   int year, month, day;
   if (!qv::platform::modificationDate(path, &year, &month, &day)) return 0.0;
   return qvYMDtoDate(year, month, day, 0, 0, 0);
 }
 
-// The layout file of that name is no data file.
-void listFile(const Path& prefix, const char* longName, Listing& listing) noexcept {
+bool listFile(const char* longName, void* context) noexcept {
+  const auto& c = *static_cast<const Context*>(context);
   char path[2 * kPathSize], shortName[kPathSize];
-  std::snprintf(path, sizeof path, "%s%s", prefix.text, longName);
+  std::snprintf(path, sizeof path, "%s%s", c.prefix.text, longName);
   qv::platform::shortName(path, shortName, sizeof shortName);
-  if (qv::compareNoCase(shortName, "TXTINFO.TXT") == 0) return;
+  if (qv::platform::compareNoCase(shortName, "TXTINFO.TXT") == 0) return true;
   char symbol[kPathSize];
   copyText(symbol, stemOf(shortName));
-  listing.add({shortName, symbol, longName, 0, 0.0, modificationDate(path)});
+  c.listing->add({shortName, symbol, longName, 0, 0.0, modificationDate(path)});
+  return true;
 }
 
 }  // namespace
@@ -38,12 +44,10 @@ int QVCALL qvTXTlist(const char* directory, const char* output, int append) noex
   if (!directory || !output) return QV_INVALID_PARM;
   Listing listing(output, append);
   if (!listing.ok()) return QV_FILE_OPEN;
-  const Path prefix = joinPath(directory, "");
-  for (const char* extension : {".ASC", ".CSV", ".PRN", ".TXT"}) {
-    const DirectoryFiles files(directory, extension);
-    if (!files.ok()) return QV_MALLOC;
-    for (std::size_t i = 0; i < files.count(); ++i) listFile(prefix, files[i], listing);
-  }
+  Context context{joinPath(directory, ""), &listing};
+  for (const char* pattern : {"*.ASC", "*.CSV", "*.PRN", "*.TXT"})
+    if (const int status = qv::platform::listFiles(context.prefix.text, pattern, listFile, &context))
+      return status;
   return listing.finish();
 }
 

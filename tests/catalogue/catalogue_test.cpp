@@ -13,8 +13,10 @@
 #include <sstream>
 #include <string>
 
+#include "core/calculation.h"
 #include "support/entry_call.h"
 #include "support/expect.h"
+#include "support/spx.h"
 
 namespace qvtest {
 namespace {
@@ -248,6 +250,87 @@ TEST(Catalogue, KnowsTheFirstValidIndex) {
                                        "scale", "multadd",      "candle"};
   for (const QvCatalogueEntry* e : allEntries())
     EXPECT_EQ(qvCatalogueFirstValid(e, nullptr, 0) == -1, unset.count(e->shortName) == 1) << e->name;
+}
+
+// ---- History -------------------------------------------------------------------------------------
+
+// The call of an entry on the bundled prices from bar `from` on; series that the bars do not hold are made of
+// closes and volumes of other days.
+EntryCall onSpx(const QvCatalogueEntry* e, int from) {
+  EntryCall call(e, 0);
+  const int n = spx().barsize;
+  for (Bars& b : call.bars) {
+    qvFreeBars(&b);
+    qvAllocBars(&b, n - from);
+    for (int i = from; i < n; ++i) {
+      for (int s = 0; s < qv::kSeriesCount; ++s)
+        qv::seriesOf(b, s).data[i - from] = qv::seriesOf(spx(), s).data[i];
+      b.openInterest.data[i - from] = spx().volume.data[i] / 1e5 + i % 7;
+    }
+  }
+  for (std::size_t k = 0; k < call.inputs.size(); ++k) {
+    qvAllocArray(call.inputs[k].fresh(), n - from);
+    for (int i = from; i < n; ++i) {
+      const int other = (i + 350 * static_cast<int>(k)) % n;
+      call.inputs[k].data[i - from] = (k < 2 ? spx().close : spx().volume).data[other];
+    }
+  }
+  return call;
+}
+
+// Bars after the first valid index until two beginnings of the data make no difference.
+int observedHistory(const QvCatalogueEntry* e, const Items& params, double tolerance) {
+  const int first = std::max(qvCatalogueFirstValid(e, params.data(), 0), 0);
+  EntryCall whole = onSpx(e, 0);
+  whole.params = params;
+  whole.run();
+  int bars = 0;
+  for (int from : {500, 1777, 2205, 3001}) {
+    EntryCall part = onSpx(e, from);
+    part.params = params;
+    part.run();
+    for (std::size_t k = 0; k < part.outputs.size(); ++k) {
+      const Array &a = whole.outputs[k], &b = part.outputs[k];
+      const int n = std::min(a.size - from, b.size);
+      double size = 0;
+      for (int i = first; i < n; ++i) size = std::max(size, std::fabs(a[i + from]));
+      int last = n - 1;
+      while (last >= first && std::fabs(a[last + from] - b[last]) <= tolerance * size) --last;
+      bars = std::max(bars, last - first + 1);
+    }
+  }
+  return bars;
+}
+
+TEST(Catalogue, KnowsHowMuchHistoryIsNeeded) {
+  for (const QvCatalogueEntry* e : allEntries()) {
+    // Its flows are rolled: the rounding that a flow leaves behind decides between 0 and 100.
+    if (e == qvCatalogueFind("moneyflow")) continue;
+    for (const double QvCatalogueParam::*value :
+         {&QvCatalogueParam::defaultValue, &QvCatalogueParam::optimiseStart,
+          &QvCatalogueParam::optimiseEnd}) {
+      Items params;
+      for (int k = 0; k < e->paramCount; ++k) params.push_back(e->params[k].*value);
+      for (double tolerance : {1e-6, 1e-9}) {
+        const int told = qvCatalogueSettle(e, params.data(), tolerance);
+        if (told < 0) continue;
+        const int observed = observedHistory(e, params, tolerance);
+        EXPECT_GE(told, observed) << e->name << testing::PrintToString(params) << tolerance;
+        EXPECT_TRUE(told <= 2 * observed + 5) << e->name << testing::PrintToString(params) << " " << tolerance
+                                              << ": " << told << " bars told, " << observed << " needed";
+      }
+    }
+  }
+  for (const char* never : {"vidya", "obv", "sar", "zigzag", "accumulate", "candle"})
+    EXPECT_EQ(qvCatalogueSettle(qvCatalogueFind(never), nullptr, 0.1), -1) << never;
+  const QvCatalogueEntry *ema = qvCatalogueFind("ema"), *sma = qvCatalogueFind("sma");
+  const double nineteen[] = {19};  // 0.9 to the power of 44 is the first below 0.01
+  EXPECT_EQ(qvCatalogueSettle(ema, nineteen, 0.01), 44);
+  EXPECT_EQ(qvCatalogueSettle(ema, nineteen, 1), 0);
+  for (double never : {0.0, -1.0, kNaN}) EXPECT_EQ(qvCatalogueSettle(ema, nineteen, never), -1) << never;
+  EXPECT_EQ(qvCatalogueSettle(sma, nineteen, 0), 0);
+  const double longest[] = {1e9};
+  EXPECT_EQ(qvCatalogueSettle(ema, longest, 1e-300), INT_MAX);
 }
 
 }  // namespace

@@ -107,7 +107,7 @@ TEST(CandleConstructTrailing, MeasuresBodiesAgainstTheBarsBefore) {
   });
 }
 
-// Missing prices and exhausted memory are tried with the fill, in the table of calculations.
+// Missing prices and exhausted memory are tried with the fill, as an entry of the catalogue.
 TEST(CandleFields, ReadZeroOutsideTheSet) {
   const Bars bars(walkBars(10));
   const QvBars noBars{};
