@@ -33,9 +33,10 @@ add_library(qvlib60_options INTERFACE)
 target_include_directories(qvlib60_options INTERFACE
   ${CMAKE_CURRENT_SOURCE_DIR}/src ${CMAKE_CURRENT_SOURCE_DIR}/include)
 # Contraction off: the same input gives the same bits on every x86-64 machine. errno is never
-# read after a mathematical function, and without it square roots become vector code.
+# read after a mathematical function, and without it square roots become vector code; nor are the
+# floating-point exception flags, and without them a choice beside a division does.
 target_compile_options(qvlib60_options INTERFACE
-  -ffp-contract=off -fno-math-errno
+  -ffp-contract=off -fno-math-errno -fno-trapping-math
   $<$<COMPILE_LANGUAGE:CXX>:-fno-exceptions -fno-rtti>)
 target_compile_definitions(qvlib60_options INTERFACE QVLIB60_BUILD)
 

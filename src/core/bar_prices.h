@@ -24,21 +24,18 @@ inline double trueRange(const double* high, const double* low, const double* clo
   return trueHigh(high, close, i) - trueLow(low, close, i);
 }
 
-inline double medianPrice(double high, double low) noexcept {
-  return (high + low) / 2.0;
-}
-
-inline double typicalPrice(double high, double low, double close) noexcept {
+// Formulas, as lambdas: handed to a loop they become part of it.
+inline constexpr auto medianPrice = [](double high, double low) noexcept { return (high + low) / 2.0; };
+inline constexpr auto typicalPrice = [](double high, double low, double close) noexcept {
   return (high + low + close) / 3.0;
-}
-
-inline double weightedClose(double high, double low, double close) noexcept {
+};
+inline constexpr auto weightedClose = [](double high, double low, double close) noexcept {
   return (high + low + 2.0 * close) / 4.0;
-}
-
+};
 // An open of exactly 0 stands for a bar set without opens.
-inline double averagePrice(double open, double high, double low, double close) noexcept {
-  return open == 0.0 ? typicalPrice(high, low, close) : (open + high + low + close) / 4.0;
-}
+inline constexpr auto averagePrice = [](double open, double high, double low, double close) noexcept {
+  const double typical = typicalPrice(high, low, close), average = (open + high + low + close) / 4.0;
+  return open == 0.0 ? typical : average;
+};
 
 }  // namespace qv

@@ -25,8 +25,13 @@ bool takeArray(const QvArray* a, int& n, int& cap) noexcept {
   return true;
 }
 
-bool sharesInput(const QvArray* out, std::initializer_list<BarInput> bars,
-                 std::initializer_list<const QvArray*> inputs) noexcept {
+template <typename T>
+std::span<const T> spanOf(std::initializer_list<T> items) noexcept {
+  return {items.begin(), items.size()};
+}
+
+bool sharesInput(const QvArray* out, std::span<const BarInput> bars,
+                 std::span<const QvArray* const> inputs) noexcept {
   for (const BarInput& b : bars)
     if (sharesSeries(*out, *b.bars)) return true;
   for (const QvArray* a : inputs)
@@ -35,8 +40,8 @@ bool sharesInput(const QvArray* out, std::initializer_list<BarInput> bars,
 }
 
 // The checks of the entry step: the inputs' common count or -1; `cap` becomes their smallest capacity.
-int checkedCount(std::initializer_list<BarInput> bars, std::initializer_list<const QvArray*> inputs,
-                 std::initializer_list<QvArray*> outputs, int& cap) noexcept {
+int checkedCount(std::span<const BarInput> bars, std::span<const QvArray* const> inputs,
+                 std::span<QvArray* const> outputs, int& cap) noexcept {
   int n = INT_MAX;
   cap = INT_MAX;
   for (const BarInput& b : bars)
@@ -67,6 +72,16 @@ int takeOutput(QvArray* out, int n, int cap, int from) noexcept {
   return out->size = std::min(n, out->capacity);
 }
 
+// The same for all outputs: the count that fits into each of them, or -3.
+int takeOutputs(std::span<QvArray* const> outputs, int n, int cap, int from) noexcept {
+  for (QvArray* out : outputs) {
+    const int size = takeOutput(out, n, cap, from);
+    if (size < 0) return size;
+    n = std::min(n, size);
+  }
+  return n;
+}
+
 }  // namespace
 
 bool hasSeries(const BarInput& in) noexcept {
@@ -89,14 +104,8 @@ bool sharesSeries(const QvArray& out, const QvBars& bars) noexcept {
 int prepareOutputs(std::initializer_list<BarInput> bars, std::initializer_list<const QvArray*> inputs,
                    std::initializer_list<QvArray*> outputs) noexcept {
   int cap;
-  int n = checkedCount(bars, inputs, outputs, cap);
-  if (n < 1) return n;
-  for (QvArray* out : outputs) {
-    const int size = takeOutput(out, n, cap, INT_MAX);
-    if (size < 0) return size;
-    n = std::min(n, size);
-  }
-  return n;
+  const int n = checkedCount(spanOf(bars), spanOf(inputs), spanOf(outputs), cap);
+  return n < 1 ? n : takeOutputs(spanOf(outputs), n, cap, INT_MAX);
 }
 
 int prepareOutputInPlace(const QvArray* in, QvArray* out) noexcept {
@@ -104,16 +113,23 @@ int prepareOutputInPlace(const QvArray* in, QvArray* out) noexcept {
   return prepareOutputs({}, {in}, {out});
 }
 
-int prepareOverwritten(const QvArray* in, QvArray* out, int start, int* first) noexcept {
-  if (!in || !out) return QV_INVALID_PARM;
-  *first = firstValidOf(start, {in});
-  if (in->data && sharesBlock(in, out)) return prepareOutputInPlace(in, out);
+int prepareOverwritten(std::span<const BarInput> bars, std::span<const QvArray* const> inputs,
+                       std::span<QvArray* const> outputs, int start, int* first) noexcept {
   int cap;
-  const int n = checkedCount({}, {in}, {out}, cap);
-  return n < 1 ? n : takeOutput(out, n, cap, *first);
+  const int n = checkedCount(bars, inputs, outputs, cap);
+  if (n < 1) return n;
+  *first = firstValidOf(start, inputs);
+  return takeOutputs(outputs, n, cap, *first);
 }
 
-int firstValidOf(int start, std::initializer_list<const QvArray*> arrays) noexcept {
+int prepareOverwritten(const QvArray* in, QvArray* out, int start, int* first) noexcept {
+  if (!in || !out || !in->data || !sharesBlock(in, out))
+    return prepareOverwritten({}, {&in, 1}, {&out, 1}, start, first);
+  *first = firstValidOf(start, {in});
+  return prepareOutputInPlace(in, out);
+}
+
+int firstValidOf(int start, std::span<const QvArray* const> arrays) noexcept {
   int s = std::max(start, 0);
   for (const QvArray* a : arrays) s = std::max(s, a->firstValid);
   return s;

@@ -4,6 +4,7 @@
 
 #include <cstddef>
 #include <initializer_list>
+#include <span>
 
 #include "qvlib60/core.h"
 
@@ -54,9 +55,11 @@ bool sharesSeries(const QvArray& out, const QvBars& bars) noexcept;
 // output is left alone and the count is the input's size.
 int prepareOutputInPlace(const QvArray* in, QvArray* out) noexcept;
 
-// The same for a calculation that writes every item from its first valid index on, which goes to *first
-// (firstValidOf the input). Only the other items are cleared: to clear a long series that is overwritten
-// at once takes a third of the time of a moving sum.
+// The same for a calculation that writes every item from *first on, which becomes firstValidOf(start,
+// inputs). Only the other items are cleared: to clear a long series that is overwritten at once takes a third
+// of the time of a moving sum. The second form is that of one series where the output may be the input.
+int prepareOverwritten(std::span<const BarInput> bars, std::span<const QvArray* const> inputs,
+                       std::span<QvArray* const> outputs, int start, int* first) noexcept;
 int prepareOverwritten(const QvArray* in, QvArray* out, int start, int* first) noexcept;
 
 inline bool sharesBlock(const QvArray* a, const QvArray* b) noexcept {
@@ -64,7 +67,10 @@ inline bool sharesBlock(const QvArray* a, const QvArray* b) noexcept {
 }
 
 // The largest of start (below 0 counts as 0) and the series' first valid indices.
-int firstValidOf(int start, std::initializer_list<const QvArray*> arrays) noexcept;
+int firstValidOf(int start, std::span<const QvArray* const> arrays) noexcept;
+inline int firstValidOf(int start, std::initializer_list<const QvArray*> arrays) noexcept {
+  return firstValidOf(start, std::span(arrays.begin(), arrays.size()));
+}
 
 // Allocates n zeroed items in each array; at the first failure frees those already taken and
 // returns -3.

@@ -4,7 +4,9 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
 #include <type_traits>
+#include <utility>
 
 namespace qv::memory {
 
@@ -21,7 +23,7 @@ void failAllocation(long k) noexcept;
 long liveBlocks() noexcept;
 #endif
 
-// A zeroed block of plain items that frees itself. Test ok() after construction.
+// A zeroed block of plain items that frees itself. Test ok() after construction, also that of a copy.
 template <typename T>
 class Buffer {
   static_assert(std::is_trivially_copyable_v<T>);
@@ -31,8 +33,18 @@ class Buffer {
   explicit Buffer(std::size_t count) noexcept
       : items_(static_cast<T*>(allocateZeroed(count, sizeof(T)))), count_(items_ ? count : 0) {}
   ~Buffer() { release(items_); }
-  Buffer(const Buffer&) = delete;
-  Buffer& operator=(const Buffer&) = delete;
+  Buffer(const Buffer& other) noexcept
+      : items_(other.items_ ? static_cast<T*>(allocateZeroed(other.count_, sizeof(T))) : nullptr),
+        count_(items_ ? other.count_ : 0) {
+    if (count_ > 0) std::memcpy(items_, other.items_, count_ * sizeof(T));
+  }
+  Buffer(Buffer&& other) noexcept
+      : items_(std::exchange(other.items_, nullptr)), count_(std::exchange(other.count_, 0)) {}
+  Buffer& operator=(Buffer other) noexcept {
+    std::swap(items_, other.items_);
+    std::swap(count_, other.count_);
+    return *this;
+  }
 
   bool ok() const noexcept { return items_ != nullptr; }
   T* data() noexcept { return items_; }

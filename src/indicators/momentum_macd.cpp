@@ -3,10 +3,10 @@
 #include <algorithm>
 
 #include "core/calculation.h"
-#include "kernels/guarded.h"
 #include "core/numbers.h"
-#include "indicators/average_methods.h"
+#include "indicators/averages.h"
 #include "indicators/crossing.h"
+#include "kernels/guarded.h"
 #include "qvlib60/indicators/averages.h"
 #include "qvlib60/indicators/momentum.h"
 

@@ -3,11 +3,11 @@
 #include <algorithm>
 
 #include "core/calculation.h"
-#include "kernels/guarded.h"
 #include "core/numbers.h"
-#include "kernels/window.h"
-#include "indicators/average_methods.h"
+#include "indicators/averages.h"
 #include "indicators/bar_ranges.h"
+#include "kernels/guarded.h"
+#include "kernels/window.h"
 #include "qvlib60/indicators/averages.h"
 #include "qvlib60/indicators/stochastics.h"
 

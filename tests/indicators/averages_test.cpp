@@ -153,11 +153,11 @@ TEST_F(Averages, T3) {
   expectGives(qvT3(&in, &out, 3, 0, 2, 0), out, {8, 10, 8}, 0);
   expectGives(qvT3(&in, &out, 3, 0, INT_MIN, 0), out, {8, 12, 6}, 0);
   expectGives(qvT3(&in, &out, 3, 0, INT_MAX, 0), out, {8, 8, 8}, 0);  // only the seed is left
-  ASSERT_EQ(qvT3(&walk, out.fresh(), 6, 0.7, 1, 4), 0);               // the passes run abreast
+  ASSERT_EQ(qvT3(&walk, out.fresh(), 6, 0.7, 1, 4), 0);
   for (int passes = 2; passes <= 7; ++passes) {
     const Array last(out.items(), 4);
     ASSERT_EQ(qvT3(&last, &out, 6, 0.7, 1, 0), 0);
-    expectGives(qvT3(&walk, &second, 6, 0.7, passes, 4), second, out.items(), 4);
+    expectNear(qvT3(&walk, &second, 6, 0.7, passes, 4), second, out.items(), 4);
   }
 }
 

@@ -1,0 +1,146 @@
+// Averages and sums over a window of the last p items, and any average by its method.
+#pragma once
+
+#include <numeric>
+#include <variant>
+
+#include "indicators/adaptive.h"
+#include "indicators/exponential.h"
+#include "kernels/moments.h"
+
+namespace qv {
+
+inline constexpr int kAverageMethods = 8;
+
+// For calculations that hand a method on and refuse a wrong one before they write anything.
+constexpr bool isAverageMethod(int method) noexcept {
+  return method >= 0 && method < kAverageMethods;
+}
+
+namespace chain {
+
+// The sum. The last item is written in any case: where no window fits it is the sum of the items that exist,
+// of the mean a part of them.
+class MovingSum {
+ public:
+  static constexpr int kInputs = 1, kOutputs = 1;
+  static constexpr bool kInPlace = true;
+
+  explicit MovingSum(int period) noexcept : window_(period) {}
+  bool ok() const noexcept { return window_.ok(); }
+  int lead() const noexcept { return window_.lead(); }
+  void run(Inputs<1> in, int count, Outputs<1> out) noexcept { window_.run(in, count, out); }
+  void endShort(int, Outputs<1> last) const noexcept {
+    const auto items = window_.itemsSoFar();
+    *last[0] = std::accumulate(items.rbegin(), items.rend(), 0.0);
+  }
+
+ private:
+  Sliding<Sums<1>> window_;
+};
+
+class SimpleMA {
+ public:
+  static constexpr int kInputs = 1, kOutputs = 1;
+  static constexpr bool kInPlace = true;
+
+  explicit SimpleMA(int period) noexcept : period_(period), window_(period, Means<1>(period)) {}
+  bool ok() const noexcept { return window_.ok(); }
+  int lead() const noexcept { return window_.lead(); }
+  void run(Inputs<1> in, int count, Outputs<1> out) noexcept { window_.run(in, count, out); }
+  void endShort(int, Outputs<1> last) const noexcept {
+    const auto items = window_.itemsSoFar();
+    *last[0] = std::accumulate(items.rbegin(), items.rend(), 0.0) / period_;
+  }
+
+ private:
+  int period_;
+  Sliding<Means<1>> window_;
+};
+
+// Linear weights, the newest item the heaviest.
+class WeightedMA {
+ public:
+  static constexpr int kInputs = 1, kOutputs = 1;
+
+  explicit WeightedMA(int period) noexcept : window_(period, WeightedMean(period)) {}
+  bool ok() const noexcept { return window_.ok(); }
+  int lead() const noexcept { return window_.lead(); }
+  void run(Inputs<1> in, int count, Outputs<1> out) noexcept { window_.run(in, count, out); }
+
+ private:
+  Sliding<WeightedMean> window_;
+};
+
+// The least-squares line's value one bar on: a forecast by design.
+class LstSqrMA {
+ public:
+  static constexpr int kInputs = 1, kOutputs = 1;
+
+  explicit LstSqrMA(int period) noexcept : window_(period, Forecast(period)) {}
+  bool ok() const noexcept { return window_.ok(); }
+  int lead() const noexcept { return window_.lead(); }
+  void run(Inputs<1> in, int count, Outputs<1> out) noexcept { window_.run(in, count, out); }
+
+ private:
+  Sliding<Forecast> window_;
+};
+
+// The mean of means: of (p + 1) / 2 items twice when p is odd, of p / 2 and p / 2 + 1 when it is even.
+class TriangularMA {
+ public:
+  static constexpr int kInputs = 1, kOutputs = 1;
+
+  explicit TriangularMA(int period) noexcept
+      : means_(period - period / 2), meansOfMeans_(means_.lead(), period / 2 + 1) {}
+  bool ok() const noexcept { return means_.ok() && meansOfMeans_.ok(); }
+  int lead() const noexcept { return meansOfMeans_.lead(); }
+  void run(Inputs<1> in, int count, Outputs<1> out) noexcept {
+    Tile means;
+    means_.run(in, count, {means});
+    meansOfMeans_.run({means}, count, out);
+  }
+  void endShort(int items, Outputs<1> last) const noexcept { meansOfMeans_.endShort(items, last); }
+
+ private:
+  SimpleMA means_;
+  After<SimpleMA> meansOfMeans_;
+};
+
+// Any of the averages by its method.
+class MovingAverage {
+ public:
+  static constexpr int kInputs = 1, kOutputs = 1;
+
+  MovingAverage(int method, int period) noexcept : average_(of(method, period)) {}
+  bool ok() const noexcept {
+    return std::visit([](const auto& average) { return isOk(average); }, average_);
+  }
+  int lead() const noexcept {
+    return std::visit([](const auto& average) { return average.lead(); }, average_);
+  }
+  void run(Inputs<1> in, int count, Outputs<1> out) noexcept {
+    std::visit([&](auto& average) { average.run(in, count, out); }, average_);
+  }
+  void endShort(int items, Outputs<1> last) const noexcept {
+    const auto end = [&](const auto& average) {
+      if constexpr (requires { average.endShort(items, last); })
+        if (items <= average.lead()) average.endShort(items, last);
+    };
+    std::visit(end, average_);
+  }
+
+ private:
+  using Any =
+      std::variant<ExpMA, LstSqrMA, SimpleMA, WeightedMA, WellesMA, TriangularMA, VariableMA, ZeroLagExpMA>;
+  template <std::size_t kMethod = 0>
+  static Any of(int method, int period) noexcept {
+    if constexpr (kMethod + 1 < std::variant_size_v<Any>)
+      if (method != static_cast<int>(kMethod)) return of<kMethod + 1>(method, period);
+    return Any(std::in_place_index<kMethod>, period);
+  }
+  Any average_;
+};
+
+}  // namespace chain
+}  // namespace qv

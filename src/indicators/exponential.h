@@ -1,0 +1,212 @@
+// Averages with an unlimited memory: every bar moves the average by a share of its distance from the new
+// value. Exponential, double and triple exponential, generalised double smoothing, zero lag, and Wilder's
+// smoothing.
+#pragma once
+
+#include "kernels/recurrence.h"
+
+namespace qv {
+
+// The share of a new value in an average over so many bars.
+constexpr double shareOf(double period) noexcept {
+  return 2.0 / (period + 1.0);
+}
+// Refuses a not-a-number too.
+constexpr bool isPeriod(double period) noexcept {
+  return period >= 1.0;
+}
+
+namespace chain {
+
+class ExpMA {
+ public:
+  static constexpr int kInputs = 1, kOutputs = 1;
+  static constexpr bool kInPlace = true;
+
+  explicit ExpMA(double period) noexcept : average_(shareOf(period)) {}
+  int lead() const noexcept { return 0; }
+  void run(Inputs<1> in, int count, Outputs<1> out) noexcept { average_.run(in, count, out); }
+
+ private:
+  Exponential average_;
+};
+
+// The seed stands one bar before the first valid index.
+class DEMA {
+ public:
+  static constexpr int kInputs = 1, kOutputs = 1;
+
+  explicit DEMA(double period) noexcept
+      : origin_(shareOf(period)), first_(shareOf(period)), second_(shareOf(period)) {}
+  int lead() const noexcept { return 1; }
+  void run(Inputs<1> in, int count, Outputs<1> out) noexcept {
+    origin_.over(
+        in[0], count,
+        [&](int at, int items) {
+          const double from = origin_.value();
+          first_.runTwo(second_, in[0] + at, items, out[0] + at, from,
+                        [from](auto e1, auto e2) QV_LAMBDA { return from + (2.0 * e1 - e2); });
+        },
+        first_, second_);
+  }
+
+ private:
+  Origin origin_;
+  Distance first_, second_;
+};
+
+class TEMA {
+ public:
+  static constexpr int kInputs = 1, kOutputs = 1;
+
+  explicit TEMA(double period) noexcept
+      : origin_(shareOf(period)),
+        first_(shareOf(period)),
+        second_(shareOf(period)),
+        third_(shareOf(period)) {}
+  int lead() const noexcept { return 1; }
+  void run(Inputs<1> in, int count, Outputs<1> out) noexcept {
+    origin_.over(
+        in[0], count, [&](int at, int items) { relative(in[0] + at, items, out[0] + at); }, first_, second_,
+        third_);
+  }
+
+ private:
+  void relative(const double* x, int count, double* out) noexcept {
+    const double from = origin_.value();
+    Tile e1, e2, e3;
+    first_.run(x, count, e1, from);
+    second_.run(e1, count, e2);
+    third_.run(e2, count, e3);
+    map(
+        count, out, [from](double a, double b, double c) { return from + (3.0 * a - 3.0 * b + c); }, e1, e2,
+        e3);
+  }
+
+  Origin origin_;
+  Distance first_, second_, third_;
+};
+
+// Generalised double smoothing, pass after pass. With factor 0 a pass is the exponential average, with factor
+// 1 the double exponential one.
+class T3 {
+ public:
+  static constexpr int kInputs = 1, kOutputs = 1;
+
+  T3(double period, double volumeFactor, int passes)
+  noexcept
+      : factor_(volumeFactor > 0.0 ? std::min(volumeFactor, 1.0) : 0.0),
+        origin_(shareOf(period)),
+        passes_{static_cast<std::size_t>(std::clamp(passes, 1, kMostPasses))} {
+    if (ok())
+      std::fill_n(passes_.data(), passes_.count(),
+                  Pass{Distance(shareOf(period)), Distance(shareOf(period))});
+  }
+  bool ok() const noexcept { return passes_.ok(); }
+  int lead() const noexcept { return 0; }
+  void run(Inputs<1> in, int count, Outputs<1> out) noexcept {
+    if (!ok()) return;
+    origin_.over(
+        in[0], count, [&](int at, int items) { relative(in[0] + at, items, out[0] + at); }, *this);
+  }
+  void shift(double more) noexcept {
+    for (std::size_t k = 0; k < passes_.count(); ++k) {
+      passes_[k].first.shift(more);
+      passes_[k].second.shift(more);
+    }
+  }
+
+ private:
+  // Far above any use; a wild number of passes must not keep the caller waiting for days.
+  static constexpr int kMostPasses = 10000;
+  struct Pass {
+    Distance first, second;
+  };
+
+  void relative(const double* x, int count, double* out) noexcept {
+    const double near = 1.0 + factor_, far = factor_, from = origin_.value();
+    for (std::size_t k = 0; k < passes_.count(); ++k) {
+      const auto pass = [&](auto leave) QV_LAMBDA {
+        passes_[k].first.runTwo(passes_[k].second, k == 0 ? x : out, count, out, k == 0 ? from : 0.0, leave);
+      };
+      if (k + 1 < passes_.count())
+        pass([=](auto e1, auto e2) QV_LAMBDA { return near * e1 - far * e2; });
+      else
+        pass([=](auto e1, auto e2) QV_LAMBDA { return from + (near * e1 - far * e2); });
+    }
+  }
+
+  double factor_;
+  Origin origin_;
+  memory::Buffer<Pass> passes_;
+};
+
+// Takes out of each bar what it moved in the last half of the period, before it is averaged.
+class ZeroLagExpMA {
+ public:
+  static constexpr int kInputs = 1, kOutputs = 1;
+
+  explicit ZeroLagExpMA(double period) noexcept
+      : lag_(truncatedInt(std::max(1.0, (period - 1.0) / 2.0))), average_(lag_.lead() - 1, shareOf(period)) {}
+  bool ok() const noexcept { return lag_.ok(); }
+  int lead() const noexcept { return average_.lead(); }
+  void run(Inputs<1> in, int count, Outputs<1> out) noexcept {
+    const double* x = in[0];
+    if (!begun_) seed_ = x[0];
+    begun_ = true;
+    for (int at = 0; at < count; at += kTile) {
+      Tile ahead;
+      const int items = std::min(kTile, count - at);
+      const int none = lag_.over(x + at, items, [&](int from, int some, const double* before) {
+        map(
+            some, ahead + from, [](double now, double then) { return 2.0 * now - then; }, x + at + from,
+            before);
+      });
+      std::fill_n(ahead, none, seed_);
+      average_.run({ahead}, items, {out[0] + at});
+    }
+  }
+
+ private:
+  Delay lag_;
+  After<Exponential> average_;
+  double seed_ = 0.0;
+  bool begun_ = false;
+};
+
+// Wilder's average and sum. A series that is too short leaves the average or sum of what there is.
+class WellesMA {
+ public:
+  static constexpr int kInputs = 1, kOutputs = 1;
+  static constexpr bool kInPlace = true;
+
+  explicit WellesMA(int period) noexcept : period_(period), average_(period) {}
+  int lead() const noexcept { return average_.lead(); }
+  void run(Inputs<1> in, int count, Outputs<1> out) noexcept { average_.run(in, count, out); }
+  void endShort(int items, Outputs<1> last) const noexcept {
+    if (items > 0) *last[0] = average_.sumSoFar() / period_;
+  }
+
+ private:
+  int period_;
+  WilderMean average_;
+};
+
+class WellesSum {
+ public:
+  static constexpr int kInputs = 1, kOutputs = 1;
+  static constexpr bool kInPlace = true;
+
+  explicit WellesSum(int period) noexcept : sum_(period) {}
+  int lead() const noexcept { return sum_.lead(); }
+  void run(Inputs<1> in, int count, Outputs<1> out) noexcept { sum_.run(in, count, out); }
+  void endShort(int items, Outputs<1> last) const noexcept {
+    if (items > 0) *last[0] = sum_.sumSoFar();
+  }
+
+ private:
+  WilderSum sum_;
+};
+
+}  // namespace chain
+}  // namespace qv

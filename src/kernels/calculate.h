@@ -1,0 +1,123 @@
+// How a calculation is written and run.
+//
+// A calculation is a class in the namespace qv::chain, named like its exported function (chain::RSI is
+// qvRSI), so that whatever runs it - the exported function over whole series, an update bar by bar - opens
+// the same class. It is built from its parameters alone and chains stages (kernels/tiles.h):
+//
+//   static constexpr unsigned kSeries         the series of a bar set that it reads (Series); left out: none
+//   static constexpr int kInputs, kOutputs    inputs are the bar set's series in the order date, open, high,
+//                                             low, close, volume, open interest, then single series
+//   static constexpr bool kInPlace = true     where the one output may be the one input; else left out
+//   Name(parameters...)
+//   bool ok() const                           that of its stages; left out where none takes memory
+//   int lead() const, or lead(output)         items that pass before the first value: stages know theirs
+//   void run(Inputs<kInputs>, int count, Outputs<kOutputs>)
+//                                             up to a tile of items; 0.0 for those below the lead
+//   void endShort(int items, Outputs<kOutputs> last) const
+//                                             what a series of so many items (0 and up), which ends below a
+//                                             lead, leaves in its last item; left out where that is nothing
+#pragma once
+
+#include <bit>
+#include <climits>
+
+#include "core/calculation.h"
+#include "kernels/tiles.h"
+
+namespace qv {
+
+// body(at, count) for the items from .. end - 1, a tile at a time.
+template <typename Body>
+QV_INLINE void overTiles(int from, int end, Body body) noexcept {
+  for (int at = from; at < end; at += std::min(kTile, end - at)) body(at, std::min(kTile, end - at));
+}
+
+template <typename Chain>
+inline constexpr unsigned kSeriesOf = [] {
+  if constexpr (requires { Chain::kSeries; })
+    return Chain::kSeries;
+  else
+    return 0u;
+}();
+template <typename Chain>
+inline constexpr std::size_t kArraysOf = static_cast<std::size_t>(Chain::kInputs -
+                                                                  std::popcount(kSeriesOf<Chain>));
+template <typename Chain>
+using ArraysOf = std::array<const QvArray*, kArraysOf<Chain>>;
+template <typename Chain>
+using ResultsOf = std::array<QvArray*, static_cast<std::size_t>(Chain::kOutputs)>;
+
+// The bars that a calculation runs over: from the first that all its inputs have, but not before start, up to
+// the last or, where given, to end - 1.
+struct Stretch {
+  int start, end = INT_MAX;
+  Stretch(int first) noexcept : start(first) {}
+  Stretch(int first, int beyond) noexcept : start(first), end(beyond) {}
+};
+
+// Runs a chain over items s .. n - 1 of its series, whose blocks are given. 0 or -3.
+template <typename Chain>
+int runChain(Chain& chain, const Inputs<Chain::kInputs>& in, const Outputs<Chain::kOutputs>& out, int s,
+             int n) noexcept {
+  overTiles(s, n, [&](int at, int count) {
+    if constexpr (requires { Chain::kInPlace; }) {
+      if (in[0] == out[0]) {
+        Tile items;
+        std::copy_n(in[0] + at, count, items);
+        return chain.run({items}, count, {out[0] + at});
+      }
+    }
+    chain.run(advanced(in, at), count, advanced(out, at));
+  });
+  if (!isOk(chain)) return QV_MALLOC;
+  if constexpr (requires { chain.endShort(0, out); }) {
+    const int items = std::max(0, n - s);
+    int lead = 0;
+    for (int k = 0; k < Chain::kOutputs; ++k) lead = std::max(lead, leadOf(chain, k));
+    if (items <= lead) chain.endShort(items, advanced(out, n - 1));
+  }
+  return QV_OK;
+}
+
+// The body of an exported function that has checked its parameters: entry step, chain, first valid indices.
+template <typename Chain, typename... Parameters>
+int calculate(const QvBars* bars, const ArraysOf<Chain>& arrays, const ResultsOf<Chain>& results,
+              Stretch stretch, Parameters... parameters) noexcept {
+  constexpr unsigned kSeries = kSeriesOf<Chain>;
+  const BarInput set{bars, kSeries};
+  int s, n;
+  if constexpr (requires { Chain::kInPlace; })
+    n = prepareOverwritten(arrays[0], results[0], stretch.start, &s);
+  else
+    n = prepareOverwritten({&set, kSeries ? 1u : 0u}, arrays, results, stretch.start, &s);
+  if (n < 1) return n;
+
+  Inputs<Chain::kInputs> in;
+  std::size_t input = 0;
+  for (int k = 0; k < kSeriesCount; ++k)
+    if (kSeries & (1u << k)) in[input++] = seriesOf(*bars, k).data;
+  for (const QvArray* array : arrays) in[input++] = array->data;
+  Outputs<Chain::kOutputs> out;
+  for (std::size_t k = 0; k < results.size(); ++k) out[k] = results[k]->data;
+
+  const int end = std::min(n, stretch.end);
+  for (double* y : out)
+    if (const int from = std::max(s, end); from < n) std::fill(y + from, y + n, 0.0);
+  Chain chain(parameters...);
+  if (const int status = runChain(chain, in, out, s, end)) return status;
+  for (int k = 0; k < Chain::kOutputs; ++k)
+    qvSetFirstValid(results[static_cast<std::size_t>(k)], saturatingSum(s, leadOf(chain, k)));
+  return QV_OK;
+}
+template <typename Chain, typename... Parameters>
+int calculate(const QvBars* bars, const ResultsOf<Chain>& results, Stretch stretch,
+              Parameters... parameters) noexcept {
+  return calculate<Chain>(bars, ArraysOf<Chain>{}, results, stretch, parameters...);
+}
+template <typename Chain, typename... Parameters>
+int calculate(const ArraysOf<Chain>& arrays, const ResultsOf<Chain>& results, Stretch stretch,
+              Parameters... parameters) noexcept {
+  return calculate<Chain>(nullptr, arrays, results, stretch, parameters...);
+}
+
+}  // namespace qv

@@ -1,0 +1,115 @@
+// Two neighbouring bars side by side, and loops that are compiled for several instruction sets.
+//
+// Formulas that are written for any Number take a double or two of them (Two); all operations are the
+// processor's own for each item, so that one item, two or four at a time give the same bits. The compiler
+// knows vector types on every processor and takes them apart where there is no register for them.
+#pragma once
+
+#include <array>
+#include <cmath>
+#include <cstddef>
+#include <limits>
+
+#if defined(__SSE2__)
+#include <emmintrin.h>
+#endif
+
+namespace qv {
+
+#define QV_INLINE inline __attribute__((always_inline))
+#define QV_LAMBDA __attribute__((always_inline))  // behind the parameters of a lambda
+
+typedef double Two __attribute__((vector_size(16)));
+typedef double TwoAnywhere __attribute__((vector_size(16), aligned(8), may_alias));
+
+inline constexpr double kInfinity = std::numeric_limits<double>::infinity();
+
+QV_INLINE Two loadTwo(const double* p) noexcept {
+  return *reinterpret_cast<const TwoAnywhere*>(p);
+}
+QV_INLINE void storeTwo(double* p, Two v) noexcept {
+  *reinterpret_cast<TwoAnywhere*>(p) = v;
+}
+QV_INLINE Two twice(double d) noexcept {
+  return Two{d, d};
+}
+// The last item of a and the first of b: b, one bar earlier.
+QV_INLINE Two oneBack(Two a, Two b) noexcept {
+  return __builtin_shufflevector(a, b, 1, 2);
+}
+
+template <typename Number>
+QV_INLINE Number all(double d) noexcept {
+  return Number{} + d;
+}
+template <>
+QV_INLINE Two all<Two>(double d) noexcept {
+  return twice(d);
+}
+template <>
+QV_INLINE double all<double>(double d) noexcept {
+  return d;
+}
+
+QV_INLINE double root(double x) noexcept {
+  return std::sqrt(x);
+}
+QV_INLINE Two root(Two x) noexcept {
+#if defined(__SSE2__)
+  return (Two)_mm_sqrt_pd((__m128d)x);
+#else
+  return Two{std::sqrt(x[0]), std::sqrt(x[1])};
+#endif
+}
+// The larger one, b where they are equal or a is no number; b only where it is a number.
+template <typename Number>
+QV_INLINE Number larger(Number a, Number b) noexcept {
+  return a > b ? a : b;
+}
+// Not below zero; a number that is none stays.
+template <typename Number>
+QV_INLINE Number notNegative(Number x) noexcept {
+  return x < all<Number>(0.0) ? all<Number>(0.0) : x;
+}
+template <typename Number>
+QV_INLINE Number magnitude(Number x) noexcept {
+  return x < all<Number>(0.0) ? -x : x;
+}
+
+// f(j) for j = 0 .. count - 1, as vector code of the widest registers that the machine has. f is a formula
+// of item j alone, which may overwrite an item that it reads. On Windows the wide form is left out: the
+// compiler aligns the stack there to less than its registers need.
+#if (defined(__x86_64__) || defined(__i386__)) && !defined(_WIN32) && !defined(__AVX2__)
+#define QV_WIDE_LOOPS 1
+#else
+#define QV_WIDE_LOOPS 0
+#endif
+
+// Whether loops run in the wide form; the results are the same. Found out when the library is loaded; tests
+// set it to compare the forms.
+extern bool wideLoops;
+
+#if defined(__clang__)
+#define QV_INDEPENDENT _Pragma("clang loop vectorize(assume_safety) interleave(enable)")
+#else
+#define QV_INDEPENDENT _Pragma("GCC ivdep")
+#endif
+
+#if QV_WIDE_LOOPS
+template <typename F>
+[[gnu::target("avx2"), gnu::noinline]] void eachWide(int count, F f) noexcept {
+  QV_INDEPENDENT
+  for (int j = 0; j < count; ++j) f(j);
+}
+#endif
+
+template <typename F>
+QV_INLINE void each(int count, F f) noexcept {
+#if QV_WIDE_LOOPS
+  if (wideLoops) return eachWide(count, f);
+#endif
+  QV_INDEPENDENT
+  for (int j = 0; j < count; ++j) f(j);
+}
+
+}  // namespace qv

@@ -1,0 +1,154 @@
+// Sums and averages over a window.
+#pragma once
+
+#include "kernels/sliding.h"
+
+namespace qv {
+
+// Statistics that add up their terms.
+struct Adding {
+  static constexpr double kNone = 0.0;
+
+  template <typename Rows>
+  static QV_INLINE Rows join(const Rows& a, const Rows& b) noexcept {
+    Rows sum;
+    for (std::size_t r = 0; r < a.size(); ++r) sum[r] = a[r] + b[r];
+    return sum;
+  }
+  template <typename Rows>
+  static QV_INLINE Rows combine(const Rows& suffix, const Rows& prefix) noexcept {
+    return join(suffix, prefix);
+  }
+  template <typename Rows>
+  static QV_INLINE const Rows& numbers(const Rows& terms) noexcept {
+    return terms;
+  }
+  template <typename Rows>
+  static QV_INLINE const Rows& begunWith(const Rows&, const Rows& rows) noexcept {
+    return rows;
+  }
+};
+
+// The same with the rounding errors summed beside, a second row for each. Where the anchor stands apart from
+// the rest of its window, the squares about the mean are a p-th of those about the anchor, and the errors of
+// p plain additions would show p times over. Sums that overflow stay as they are: their error is no number.
+template <typename Statistic>
+struct CorrectedSums : Adding {
+  static constexpr int kTerms = Statistic::kRows;
+  static constexpr int kInputs = Statistic::kInputs, kRows = 2 * kTerms, kOutputs = Statistic::kOutputs;
+  Statistic plain;
+
+  explicit CorrectedSums(const Statistic& statistic) noexcept : plain(statistic) {}
+  template <typename Items, typename Number>
+  QV_INLINE Group<Number, kRows> terms(const Items& x, const Items& anchors, Number k) const noexcept {
+    Group<Number, kRows> rows{};
+    const auto terms = plain.terms(x, anchors, k);
+    for (int t = 0; t < kTerms; ++t) rows[t] = terms[t];
+    return rows;
+  }
+  template <typename Rows>
+  static QV_INLINE Rows join(const Rows& a, const Rows& b) noexcept {
+    Rows rows;
+    for (int t = 0; t < kTerms; ++t) {
+      const auto sum = a[t] + b[t], taken = sum - a[t];
+      rows[t] = sum;
+      rows[kTerms + t] = (a[kTerms + t] + b[kTerms + t]) + ((a[t] - (sum - taken)) + (b[t] - taken));
+    }
+    return rows;
+  }
+  template <typename Rows>
+  static QV_INLINE Rows combine(const Rows& suffix, const Rows& prefix) noexcept {
+    return join(suffix, prefix);
+  }
+  template <typename Number, typename Items>
+  QV_INLINE auto finish(const Group<Number, kRows>& rows, const Items& anchors, Number k,
+                        const Items& x) const noexcept {
+    Group<Number, kTerms> sums;
+    for (int t = 0; t < kTerms; ++t) {
+      const Number error = rows[kTerms + t];
+      sums[t] = magnitude(error) < all<Number>(kInfinity) ? rows[t] + error : rows[t];
+    }
+    return plain.finish(sums, anchors, k, x);
+  }
+};
+
+// The sums of one or several series.
+template <int kSeries>
+struct Sums : Adding {
+  using Corrected = CorrectedSums<Sums>;
+  static constexpr int kInputs = kSeries, kRows = kSeries, kOutputs = kSeries;
+
+  template <typename Items, typename Number>
+  QV_INLINE Items terms(const Items& x, const Items&, Number) const noexcept {
+    return x;
+  }
+  template <typename Rows, typename Items, typename Number>
+  QV_INLINE Rows finish(const Rows& sums, const Items&, Number, const Items&) const noexcept {
+    return sums;
+  }
+};
+
+// Their means. Of equal items exactly these: the sums are of distances from the anchor.
+template <int kSeries>
+struct Means : Adding {
+  using Corrected = CorrectedSums<Means>;
+  static constexpr int kInputs = kSeries, kRows = kSeries, kOutputs = kSeries;
+  double perItem;
+
+  explicit Means(int period) noexcept : perItem(1.0 / period) {}
+  template <typename Items, typename Number>
+  QV_INLINE Items terms(const Items& x, const Items& anchors, Number) const noexcept {
+    Items distances;
+    for (std::size_t s = 0; s < x.size(); ++s) distances[s] = x[s] - anchors[s];
+    return distances;
+  }
+  template <typename Rows, typename Items, typename Number>
+  QV_INLINE Rows finish(const Rows& sums, const Items& anchors, Number, const Items&) const noexcept {
+    Rows means;
+    for (std::size_t s = 0; s < sums.size(); ++s) means[s] = anchors[s] + sums[s] * perItem;
+    return means;
+  }
+};
+
+// Of distances from the anchor, plain and times the number of items that the anchor is away.
+struct Distances : Adding {
+  static constexpr int kInputs = 1, kRows = 2;
+
+  template <typename Items, typename Number>
+  QV_INLINE Group<Number, 2> terms(const Items& x, const Items& anchors, Number k) const noexcept {
+    const Number distance = x[0] - anchors[0];
+    return {distance, distance * k};
+  }
+};
+
+// Weights 1 (oldest) .. p (newest): in the window that ends at k the item at j weighs j - k + p.
+struct WeightedMean : Distances {
+  using Corrected = CorrectedSums<WeightedMean>;
+  static constexpr int kOutputs = 1;
+  double items, perWeight;
+
+  explicit WeightedMean(double period) noexcept : items(period), perWeight(2.0 / (period * (period + 1.0))) {}
+  template <typename Number, typename Items>
+  QV_INLINE Group<Number, 1> finish(const Group<Number, 2>& sums, const Items& anchors, Number k,
+                                    const Items&) const noexcept {
+    return {anchors[0] + (sums[1] - (k - items) * sums[0]) * perWeight};
+  }
+};
+
+// The mean of the first series weighed by the second; 0.0 where the weights add up to nothing.
+struct MeanByWeight : Adding {
+  static constexpr int kInputs = 2, kRows = 2, kOutputs = 1;
+
+  template <typename Items, typename Number>
+  QV_INLINE Group<Number, 2> terms(const Items& x, const Items& anchors, Number) const noexcept {
+    return {(x[0] - anchors[0]) * x[1], x[1]};
+  }
+  template <typename Number, typename Items>
+  QV_INLINE Group<Number, 1> finish(const Group<Number, 2>& sums, const Items& anchors, Number,
+                                    const Items&) const noexcept {
+    const Number mean = anchors[0] + sums[0] / sums[1], none = all<Number>(0.0);
+    return {sums[1] == none ? none : mean};
+  }
+};
+
+}  // namespace qv
