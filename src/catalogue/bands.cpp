@@ -9,7 +9,7 @@ constexpr const char kWidner[] =
     "Mel Widner, Signaling Change with Projection Bands, Technical Analysis of Stocks & Commodities, 1995";
 
 // Without the argument that the function does not read.
-int ichimoku(const QvBars* bars, QvArray* conversion, QvArray* base, QvArray* spanA, QvArray* spanB,
+int QVCALL ichimoku(const QvBars* bars, QvArray* conversion, QvArray* base, QvArray* spanA, QvArray* spanB,
              QvArray* lagging, int p1, int p2, int p3, int shift, int start) noexcept {
   return qvIchimokuKinkoHyo(bars, conversion, base, spanA, spanB, lagging, p1, p2, p3, shift, 0, start);
 }

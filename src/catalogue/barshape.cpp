@@ -5,7 +5,7 @@
 namespace qv::catalogue {
 namespace {
 
-int deTrend(const QvArray* in, QvArray* out, int start) noexcept {
+int QVCALL deTrend(const QvArray* in, QvArray* out, int start) noexcept {
   return qvDeTrend(in, out, start, INT32_MAX);
 }
 

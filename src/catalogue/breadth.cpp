@@ -19,7 +19,7 @@ std::int64_t mcClellanSettles(const History& h) noexcept {
   return h.exponential(std::max(h.values[0], h.values[1]), 1, 10);
 }
 
-int armsIdx(const QvArray* adv, const QvArray* dec, const QvArray* advVol, const QvArray* decVol,
+int QVCALL armsIdx(const QvArray* adv, const QvArray* dec, const QvArray* advVol, const QvArray* decVol,
             QvArray* out, int start) noexcept {
   return qvArmsIdx(adv, dec, advVol, decVol, out, start, INT32_MAX);
 }

@@ -15,22 +15,22 @@ int statusOf(int count) noexcept {
   return count > 0 ? QV_OK : count;
 }
 
-int formation(const QvBars* bars, QvArray* out, int which, int start) noexcept {
+int QVCALL formation(const QvBars* bars, QvArray* out, int which, int start) noexcept {
   const bool known = which >= 0 && which < int{kFormations.size()};
   return known ? statusOf(qvFormationFill(bars, out, kFormations[static_cast<std::size_t>(which)], start,
                                           INT32_MAX))
                : QV_INVALID_PARM;
 }
 
-int crossOver(const QvArray* a, const QvArray* b, QvArray* out, int start) noexcept {
+int QVCALL crossOver(const QvArray* a, const QvArray* b, QvArray* out, int start) noexcept {
   return statusOf(qvCrossOverFill(a, b, out, start, INT32_MAX));
 }
 
-int turn(const QvArray* in, QvArray* out, int start) noexcept {
+int QVCALL turn(const QvArray* in, QvArray* out, int start) noexcept {
   return statusOf(qvTurnFill(in, out, start, INT32_MAX));
 }
 
-int candle(const QvBars* bars, QvArray* out, int which, int start) noexcept {
+int QVCALL candle(const QvBars* bars, QvArray* out, int which, int start) noexcept {
   if (which < 0 || which >= int{candlePatterns.size()}) return QV_INVALID_PARM;
   QvCandles candles{};
   if (const int status = qvCandleConstruct(bars, &candles)) return status;

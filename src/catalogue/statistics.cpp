@@ -7,7 +7,7 @@ namespace {
 
 constexpr std::array<QvCatalogueInput, 4> kPair = {{{"a", QV_SERIES_CLOSE, 0}, {"b", 0, 0}}};
 
-int regressionLine(const QvArray* in, QvArray* slope, QvArray* intercept, int p, int start) noexcept {
+int QVCALL regressionLine(const QvArray* in, QvArray* slope, QvArray* intercept, int p, int start) noexcept {
   return qvRegressionLineMv(in, slope, intercept, p, start, INT32_MAX);
 }
 

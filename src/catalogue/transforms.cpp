@@ -5,13 +5,13 @@
 namespace qv::catalogue {
 namespace {
 
-int strength(const QvBars* bars1, const QvBars* bars2, QvArray* out, double date, int) noexcept {
+int QVCALL strength(const QvBars* bars1, const QvBars* bars2, QvArray* out, double date, int) noexcept {
   return qvCompStrength(bars1, bars2, out, date);
 }
-int performance(const QvBars* bars1, const QvBars* bars2, QvArray* out, double date, int) noexcept {
+int QVCALL performance(const QvBars* bars1, const QvBars* bars2, QvArray* out, double date, int) noexcept {
   return qvCompPerformance(bars1, bars2, out, date);
 }
-int spread(const QvBars* bars1, const QvBars* bars2, QvArray* out, double w1, double w2, double date,
+int QVCALL spread(const QvBars* bars1, const QvBars* bars2, QvArray* out, double w1, double w2, double date,
            int) noexcept {
   return qvSpread(bars1, bars2, out, w1, w2, date);
 }
