@@ -114,17 +114,18 @@ int prepareOutputInPlace(const QvArray* in, QvArray* out) noexcept {
 }
 
 int prepareOverwritten(std::span<const BarInput> bars, std::span<const QvArray* const> inputs,
-                       std::span<QvArray* const> outputs, int start, int* first) noexcept {
+                       std::span<QvArray* const> outputs, int start, int* first,
+                       std::size_t starts) noexcept {
   int cap;
   const int n = checkedCount(bars, inputs, outputs, cap);
   if (n < 1) return n;
-  *first = firstValidOf(start, inputs);
+  *first = firstValidOf(start, inputs.first(starts));
   return takeOutputs(outputs, n, cap, *first);
 }
 
 int prepareOverwritten(const QvArray* in, QvArray* out, int start, int* first) noexcept {
   if (!in || !out || !in->data || !sharesBlock(in, out))
-    return prepareOverwritten({}, {&in, 1}, {&out, 1}, start, first);
+    return prepareOverwritten({}, {&in, 1}, {&out, 1}, start, first, 1);
   *first = firstValidOf(start, {in});
   return prepareOutputInPlace(in, out);
 }

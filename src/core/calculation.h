@@ -59,7 +59,7 @@ int prepareOutputInPlace(const QvArray* in, QvArray* out) noexcept;
 // inputs). Only the other items are cleared: to clear a long series that is overwritten at once takes a third
 // of the time of a moving sum. The second form is that of one series where the output may be the input.
 int prepareOverwritten(std::span<const BarInput> bars, std::span<const QvArray* const> inputs,
-                       std::span<QvArray* const> outputs, int start, int* first) noexcept;
+                       std::span<QvArray* const> outputs, int start, int* first, std::size_t starts) noexcept;
 int prepareOverwritten(const QvArray* in, QvArray* out, int start, int* first) noexcept;
 
 inline bool sharesBlock(const QvArray* a, const QvArray* b) noexcept {

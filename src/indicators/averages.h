@@ -4,8 +4,8 @@
 #include <numeric>
 #include <variant>
 
-#include "indicators/adaptive.h"
-#include "indicators/exponential.h"
+#include "indicators/averages_adaptive.h"
+#include "indicators/averages_exponential.h"
 #include "kernels/moments.h"
 
 namespace qv {
@@ -59,31 +59,15 @@ class SimpleMA {
 };
 
 // Linear weights, the newest item the heaviest.
-class WeightedMA {
+class WeightedMA : public Sliding<WeightedMean> {
  public:
-  static constexpr int kInputs = 1, kOutputs = 1;
-
-  explicit WeightedMA(int period) noexcept : window_(period, WeightedMean(period)) {}
-  bool ok() const noexcept { return window_.ok(); }
-  int lead() const noexcept { return window_.lead(); }
-  void run(Inputs<1> in, int count, Outputs<1> out) noexcept { window_.run(in, count, out); }
-
- private:
-  Sliding<WeightedMean> window_;
+  explicit WeightedMA(int period) noexcept : Sliding(period, WeightedMean(period)) {}
 };
 
 // The least-squares line's value one bar on: a forecast by design.
-class LstSqrMA {
+class LstSqrMA : public Sliding<Forecast> {
  public:
-  static constexpr int kInputs = 1, kOutputs = 1;
-
-  explicit LstSqrMA(int period) noexcept : window_(period, Forecast(period)) {}
-  bool ok() const noexcept { return window_.ok(); }
-  int lead() const noexcept { return window_.lead(); }
-  void run(Inputs<1> in, int count, Outputs<1> out) noexcept { window_.run(in, count, out); }
-
- private:
-  Sliding<Forecast> window_;
+  explicit LstSqrMA(int period) noexcept : Sliding(period, Forecast(period)) {}
 };
 
 // The mean of means: of (p + 1) / 2 items twice when p is odd, of p / 2 and p / 2 + 1 when it is even.

@@ -1,5 +1,5 @@
 // The averages that adapt to momentum and to volume.
-#include "indicators/adaptive.h"
+#include "indicators/averages_adaptive.h"
 
 #include "kernels/calculate.h"
 #include "qvlib60/indicators/averages.h"

@@ -1,5 +1,5 @@
 // The averages with an unlimited memory.
-#include "indicators/exponential.h"
+#include "indicators/averages_exponential.h"
 
 #include "kernels/calculate.h"
 #include "qvlib60/indicators/averages.h"

@@ -1,43 +1,29 @@
 // Bands and envelopes around averages, price channels, the Ichimoku lines and Fibonacci levels.
-#include <algorithm>
+#include "indicators/bands.h"
+
 #include <cstdint>
 
-#include "core/calculation.h"
-#include "core/numbers.h"
-#include "kernels/window.h"
-#include "indicators/bar_ranges.h"
+#include "core/stretch.h"
+#include "kernels/calculate.h"
 #include "qvlib60/indicators/averages.h"
 #include "qvlib60/indicators/bands.h"
-#include "qvlib60/indicators/statistics.h"
-#include "qvlib60/indicators/transforms.h"
 
 using namespace qv;
 
 namespace {
 
-// upper = k * width + middle and lower = middle - k * width from `first` on.
-void bandsAround(const double* middle, const double* width, double k, int first, int n, QvArray* upper,
-                 QvArray* lower) noexcept {
-  for (int i = first; i < n; ++i) {
-    upper->data[i] = k * width[i] + middle[i];
-    lower->data[i] = middle[i] - k * width[i];
-  }
-  qvSetFirstValid(upper, first);
-  qvSetFirstValid(lower, first);
-}
-
-// The population deviation of the typical price over p bars; the typical prices too.
-int typicalDeviation(const QvBars* bars, int p, int s, Temporary& typical, Temporary& deviation) noexcept {
-  if (const int status = qvTypicalPrices(bars, &typical, 0)) return status;
-  return qvStdDevMv(&typical, &deviation, 0, p, s);
-}
-
-// The middle of the highest high and the lowest low of the last q bars, or of those that exist.
+// The middle of the highest high and the lowest low of the last q bars; where there is one bar less, of
+// these.
 int rangeMiddle(const QvBars& bars, int q, int n, Temporary& lowest, double* middle) noexcept {
-  const window::Range range{0, n, q, true};
-  if (const int status = window::maximum(bars.high.data, range, middle)) return status;
-  if (const int status = window::minimum(bars.low.data, range, lowest.data)) return status;
+  Sliding<HighestLowest> window(q);
+  window.run({bars.high.data, bars.low.data}, n, {middle, lowest.data});
+  if (!window.ok()) return QV_MALLOC;
   for (int i = 0; i < n; ++i) middle[i] = (middle[i] + lowest.data[i]) / 2.0;
+  if (q > 1 && q - 2 < n) {
+    const Stretch begin{0, q - 2};
+    middle[q - 2] =
+        (statsOf(bars.high.data, begin, false).maximum + statsOf(bars.low.data, begin, false).minimum) / 2.0;
+  }
   return QV_OK;
 }
 
@@ -53,50 +39,28 @@ extern "C" {
 int QVCALL qvBollinger(const QvBars* bars, QvArray* outUpper, QvArray* outMiddle, QvArray* outLower, double k,
                        int p, int start) noexcept {
   if (p < 1) return QV_INVALID_PARM;
-  const int n = prepareOutputs({{bars, kHighLowClose}}, {}, {outUpper, outMiddle, outLower});
-  if (n < 1) return n;
-  const int s = firstValidOf(start, {});
-  Temporary typical, deviation;
-  if (const int status = typicalDeviation(bars, p, s, typical, deviation)) return status;
-  if (const int status = qvSimpleMA(&typical, outMiddle, p, s)) return status;
-  bandsAround(outMiddle->data, deviation.data, k, saturatingSum(s, p, -1), n, outUpper, outLower);
-  return QV_OK;
+  return calculate<chain::Bollinger>(bars, {outUpper, outMiddle, outLower}, start, k, p);
 }
 
 int QVCALL qvBollingerWidth(const QvBars* bars, QvArray* out, double k, int p, int start) noexcept {
   if (p < 1) return QV_INVALID_PARM;
-  const int n = prepareOutputs({{bars, kHighLowClose}}, {}, {out});
-  if (n < 1) return n;
-  const int s = firstValidOf(start, {});
-  Temporary typical, deviation;
-  if (const int status = typicalDeviation(bars, p, s, typical, deviation)) return status;
-  const int first = saturatingSum(s, p, -1);
-  for (int i = first; i < n; ++i) out->data[i] = 2.0 * k * deviation.data[i];
-  qvSetFirstValid(out, first);
-  return QV_OK;
+  return calculate<chain::BollingerWidth>(bars, {out}, start, k, p);
 }
 
 int QVCALL qvEnvelope(const QvArray* a, const QvArray* w, QvArray* outUpper, QvArray* outLower, double k,
                       int start) noexcept {
-  const int n = prepareOutputs({}, {a, w}, {outUpper, outLower});
-  if (n < 1) return n;
-  bandsAround(a->data, w->data, k, firstValidOf(start, {a, w}), n, outUpper, outLower);
-  return QV_OK;
+  return calculate<chain::Envelope>({a, w}, {outUpper, outLower}, start, k);
 }
 
 int QVCALL qvEnvelopePct(const QvArray* in, QvArray* outUpper, QvArray* outLower, double k,
                          int start) noexcept {
-  return qvEnvelope(in, in, outUpper, outLower, k, start);
+  return calculate<chain::EnvelopePct>({in}, {outUpper, outLower}, start, k);
 }
 
 int QVCALL qvMAEnvelope(const QvArray* in, QvArray* outUpper, QvArray* outLower, double k, int method, int p,
                         int start) noexcept {
-  if (p < 1) return QV_INVALID_PARM;
-  const int n = prepareOutputs({}, {in}, {outUpper, outLower});
-  if (n < 1) return n;
-  Temporary average;
-  if (const int status = qvMovingAverage(in, &average, method, p, start)) return status;
-  return qvEnvelopePct(&average, outUpper, outLower, k, start);
+  if (p < 1 || !isAverageMethod(method)) return QV_INVALID_PARM;
+  return calculate<chain::MAEnvelope>({in}, {outUpper, outLower}, start, k, method, p);
 }
 
 int QVCALL qvMAHighLow(const QvBars* bars, QvArray* outHigh, QvArray* outLow, int method, int p,
@@ -111,28 +75,15 @@ int QVCALL qvMAHighLow(const QvBars* bars, QvArray* outHigh, QvArray* outLow, in
 int QVCALL qvPriceChannels(const QvBars* bars, QvArray* outUpper, QvArray* outLower, int p,
                            int start) noexcept {
   if (p < 1) return QV_INVALID_PARM;
-  const int n = prepareOutputs({{bars, kPrices}}, {}, {outUpper, outLower});
-  if (n < 1) return n;
-  const int s = firstValidOf(start, {});
-  // The window that ends at bar i is the channel of bar i + 1.
-  if (const int status = slidingBarRange(bars, {s, n - 1, p}, outLower->data + 1, outUpper->data + 1))
-    return status;
-  qvSetFirstValid(outUpper, saturatingSum(s, p));
-  qvSetFirstValid(outLower, saturatingSum(s, p));
-  return QV_OK;
+  return calculate<chain::PriceChannels>(bars, {outUpper, outLower}, start, p);
 }
 
 int QVCALL qvStdErrBands(const QvArray* in, QvArray* outUpper, QvArray* outMiddle, QvArray* outLower,
                          double k, int p, int start) noexcept {
-  if (p < 1) return QV_INVALID_PARM;
-  const int n = prepareOutputs({}, {in}, {outUpper, outMiddle, outLower});
-  if (n < 1) return n;
-  const int f = firstValidOf(start, {in});
-  if (const int status = qvLstSqrMA(in, outMiddle, p, 0)) return status;
-  Temporary error;
-  if (const int status = qvStdErrMv(in, &error, p, f)) return status;
-  bandsAround(outMiddle->data, error.data, k, saturatingSum(f, p, -1), n, outUpper, outLower);
-  return QV_OK;
+  if (p < 1 || !in) return QV_INVALID_PARM;
+  // The line begins with the series, the bands at `start`.
+  const int after = firstValidOf(start, {in}) - firstValidOf(0, {in});
+  return calculate<chain::StdErrBands>({in}, {outUpper, outMiddle, outLower}, 0, k, p, after);
 }
 
 int QVCALL qvIchimokuKinkoHyo(const QvBars* bars, QvArray* outConversion, QvArray* outBase, QvArray* outSpanA,

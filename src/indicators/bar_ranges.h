@@ -1,15 +1,80 @@
-// Sliding extremes of whole bars.
+// Extremes of whole bars over a window, exactly as qvBarStats finds them: both start at the close of the
+// window's first bar, and prices of 0.0 never lower the minimum.
 #pragma once
 
+#include "kernels/extremes.h"
 #include "kernels/window.h"
 #include "qvlib60/core.h"
 
 namespace qv {
 
-// Lowest and highest of the open, high, low and close over each window of bars, exactly as qvBarStats
-// finds them: both start at the close of the window's first bar, and prices of 0.0 never lower the
-// minimum. Either output may be null; neither may be a series of the bars. The caller has checked that
-// the four series reach to the range's end. 0 or -3.
+// The highest and the lowest of a bar's prices that count; the last of equal ones.
+inline constexpr auto highestPriceOf = [](double open, double high, double low, double close) {
+  const auto taken = [](double price, double highest) { return price >= highest ? price : highest; };
+  return taken(close, taken(low, taken(high, taken(open, -kInfinity))));
+};
+inline constexpr auto lowestPriceOf = [](double open, double high, double low, double close) {
+  const auto taken = [](double price, double lowest) {
+    const double counted = price == 0.0 ? kInfinity : price;
+    return counted <= lowest ? counted : lowest;
+  };
+  return taken(close, taken(low, taken(high, taken(open, kInfinity))));
+};
+
+// Of the bars' highest and lowest price and their close, which a window begins with.
+struct BarExtremes : Extremes {
+  static constexpr int kInputs = 3, kRows = 3;
+
+  template <typename Items, typename Number>
+  QV_INLINE Group<Number, 3> terms(const Items& x, const Items&, Number) const noexcept {
+    return {x[0], -x[1], x[2]};
+  }
+  template <typename Rows>
+  static QV_INLINE Rows numbers(const Rows& x) noexcept {
+    return x;  // of a bar's prices those that are none have been passed over
+  }
+  template <typename Rows>
+  static QV_INLINE Rows join(const Rows& earlier, const Rows& later) noexcept {
+    return {larger(earlier[0], later[0]), larger(earlier[1], later[1]), later[2]};
+  }
+  template <typename Rows>
+  static QV_INLINE Rows begunWith(const Rows& first, const Rows& rows) noexcept {
+    const auto start = first[2];
+    return {rows[0] >= start ? rows[0] : start, rows[1] >= -start ? rows[1] : -start, start};
+  }
+  template <typename Rows>
+  static QV_INLINE Rows combine(const Rows& suffix, const Rows& prefix) noexcept {
+    return {prefix[0] >= suffix[0] ? prefix[0] : suffix[0], prefix[1] >= suffix[1] ? prefix[1] : suffix[1],
+            prefix[2]};
+  }
+};
+
+// A statistic of BarExtremes over bars of four prices, in the order open, high, low, close.
+template <typename Statistic>
+class SlidingBars {
+ public:
+  static constexpr int kInputs = 4, kOutputs = Statistic::kOutputs;
+
+  explicit SlidingBars(int period) noexcept : window_(period) {}
+  bool ok() const noexcept { return window_.ok(); }
+  int lead() const noexcept { return window_.lead(); }
+  void run(Inputs<4> in, int count, Outputs<kOutputs> out) noexcept {
+    for (int at = 0; at < count; at += kTile) {
+      const int items = std::min(kTile, count - at);
+      const auto [open, high, low, close] = advanced(in, at);
+      Tile highest, lowest;
+      map(items, highest, highestPriceOf, open, high, low, close);
+      map(items, lowest, lowestPriceOf, open, high, low, close);
+      window_.run({highest, lowest, close}, items, advanced(out, at));
+    }
+  }
+
+ private:
+  Sliding<Statistic> window_;
+};
+
+// The same over a range of a whole series. Either output may be null; neither may be a series of the bars. 0
+// or -3.
 int slidingBarRange(const QvBars* bars, window::Range r, double* min, double* max) noexcept;
 
 }  // namespace qv

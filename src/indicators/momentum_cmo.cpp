@@ -1,6 +1,6 @@
 // The Chande momentum oscillator has a source of its own because the averages that adapt to momentum stand
 // on it.
-#include "indicators/cmo.h"
+#include "indicators/momentum_cmo.h"
 
 #include "kernels/calculate.h"
 #include "qvlib60/indicators/momentum.h"

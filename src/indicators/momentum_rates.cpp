@@ -1,10 +1,9 @@
 // Rates of change: a series against its own past, against another series, and one security against
 // another.
-#include <algorithm>
+#include "indicators/momentum_rates.h"
 
-#include "core/calculation.h"
-#include "kernels/guarded.h"
 #include "core/numbers.h"
+#include "kernels/calculate.h"
 #include "qvlib60/indicators/momentum.h"
 #include "qvlib60/indicators/transforms.h"
 
@@ -13,27 +12,13 @@ using namespace qv;
 extern "C" {
 
 int QVCALL qvMomentum(const QvArray* in, QvArray* out, int p, int start) noexcept {
-  return qvRateOfChange(in, out, 0.0, p, start);
+  if (p < 1) return QV_INVALID_PARM;
+  return calculate<chain::Momentum>({in}, {out}, start, p);
 }
 
 int QVCALL qvRateOfChange(const QvArray* in, QvArray* out, double scale, int p, int start) noexcept {
-  if (p < 1 || !in || !out || (in->data && sharesBlock(in, out))) return QV_INVALID_PARM;
-  int f;
-  const int n = prepareOverwritten(in, out, start, &f);
-  if (n < 1) return n;
-  const int first = saturatingSum(f, p);
-  const double* x = in->data;
-  double* y = out->data;
-  std::fill(y + std::min(f, n), y + std::min(first, n), 0.0);
-  if (scale == 0.0) {
-    for (int i = first; i < n; ++i) y[i] = x[i] - x[i - p];
-  } else {
-    fillGuarded(
-        first, n, y, [=](int i) { return (x[i] - x[i - p]) / x[i - p] * scale; },
-        [=](int i) { return x[i - p] != 0.0; }, 0.0);
-  }
-  qvSetFirstValid(out, first);
-  return QV_OK;
+  if (p < 1) return QV_INVALID_PARM;
+  return calculate<chain::RateOfChange>({in}, {out}, start, scale, p);
 }
 
 double QVCALL qvROC(const QvArray* in, int index, int p, double scale) noexcept {
@@ -45,14 +30,7 @@ double QVCALL qvROC(const QvArray* in, int index, int p, double scale) noexcept 
 }
 
 int QVCALL qvRatio(const QvArray* a, const QvArray* b, QvArray* out, int start) noexcept {
-  const int n = prepareOutputs({}, {a, b}, {out});
-  if (n < 1) return n;
-  const int f = firstValidOf(start, {a});  // b's first valid index does not count
-  const double *x = a->data, *y = b->data;
-  fillGuarded(
-      f, n, out->data, [=](int i) { return x[i] / y[i]; }, [=](int i) { return y[i] != 0.0; }, 0.0);
-  qvSetFirstValid(out, f);
-  return QV_OK;
+  return calculate<chain::Ratio>({a, b}, {out}, start);
 }
 
 int QVCALL qvRSIC(const QvBars* bars1, const QvBars* bars2, QvArray* out, int p, double startDate) noexcept {

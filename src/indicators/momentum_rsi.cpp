@@ -1,5 +1,5 @@
 // Relative strength and its kin.
-#include "indicators/rsi.h"
+#include "indicators/momentum_rsi.h"
 
 #include "kernels/calculate.h"
 #include "qvlib60/indicators/momentum.h"

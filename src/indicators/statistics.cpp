@@ -5,6 +5,7 @@
 #include "core/bar_prices.h"
 #include "core/numbers.h"
 #include "core/stretch.h"
+#include "kernels/logarithm.h"
 #include "qvlib60/indicators/statistics.h"
 
 namespace {
@@ -140,7 +141,7 @@ double QVCALL qvDispersion(const QvArray* a, int from, int to) noexcept {
   const Stretch s = stretchOf(from, to, {a});
   if (s.empty()) return kNoValue;
   double sum = 0.0;
-  for (int i = s.first + 1; i <= s.last; ++i) sum += std::fabs(std::log(a->data[i] / a->data[i - 1]));
+  for (int i = s.first + 1; i <= s.last; ++i) sum += std::fabs(logarithmOf(a->data[i] / a->data[i - 1]));
   return std::sqrt(sum / (s.last - s.first));
 }
 

@@ -1,26 +1,14 @@
 // Price transforms, simple changes, and comparisons of two securities by date.
+#include "indicators/transforms.h"
+
 #include <algorithm>
 
-#include "core/bar_prices.h"
-#include "core/calculation.h"
-#include "core/numbers.h"
+#include "kernels/calculate.h"
 #include "qvlib60/indicators/transforms.h"
 
 namespace {
 
 using namespace qv;
-
-// One price for each bar from start on; price(i) reads the given series.
-template <typename Price>
-int fillPrices(const QvBars* bars, unsigned series, QvArray* out, int start, Price price) noexcept {
-  const int n = prepareOutputs({{bars, series}}, {}, {out});
-  if (n < 1) return n;
-  const int s = firstValidOf(start, {});
-  double* prices = out->data;
-  for (int i = s; i < n; ++i) prices[i] = price(*bars, i);
-  qvSetFirstValid(out, s);
-  return QV_OK;
-}
 
 // ---- The alignment of two bar sets by date ------------------------------------------------------
 
@@ -88,47 +76,28 @@ int compareCarryingForward(const QvBars* bars1, const QvBars* bars2, QvArray* ou
 extern "C" {
 
 int QVCALL qvAvgPrices(const QvBars* bars, QvArray* out, int start) noexcept {
-  return fillPrices(bars, kPrices, out, start, [](const QvBars& b, int i) {
-    return averagePrice(b.open.data[i], b.high.data[i], b.low.data[i], b.close.data[i]);
-  });
+  return calculate<chain::AvgPrices>(bars, {out}, start);
 }
 
 int QVCALL qvMedianPrices(const QvBars* bars, QvArray* out, int start) noexcept {
-  return fillPrices(bars, kHighLow, out, start,
-                    [](const QvBars& b, int i) { return medianPrice(b.high.data[i], b.low.data[i]); });
+  return calculate<chain::MedianPrices>(bars, {out}, start);
 }
 
 int QVCALL qvTypicalPrices(const QvBars* bars, QvArray* out, int start) noexcept {
-  return fillPrices(bars, kHighLowClose, out, start, [](const QvBars& b, int i) {
-    return typicalPrice(b.high.data[i], b.low.data[i], b.close.data[i]);
-  });
+  return calculate<chain::TypicalPrices>(bars, {out}, start);
 }
 
 int QVCALL qvWeightedCloses(const QvBars* bars, QvArray* out, int start) noexcept {
-  return fillPrices(bars, kHighLowClose, out, start, [](const QvBars& b, int i) {
-    return weightedClose(b.high.data[i], b.low.data[i], b.close.data[i]);
-  });
+  return calculate<chain::WeightedCloses>(bars, {out}, start);
 }
 
 int QVCALL qvPerformancePct(const QvArray* in, QvArray* out, int start) noexcept {
-  const int n = prepareOutputs({}, {in}, {out});
-  if (n < 1) return n;
-  const int f = firstValidOf(start, {in});
-  const double* x = in->data;
-  const double base = f < n ? x[f] : 0.0;
-  for (int i = f; i < n; ++i) out->data[i] = (x[i] - base) * 100.0 / base;
-  qvSetFirstValid(out, f);
-  return QV_OK;
+  return calculate<chain::PerformancePct>({in}, {out}, start);
 }
 
 int QVCALL qvDiffValue(const QvArray* in, QvArray* out, int p, int start) noexcept {
   if (p < 1) return QV_INVALID_PARM;
-  const int n = prepareOutputs({}, {in}, {out});
-  if (n < 1) return n;
-  const int f = firstValidOf(start, {in});
-  for (int i = saturatingSum(f, p); i < n; ++i) out->data[i] = in->data[i] - in->data[i - p];
-  qvSetFirstValid(out, p);  // the period itself, wherever the values begin
-  return QV_OK;
+  return calculate<chain::DiffValue>({in}, {out}, start, p);
 }
 
 int QVCALL qvCompStrength(const QvBars* bars1, const QvBars* bars2, QvArray* out, double startDate) noexcept {

@@ -1,5 +1,5 @@
 // Wilder's ranges and directional system.
-#include "indicators/directional.h"
+#include "indicators/trend_directional.h"
 
 #include "kernels/calculate.h"
 #include "qvlib60/indicators/trend.h"

@@ -16,6 +16,10 @@
 //   void endShort(int items, Outputs<kOutputs> last) const
 //                                             what a series of so many items (0 and up), which ends below a
 //                                             lead, leaves in its last item; left out where that is nothing
+//   static constexpr int kStarts              how many of the single series the calculation waits for until
+//   they
+//                                             are valid; left out: for all
+//   int firstValid(int s) const               where values begin when its first item is s; left out: s + lead
 #pragma once
 
 #include <bit>
@@ -43,16 +47,23 @@ template <typename Chain>
 inline constexpr std::size_t kArraysOf = static_cast<std::size_t>(Chain::kInputs -
                                                                   std::popcount(kSeriesOf<Chain>));
 template <typename Chain>
+inline constexpr std::size_t kStartsOf = [] {
+  if constexpr (requires { Chain::kStarts; })
+    return static_cast<std::size_t>(Chain::kStarts);
+  else
+    return kArraysOf<Chain>;
+}();
+template <typename Chain>
 using ArraysOf = std::array<const QvArray*, kArraysOf<Chain>>;
 template <typename Chain>
 using ResultsOf = std::array<QvArray*, static_cast<std::size_t>(Chain::kOutputs)>;
 
 // The bars that a calculation runs over: from the first that all its inputs have, but not before start, up to
 // the last or, where given, to end - 1.
-struct Stretch {
+struct StartEnd {
   int start, end = INT_MAX;
-  Stretch(int first) noexcept : start(first) {}
-  Stretch(int first, int beyond) noexcept : start(first), end(beyond) {}
+  StartEnd(int first) noexcept : start(first) {}
+  StartEnd(int first, int beyond) noexcept : start(first), end(beyond) {}
 };
 
 // Runs a chain over items s .. n - 1 of its series, whose blocks are given. 0 or -3.
@@ -82,14 +93,14 @@ int runChain(Chain& chain, const Inputs<Chain::kInputs>& in, const Outputs<Chain
 // The body of an exported function that has checked its parameters: entry step, chain, first valid indices.
 template <typename Chain, typename... Parameters>
 int calculate(const QvBars* bars, const ArraysOf<Chain>& arrays, const ResultsOf<Chain>& results,
-              Stretch stretch, Parameters... parameters) noexcept {
+              StartEnd range, Parameters... parameters) noexcept {
   constexpr unsigned kSeries = kSeriesOf<Chain>;
   const BarInput set{bars, kSeries};
   int s, n;
   if constexpr (requires { Chain::kInPlace; })
-    n = prepareOverwritten(arrays[0], results[0], stretch.start, &s);
+    n = prepareOverwritten(arrays[0], results[0], range.start, &s);
   else
-    n = prepareOverwritten({&set, kSeries ? 1u : 0u}, arrays, results, stretch.start, &s);
+    n = prepareOverwritten({&set, kSeries ? 1u : 0u}, arrays, results, range.start, &s, kStartsOf<Chain>);
   if (n < 1) return n;
 
   Inputs<Chain::kInputs> in;
@@ -100,24 +111,27 @@ int calculate(const QvBars* bars, const ArraysOf<Chain>& arrays, const ResultsOf
   Outputs<Chain::kOutputs> out;
   for (std::size_t k = 0; k < results.size(); ++k) out[k] = results[k]->data;
 
-  const int end = std::min(n, stretch.end);
+  const int end = std::min(n, range.end);
   for (double* y : out)
     if (const int from = std::max(s, end); from < n) std::fill(y + from, y + n, 0.0);
   Chain chain(parameters...);
   if (const int status = runChain(chain, in, out, s, end)) return status;
-  for (int k = 0; k < Chain::kOutputs; ++k)
-    qvSetFirstValid(results[static_cast<std::size_t>(k)], saturatingSum(s, leadOf(chain, k)));
+  for (int k = 0; k < Chain::kOutputs; ++k) {
+    int first = saturatingSum(s, leadOf(chain, k));
+    if constexpr (requires { chain.firstValid(s); }) first = chain.firstValid(s);
+    qvSetFirstValid(results[static_cast<std::size_t>(k)], first);
+  }
   return QV_OK;
 }
 template <typename Chain, typename... Parameters>
-int calculate(const QvBars* bars, const ResultsOf<Chain>& results, Stretch stretch,
+int calculate(const QvBars* bars, const ResultsOf<Chain>& results, StartEnd range,
               Parameters... parameters) noexcept {
-  return calculate<Chain>(bars, ArraysOf<Chain>{}, results, stretch, parameters...);
+  return calculate<Chain>(bars, ArraysOf<Chain>{}, results, range, parameters...);
 }
 template <typename Chain, typename... Parameters>
-int calculate(const ArraysOf<Chain>& arrays, const ResultsOf<Chain>& results, Stretch stretch,
+int calculate(const ArraysOf<Chain>& arrays, const ResultsOf<Chain>& results, StartEnd range,
               Parameters... parameters) noexcept {
-  return calculate<Chain>(nullptr, arrays, results, stretch, parameters...);
+  return calculate<Chain>(nullptr, arrays, results, range, parameters...);
 }
 
 }  // namespace qv

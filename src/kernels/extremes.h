@@ -34,28 +34,33 @@ struct Extremes {
   }
 };
 
-struct HighestLowest : Extremes {
+// What follows is made of the extremes of a Base: Extremes, or others of the same first rows and inputs.
+
+template <typename Base>
+struct HighestLowestOf : Base {
   static constexpr int kOutputs = 2;
 
   template <typename Rows, typename Items, typename Number>
-  QV_INLINE Rows finish(const Rows& e, const Items&, Number, const Items&) const noexcept {
+  QV_INLINE Group<Number, 2> finish(const Rows& e, const Items&, Number, const Items&) const noexcept {
     return {e[0], -e[1]};
   }
 };
+using HighestLowest = HighestLowestOf<Extremes>;
 
 // Where the third series stands between the highest of the first and the lowest of the second, in percent: 0
 // at the low. A flat range reads `flat`.
-struct PercentWithin : Extremes {
+template <typename Base>
+struct PercentWithinOf : Base {
   static constexpr int kInputs = 3, kOutputs = 1;
   double flat = 100.0;
 
-  template <typename Number, typename Items>
-  QV_INLINE Group<Number, 1> finish(const Group<Number, 2>& e, const Items&, Number,
-                                    const Items& x) const noexcept {
+  template <typename Rows, typename Items, typename Number>
+  QV_INLINE Group<Number, 1> finish(const Rows& e, const Items&, Number, const Items& x) const noexcept {
     const Number low = -e[1], share = (x[2] - low) * 100.0 / (e[0] - low);
     return {e[0] == low ? all<Number>(flat) : share};
   }
 };
+using PercentWithin = PercentWithinOf<Extremes>;
 
 // The same counted down from the high: 0 there, 100 at the low. A flat range reads 0.
 struct PercentBelow : Extremes {

@@ -8,9 +8,11 @@
 #include <random>
 #include <span>
 
-#include "kernels/extremes.h"
+#include "indicators/bar_ranges.h"
+#include "kernels/logarithm.h"
 #include "kernels/moments.h"
 #include "kernels/recurrence.h"
+#include "kernels/standard_error.h"
 #include "support/expect.h"
 #include "support/series.h"
 
@@ -78,6 +80,14 @@ double weighed(const QvArray* a, const QvArray* weights, int from, int to) {
   }
   return total == 0.0L ? 0.0 : static_cast<double>(sum / total);
 }
+// Bars with these numbers as opens and lows, highs and closes.
+QvBars barsOf(const QvArray* a, const QvArray* b) {
+  QvBars bars{};
+  bars.open = bars.low = *a;
+  bars.high = bars.close = *b;
+  bars.barsize = a->size;
+  return bars;
+}
 double mean(const QvArray* a, int from, int to) {
   long double sum = 0.0;
   for (int i = from; i <= to; ++i) sum += a->data[i];
@@ -120,6 +130,11 @@ const Kernel kWindows[] = {
      TWIN(to - bothOf<int>(qvArrayStatsPos, *a, from, to, 0).second)},
     {"age of the minimum", STAGE(1, Sliding<ExtremeAges>(period)),
      TWIN(to - bothOf<int>(qvArrayStatsPos, *b, from, to, 0).first)},
+    {"standard error", STAGE(0, StandardError(period)), TWIN(qvStdErr(a, from, to)), 1e-11, rangeNoise},
+    {"highest price", STAGE(0, SlidingBars<HighestLowestOf<BarExtremes>>(period)),
+     TWIN(bothOf(qvBarStats, barsOf(a, b), from, to).second)},
+    {"lowest price", STAGE(1, SlidingBars<HighestLowestOf<BarExtremes>>(period)),
+     TWIN(bothOf(qvBarStats, barsOf(a, b), from, to).first)},
 };
 const Kernel kOthers[] = {
     {"mean by weight", STAGE(0, Sliding<MeanByWeight>(period))},
@@ -244,6 +259,20 @@ TEST(Windows, SayWhenTheyHaveNoMemory) {
   EXPECT_FALSE(copy.ok());
   copy.run({x.data()}, 300, {out.data()});
   EXPECT_EQ(out, Items(x.size(), 0.0));
+}
+
+TEST(Logarithm, AgreesWithTheExactOne) {
+  std::mt19937_64 random(3);
+  for (int i = 0; i < 100'000; ++i) {
+    const double near = 1.0 + std::uniform_real_distribution<>(-0.5, 1.0)(random);
+    const double any = std::bit_cast<double>(random() & 0x7fefffffffffffff);
+    for (const double x : {near, any}) {
+      const long double exact = std::log(static_cast<long double>(x));
+      ASSERT_LE(std::fabs(logarithmOf(x) - exact), 2.3e-16L * std::fabs(exact)) << x;
+    }
+  }
+  for (const double x : {0.0, -0.0, -1.0, 1.0, kInf, -kInf, kNaN, 5e-324})
+    EXPECT_TRUE(sameBits(logarithmOf(x), std::log(x))) << x;
 }
 
 // Against the recurrence as it is defined; of a constant series every bar is that constant.

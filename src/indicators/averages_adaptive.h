@@ -1,8 +1,8 @@
 // Averages whose speed follows the market: by momentum, and by volume.
 #pragma once
 
-#include "indicators/cmo.h"
-#include "indicators/exponential.h"
+#include "indicators/averages_exponential.h"
+#include "indicators/momentum_cmo.h"
 
 namespace qv::chain {
 
@@ -55,17 +55,9 @@ class VariableMA : public VIDYA {
 };
 
 // The mean weighed by volume; 0.0 where there is none.
-class VolAdjustedMA {
+class VolAdjustedMA : public Sliding<MeanByWeight> {
  public:
-  static constexpr int kInputs = 2, kOutputs = 1;
-
-  explicit VolAdjustedMA(int period) noexcept : window_(period) {}
-  bool ok() const noexcept { return window_.ok(); }
-  int lead() const noexcept { return window_.lead(); }
-  void run(Inputs<2> in, int count, Outputs<1> out) noexcept { window_.run(in, count, out); }
-
- private:
-  Sliding<MeanByWeight> window_;
+  using Sliding::Sliding;
 };
 
 }  // namespace qv::chain

@@ -5,7 +5,7 @@
 #include <limits>
 
 #include "core/calculation.h"
-#include "indicators/exponential.h"
+#include "indicators/averages_exponential.h"
 
 namespace qv {
 

@@ -1,0 +1,60 @@
+// Rates of change: a series against its own past, and against another series.
+#pragma once
+
+#include "indicators/momentum_cmo.h"
+
+namespace qv {
+
+// 0.0 where the base is.
+inline constexpr auto ratioOf = [](double x, double base) {
+  const double ratio = x / base;
+  return base != 0.0 ? ratio : 0.0;
+};
+
+namespace chain {
+
+// In parts of what stood p bars before, times `scale`; the plain difference where that is zero.
+class RateOfChange {
+ public:
+  static constexpr int kInputs = 1, kOutputs = 1;
+
+  RateOfChange(double scale, int period) noexcept : scale_(scale), past_(period) {}
+  bool ok() const noexcept { return past_.ok(); }
+  int lead() const noexcept { return past_.lead(); }
+  void run(Inputs<1> in, int count, Outputs<1> out) noexcept {
+    const double *x = in[0], scale = scale_;
+    double* y = out[0];
+    const auto rateOf = [scale](double now, double before) {
+      const double rate = (now - before) / before * scale;
+      return before != 0.0 ? rate : 0.0;
+    };
+    const int none = past_.over(x, count, [=](int at, int items, const double* before) {
+      if (scale == 0.0)
+        map(items, y + at, changeOf, x + at, before);
+      else
+        map(items, y + at, rateOf, x + at, before);
+    });
+    std::fill_n(y, none, 0.0);
+  }
+
+ private:
+  double scale_;
+  Delay past_;
+};
+
+class Momentum : public RateOfChange {
+ public:
+  explicit Momentum(int period) noexcept : RateOfChange(0.0, period) {}
+};
+
+// From the first series' first valid index on; the second's does not count.
+class Ratio {
+ public:
+  static constexpr int kInputs = 2, kOutputs = 1, kStarts = 1;
+
+  int lead() const noexcept { return 0; }
+  void run(Inputs<2> in, int count, Outputs<1> out) noexcept { map(count, out[0], ratioOf, in[0], in[1]); }
+};
+
+}  // namespace chain
+}  // namespace qv
