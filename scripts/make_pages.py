@@ -42,7 +42,7 @@ Entry = record("Entry", [
 SERIES = {1: "date", 2: "open", 4: "high", 8: "low", 16: "close", 32: "volume", 64: "openInterest"}
 PERIOD, INTEGER, REAL, METHOD, DATE, CHOICE = range(6)
 KINDS = ["period", "integer", "number", "average", "date", "choice"]
-STYLES = ["line", "histogram", "dots", "edge of a band", "signals"]
+STYLES = ["line", "histogram", "dots", "edge of a band", "signals", "the side that holds"]
 IN_PLACE, RECURSIVE, WHOLE_SERIES = 1, 2, 4
 
 
@@ -178,7 +178,7 @@ def described(entry):
               for i in entry.inputs[:entry.inputCount]]
     rows = []
     for k, o in enumerate(entry.outputs[:entry.outputCount]):
-        drawn = STYLES[o.style] + (" over the prices" if o.place == 0 and o.style != 4 else "")
+        drawn = STYLES[o.style] + (" over the prices" if o.place == 0 and o.style < 4 else "")
         span = f"{number(o.low)} .. {number(o.high)}" if o.low < o.high else ""
         zones = ", ".join(number(z) for z in o.zones[:o.zoneCount])
         rows.append([f"`{text(o.name)}`" + (" (main)" if entry.outputCount > 1 and k == entry.mainOutput else ""),

@@ -58,8 +58,9 @@ enum {
   QV_STYLE_LINE = 0,
   QV_STYLE_HISTOGRAM = 1, /* columns from 0.0 */
   QV_STYLE_DOTS = 2,
-  QV_STYLE_BAND = 3,  /* one edge of a band; the next (previous) output of this style is the other */
-  QV_STYLE_SIGNAL = 4 /* 0.0 where there is none; 1.0, and -1.0 for the contrary one: a mark at its bar */
+  QV_STYLE_BAND = 3,   /* one edge of a band; the next (previous) output of this style is the other */
+  QV_STYLE_SIGNAL = 4, /* 0.0 where there is none; 1.0, and -1.0 for the contrary one: a mark at its bar */
+  QV_STYLE_STATE = 5   /* 1.0, -1.0 or 0.0 at every bar: the side that holds there */
 };
 
 QV_PACK_POINTERS
@@ -153,8 +154,8 @@ QVAPI int QVCALL qvCatalogueCall(const QvCatalogueEntry* entry, const QvBars* co
 
 /* The first valid index that the calculation sets for inputs that are valid from 0 and long enough: that
    of one output, and the latest of all outputs. -1 where the calculation sets none, where dates in the
-   data decide (comparisons of two bar sets), and where it refuses the parameters. Neither reads nor
-   raises the process-wide maximum. */
+   data decide (comparisons of two bar sets), and where it refuses the parameters or a choice has no such
+   number. Neither reads nor raises the process-wide maximum. */
 QVAPI int QVCALL qvCatalogueFirstValidOf(const QvCatalogueEntry* entry, int output, const double* params,
                                          int start) QVNOEXCEPT;
 QVAPI int QVCALL qvCatalogueFirstValid(const QvCatalogueEntry* entry, const double* params,

@@ -10,7 +10,7 @@ constexpr const char kWidner[] =
 
 // Without the argument that the function does not read.
 int QVCALL ichimoku(const QvBars* bars, QvArray* conversion, QvArray* base, QvArray* spanA, QvArray* spanB,
-             QvArray* lagging, int p1, int p2, int p3, int shift, int start) noexcept {
+                    QvArray* lagging, int p1, int p2, int p3, int shift, int start) noexcept {
   return qvIchimokuKinkoHyo(bars, conversion, base, spanA, spanB, lagging, p1, p2, p3, shift, 0, start);
 }
 

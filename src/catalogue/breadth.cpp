@@ -20,7 +20,7 @@ std::int64_t mcClellanSettles(const History& h) noexcept {
 }
 
 int QVCALL armsIdx(const QvArray* adv, const QvArray* dec, const QvArray* advVol, const QvArray* decVol,
-            QvArray* out, int start) noexcept {
+                   QvArray* out, int start) noexcept {
   return qvArmsIdx(adv, dec, advVol, decVol, out, start, INT32_MAX);
 }
 

@@ -75,8 +75,8 @@ constexpr Row describe(const char* name, const char* shortName, const char* titl
 }
 
 #define ENTRY(function, ...) describe<function>(#function, __VA_ARGS__)
-// Of a function whose arguments are not in the common order, by an adapter of the common shape (and the
-// interface's calling convention, QVCALL).
+// Of a function whose arguments are not in the common order, by an adapter of the common shape and calling
+// convention.
 #define ADAPTED(function, adapter, ...) describe<adapter>(#function, __VA_ARGS__)
 
 // ---- Packing ------------------------------------------------------------------------------------

@@ -5,7 +5,8 @@
 namespace qv::catalogue {
 namespace {
 
-int QVCALL strengthChange(const QvBars* bars1, const QvBars* bars2, QvArray* out, int p, double date, int) noexcept {
+int QVCALL strengthChange(const QvBars* bars1, const QvBars* bars2, QvArray* out, int p, double date,
+                          int) noexcept {
   return qvRSIC(bars1, bars2, out, p, date);
 }
 

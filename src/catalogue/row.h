@@ -40,6 +40,9 @@ constexpr Output over(const char* name = "value") {
 constexpr Output panel(const char* name = "value") {
   return Output{{name, 0, 0, {0, 0}, 0, QV_PLACE_PANEL, QV_STYLE_LINE, 0}};
 }
+constexpr Output state(const char* name) {
+  return Output{{name, -1, 1, {0, 0}, 0, QV_PLACE_PRICE, QV_STYLE_STATE, 0}};
+}
 constexpr Output signal(const char* name = "value") {
   return Output{{name, -1, 1, {0, 0}, 0, QV_PLACE_PRICE, QV_STYLE_SIGNAL, 0}};
 }

@@ -12,7 +12,7 @@ int QVCALL performance(const QvBars* bars1, const QvBars* bars2, QvArray* out, d
   return qvCompPerformance(bars1, bars2, out, date);
 }
 int QVCALL spread(const QvBars* bars1, const QvBars* bars2, QvArray* out, double w1, double w2, double date,
-           int) noexcept {
+                  int) noexcept {
   return qvSpread(bars1, bars2, out, w1, w2, date);
 }
 constexpr const char kByDate[] =

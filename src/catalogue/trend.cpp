@@ -47,7 +47,7 @@ constexpr Row kRows[] = {
         .params().gives(panel().range(0, 100).zone(30).zone(70)).source(kChandeKroll).valid<30>()
         .note("Not the directional movement index, which other charts call DMI too: that is dx, with di and adx."),
     ENTRY(qvSAR, "sar", "Parabolic Stop and Reverse", "A trailing stop that closes in on the price the longer the trend lasts, and the side it is on.")
-        .params(real("step", 0.02, 0.001, 0.2), real("maximum", 0.2, 0.01, 1)).gives(over("sar").dots(), signal("direction")).reads(kHighLowClose).source(kWilder)
+        .params(real("step", 0.02, 0.001, 0.2), real("maximum", 0.2, 0.01, 1)).gives(over("sar").dots(), state("direction")).reads(kHighLowClose).source(kWilder)
         .note("Turns when the close passes the stop, where Wilder's own rule turns when the bar's range touches it, and the new side's extreme begins at the bar's near end; the start differs from chart to chart, too.")
         .valid<2>().neverSettles(),
     ENTRY(qvAroon, "aroon", "Aroon", "How recently the highest high and the lowest low were made: 100 on the bar itself.")

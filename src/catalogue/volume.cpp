@@ -19,7 +19,7 @@ constexpr Row kRows[] = {
     ENTRY(qvOBOiMv, "oboimv", "On-Balance Open Interest, moving", "Open interest, added on rising closes and subtracted on falling ones, of the last bars.")
         .params(period("p", 14)).gives(panel()).reads(kClose | kOpenInterest).valid<-1, 0>(),
     ENTRY(qvOBVolExp, "obvswings", "On-Balance Volume with Swings", "On-balance volume, its breakouts from its swings, and the trend that the swings tell.")
-        .params(period("p", 4)).gives(panel("volume"), signal("breakout"), signal("trend")).reads(kClose | kVolume)
+        .params(period("p", 4)).gives(panel("volume"), state("breakout"), state("trend")).reads(kClose | kVolume)
         .source("after Joseph E. Granville, New Key to Stock Market Profits, 1963").valid<1>().neverSettles(),
     ENTRY(qvAccumDist, "accumdist", "Accumulation/Distribution", "The running sum of the volume times where the close lies in its bar.")
         .params().gives(panel()).reads(kHighLowClose | kVolume).source("Marc Chaikin").neverSettles()
