@@ -9,10 +9,10 @@ namespace {
 
 // Opens away from the last close, on multiples of a quarter around 100: dojis, gaps and equal prices
 // occur, and with them most of the patterns.
-QvBars makeCoarseBars(int n) {
+QvBars makeCoarseBars(int n, int set) {
   QvBars b{};
   qvAllocBars(&b, n);
-  std::mt19937 random(44);
+  std::mt19937 random(static_cast<unsigned>(44 + set));
   const auto quarters = [&random](int most) {
     return static_cast<int>(random() % (unsigned(most) + 1)) / 4.0;
   };
@@ -36,8 +36,8 @@ struct Set {
 };
 
 const std::vector<Set>& sets(int n) {
-  return qvbench::madeOnce<Set>(n, [](int count) {
-    Set set{makeCoarseBars(count), QvCandles{}};
+  return qvbench::madeOnce<Set>(n, [](int count, int number) {
+    Set set{makeCoarseBars(count, number), QvCandles{}};
     qvCandleConstruct(&set.bars, &set.candles);
     return set;
   });

@@ -18,7 +18,7 @@ void onSeries(benchmark::State& state, Call call) {
 // call(a, b, out) on two series.
 template <typename Call>
 void onPairs(benchmark::State& state, Call call) {
-  const std::vector<QvArray>& series = walks(kMillion);
+  const std::vector<QvArray>& series = seriesSets(kMillion);
   const auto next = [&](const QvArray* a) { return a == &series.back() ? &series.front() : a + 1; };
   runOnSeries(state, kMillion, [&](const QvArray* a, QvArray* out) { return call(a, next(a), out); });
 }
@@ -93,7 +93,7 @@ BENCHMARK(rocOfEachBar)->Name("qvROC/p")->Arg(14)->Arg(200);
 void channelIndexOfSpikes(benchmark::State& state) {
   const int p = static_cast<int>(state.range(0));
   const auto spikes = [](int n) {
-    QvBars b = makeBars(n);
+    QvBars b = makeBars(n, 0);
     std::mt19937 random(3);
     std::uniform_real_distribution<double> unit(0.0, 1.0);
     for (int i = 0; i < n; ++i) {

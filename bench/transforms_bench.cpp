@@ -33,8 +33,8 @@ template <typename Compare>
 void compareBars(benchmark::State& state, Compare compare) {
   static const std::vector<QvBars>& others = *[] {
     auto* made = new std::vector<QvBars>;
-    for (int k = 0; k < copiesOf(kMillion); ++k) {
-      QvBars b = makeBars(kMillion);
+    for (int k = 0; k < setsOf(kMillion); ++k) {
+      QvBars b = makeBars(kMillion, k);
       for (int i = 0; i < b.barsize; ++i) b.date.data[i] = 2.0 + i + i / 10;
       made->push_back(b);
     }

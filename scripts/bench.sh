@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # Installs what is missing, builds and runs the benchmarks. Arguments go to them, for example
-# --benchmark_filter='Copy|SimpleMA'. Compare ratios to Copy within one run.
+# --benchmark_filter='Copy|SimpleMA' or --shape=flat. Compare ratios to Copy within one run.
 source "$(dirname "$0")/prepare.sh"
 prepare "${build_packages[@]}" "${bench_packages[@]}"
 build bench

@@ -12,7 +12,7 @@ formatted() {
 tidy() { run-clang-tidy -quiet -j2 -p build/clang "$PWD/(src|cli)/" 2>&1 | sed '/^clang-tidy/d; /warnings generated/d'; }
 # The exceptions and their reasons are in scripts/cppcheck.txt.
 cppchecked() {
-  cppcheck --project=build/clang/compile_commands.json --file-filter="$PWD/src/*" --file-filter="$PWD/cli/*" -j2 --quiet \
+  cppcheck --project=build/clang/compile_commands.json -i tests -i examples -j2 --quiet \
     --enable=warning,performance,portability,style --inline-suppr --suppressions-list=scripts/cppcheck.txt \
     --error-exitcode=1
 }

@@ -6,7 +6,7 @@
 #include <cstdint>
 
 #include "catalogue/item.h"
-#include "platform/names.h"
+#include "core/text.h"
 #include "qvlib60/version.h"
 
 static_assert(sizeof(QvCatalogueParam) == (sizeof(void*) == 8 ? 80 : 72));
@@ -116,10 +116,10 @@ const QvCatalogueEntry* QVCALL qvCatalogueItem(int i) noexcept {
 const QvCatalogueEntry* QVCALL qvCatalogueFind(const char* name) noexcept {
   if (!name) return nullptr;
   const auto* entry =
-      find([name](const QvCatalogueEntry& e) { return platform::compareNoCase(e.shortName, name) == 0; });
+      find([name](const QvCatalogueEntry& e) { return compareNoCase(e.shortName, name) == 0; });
   if (entry) return entry;
   return find([bare = withoutPrefix(name)](const QvCatalogueEntry& e) {
-    return platform::compareNoCase(e.name + 2, bare) == 0;
+    return compareNoCase(e.name + 2, bare) == 0;
   });
 }
 

@@ -123,30 +123,30 @@ int QVCALL qvDecimals(double x, int digits) noexcept {
 }
 
 double QVCALL qvTrueHigh(const QvBars* b, int i) noexcept {
-  return canRead(b, i, &QvBars::high, &QvBars::close) ? trueHigh(b->high.data, b->close.data, i) : 0.0;
+  return hasBar({b, kHigh | kClose}, i) ? trueHigh(b->high.data, b->close.data, i) : 0.0;
 }
 
 double QVCALL qvTrueLow(const QvBars* b, int i) noexcept {
-  return canRead(b, i, &QvBars::low, &QvBars::close) ? trueLow(b->low.data, b->close.data, i) : 0.0;
+  return hasBar({b, kLow | kClose}, i) ? trueLow(b->low.data, b->close.data, i) : 0.0;
 }
 
 double QVCALL qvTrueRange(const QvBars* b, int i) noexcept {
-  if (!canRead(b, i, &QvBars::high, &QvBars::low, &QvBars::close)) return 0.0;
+  if (!hasBar({b, kHighLowClose}, i)) return 0.0;
   return trueRange(b->high.data, b->low.data, b->close.data, i);
 }
 
 double QVCALL qvTypicalPrice(const QvBars* b, int i) noexcept {
-  if (!canRead(b, i, &QvBars::high, &QvBars::low, &QvBars::close)) return 0.0;
+  if (!hasBar({b, kHighLowClose}, i)) return 0.0;
   return typicalPrice(b->high.data[i], b->low.data[i], b->close.data[i]);
 }
 
 double QVCALL qvWeightedClose(const QvBars* b, int i) noexcept {
-  if (!canRead(b, i, &QvBars::high, &QvBars::low, &QvBars::close)) return 0.0;
+  if (!hasBar({b, kHighLowClose}, i)) return 0.0;
   return weightedClose(b->high.data[i], b->low.data[i], b->close.data[i]);
 }
 
 double QVCALL qvMedianPrice(const QvBars* b, int i) noexcept {
-  return canRead(b, i, &QvBars::high, &QvBars::low) ? medianPrice(b->high.data[i], b->low.data[i]) : 0.0;
+  return hasBar({b, kHighLow}, i) ? medianPrice(b->high.data[i], b->low.data[i]) : 0.0;
 }
 
 }  // extern "C"

@@ -5,12 +5,6 @@
 
 namespace qv {
 
-// True when bar i is there in each of the series.
-template <typename... Arrays>
-inline bool canRead(const QvBars* b, int i, Arrays... series) noexcept {
-  return b && i >= 0 && i < b->barsize && (... && ((b->*series).data && i < (b->*series).capacity));
-}
-
 // The first bar has no previous close: its true high and low are its own.
 inline double trueHigh(const double* high, const double* close, int i) noexcept {
   return i > 0 && high[i] <= close[i - 1] ? close[i - 1] : high[i];

@@ -1,6 +1,7 @@
 #include "core/calculation.h"
 
 #include <algorithm>
+#include <bit>
 #include <climits>
 #include <cstring>
 
@@ -82,16 +83,23 @@ int takeOutputs(std::span<QvArray* const> outputs, int n, int cap, int from) noe
   return n;
 }
 
+// True when each of the series that are read holds at least n items.
+bool haveRoom(const BarInput& in, int n) noexcept {
+  for (unsigned left = in.series; left; left &= left - 1) {
+    const QvArray& a = seriesOf(*in.bars, std::countr_zero(left));
+    if (!a.data || a.capacity < n) return false;
+  }
+  return true;
+}
+
 }  // namespace
 
 bool hasSeries(const BarInput& in) noexcept {
-  if (!in.bars || !in.bars->date.data) return false;
-  for (int k = 0; k < kSeriesCount; ++k) {
-    if (!(in.series & (1u << k))) continue;
-    const QvArray& a = seriesOf(*in.bars, k);
-    if (!a.data || a.capacity < in.bars->barsize) return false;
-  }
-  return true;
+  return in.bars && in.bars->date.data && haveRoom(in, in.bars->barsize);
+}
+
+bool hasBar(const BarInput& in, int i) noexcept {
+  return in.bars && i >= 0 && i < in.bars->barsize && haveRoom(in, i + 1);
 }
 
 bool sharesSeries(const QvArray& out, const QvBars& bars) noexcept {
@@ -143,24 +151,6 @@ int allocArrays(int n, std::initializer_list<QvArray*> arrays) noexcept {
       return status;
     }
   }
-  return QV_OK;
-}
-
-int growTable(void** block, int index, int* count, int step, int maxCount, int elementSize) noexcept {
-  if (index < *count) return QV_OK;
-  if (step < 1 || elementSize < 1) return QV_MALLOC;
-  const int limit = INT_MAX / elementSize;
-  if (maxCount <= limit) maxCount = limit;
-  if (index >= maxCount) return QV_MALLOC;
-  if (*count > INT_MAX - step) return QV_MALLOC;
-  const int newCount = std::max(index % step + 1, *count + step);
-  const auto size = static_cast<std::size_t>(elementSize);
-  void* grown = memory::resize(*block, static_cast<std::size_t>(newCount), size);
-  if (!grown) return QV_MALLOC;
-  const auto old = static_cast<std::size_t>(*count);
-  std::memset(static_cast<char*>(grown) + old * size, 0, (static_cast<std::size_t>(newCount) - old) * size);
-  *block = grown;
-  *count = newCount;
   return QV_OK;
 }
 

@@ -4,6 +4,7 @@
 
 #include <cstddef>
 #include <initializer_list>
+#include <iterator>
 #include <span>
 
 #include "qvlib60/core.h"
@@ -30,14 +31,22 @@ struct BarInput {
   unsigned series;  // the BarSeries that are read: a missing block there is missing data
 };
 
-// The seven series of a bar set by number: 0 date .. 6 open interest.
+// The series of a bar set by number: 0 date .. 6 open interest.
+inline constexpr QvArray QvBars::*kSeriesMembers[] = {&QvBars::date,        &QvBars::open,  &QvBars::high,
+                                                      &QvBars::low,         &QvBars::close, &QvBars::volume,
+                                                      &QvBars::openInterest};
+inline constexpr int kSeriesCount = static_cast<int>(std::size(kSeriesMembers));
 inline QvArray& seriesOf(QvBars& b, int i) noexcept {
-  return (&b.date)[i];
+  return b.*kSeriesMembers[i];
 }
 inline const QvArray& seriesOf(const QvBars& b, int i) noexcept {
-  return (&b.date)[i];
+  return b.*kSeriesMembers[i];
 }
-inline constexpr int kSeriesCount = 7;
+
+// True when item i is there, whatever the index.
+inline bool hasItem(const QvArray& a, int i) noexcept {
+  return a.data && i >= 0 && i < a.size;
+}
 
 // Entry step: checks the arguments, clears or allocates the outputs, sets their sizes. Returns the
 // working count (>= 1), -1 for missing data, no usable length or an output that shares an input's
@@ -49,6 +58,8 @@ int prepareOutputs(std::initializer_list<BarInput> bars, std::initializer_list<c
 // holds its dates and the series that are read, and when an output shares the block of a series (the
 // dates excepted).
 bool hasSeries(const BarInput& in) noexcept;
+// The same for one bar of the set, whatever the index.
+bool hasBar(const BarInput& in, int i) noexcept;
 bool sharesSeries(const QvArray& out, const QvBars& bars) noexcept;
 
 // The same for a calculation of one series that may run in place: when both share their block the
@@ -89,10 +100,5 @@ struct Temporary : QvArray {
   Temporary(const Temporary&) = delete;
   Temporary& operator=(const Temporary&) = delete;
 };
-
-// Makes room for element `index` in a heap table of *count elements, growing it by one step; new
-// elements are zero bytes. A maxCount below the largest count that an int can address in bytes is
-// not a limit: it is raised to that count. 0, or -3 with the old block and count kept.
-int growTable(void** block, int index, int* count, int step, int maxCount, int elementSize) noexcept;
 
 }  // namespace qv

@@ -2,11 +2,14 @@
 // can make the k-th allocation fail and count what was not given back.
 #pragma once
 
+#include <climits>
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
 #include <type_traits>
 #include <utility>
+
+#include "qvlib60/codes.h"
 
 namespace qv::memory {
 
@@ -72,3 +75,24 @@ class Buffer {
 };
 
 }  // namespace qv::memory
+
+namespace qv {
+
+// Makes room for record `index` in a heap table of `count` records, growing it by one step; new records
+// are zero bytes. 0, or -3 with the old table and count kept.
+template <typename Record>
+int growTable(Record*& table, int index, std::int32_t& count, int step) noexcept {
+  static_assert(std::is_trivially_copyable_v<Record>);
+  if (index < count) return QV_OK;
+  if (step < 1 || count > INT_MAX - step || index >= INT_MAX / static_cast<int>(sizeof(Record)))
+    return QV_MALLOC;
+  const auto old = static_cast<std::size_t>(count), enlarged = static_cast<std::size_t>(count + step);
+  void* block = memory::resize(table, enlarged, sizeof(Record));
+  if (!block) return QV_MALLOC;
+  table = static_cast<Record*>(block);
+  std::memset(table + old, 0, (enlarged - old) * sizeof(Record));
+  count += step;
+  return QV_OK;
+}
+
+}  // namespace qv

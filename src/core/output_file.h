@@ -4,7 +4,7 @@
 #include <cstdio>
 #include <utility>
 
-#include "platform/names.h"
+#include "core/text.h"
 
 namespace qv {
 
@@ -18,7 +18,7 @@ class OutputFile {
  public:
   OutputFile(const char* name, bool append, StdoutName rule = StdoutName::kStandardOutput) noexcept {
     if (!name) return;
-    isStdout_ = rule == StdoutName::kStandardOutput && platform::compareNoCase(name, "STDOUT") == 0;
+    isStdout_ = rule == StdoutName::kStandardOutput && compareNoCase(name, "STDOUT") == 0;
     stream_ = isStdout_ ? stdout : std::fopen(name, append ? "at" : "wt");
   }
   ~OutputFile() {

@@ -151,11 +151,11 @@ void QVCALL qvFreeBars(QvBars* b) noexcept {
 }
 
 double QVCALL qvGetArrayItem(const QvArray* a, int i) noexcept {
-  return a && a->data && i >= 0 && i < a->size ? a->data[i] : 0.0;
+  return a && qv::hasItem(*a, i) ? a->data[i] : 0.0;
 }
 
 void QVCALL qvSetArrayItem(QvArray* a, int i, double v) noexcept {
-  if (a && a->data && i >= 0 && i < a->size) a->data[i] = v;
+  if (a && qv::hasItem(*a, i)) a->data[i] = v;
 }
 
 int QVCALL qvSetFirstValid(QvArray* a, int n) noexcept {

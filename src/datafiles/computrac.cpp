@@ -1,13 +1,13 @@
 // Finding, reading and listing CompuTrac securities.
 #include <algorithm>
 
+#include "core/bar.h"
 #include "core/numbers.h"
 #include "datafiles/bar_info.h"
 #include "datafiles/computrac_directory.h"
 #include "datafiles/listing.h"
 #include "datafiles/mbf.h"
 #include "datafiles/record_range.h"
-#include "platform/names.h"
 #include "qvlib60/datafiles.h"
 #include "qvlib60/dates.h"
 
@@ -131,13 +131,10 @@ int QVCALL qvCTread(QvBars* bars, const char* directory, const char* name, int s
         qvCopyBarInfo(&info, bars);
       },
       [&](const Decoder& decoder, int i, const Byte* record) {
-        bars->date.data[i] = decoder.dateTime(record);
-        bars->open.data[i] = decoder.value(record, kOpen);
-        bars->high.data[i] = decoder.value(record, kHigh);
-        bars->low.data[i] = decoder.value(record, kLow);
-        bars->close.data[i] = decoder.value(record, kClose);
-        bars->volume.data[i] = decoder.value(record, kVolume);
-        bars->openInterest.data[i] = decoder.value(record, kOpenInterest);
+        qv::storeBar(*bars, i,
+                     {decoder.dateTime(record), decoder.value(record, kOpen), decoder.value(record, kHigh),
+                      decoder.value(record, kLow), decoder.value(record, kClose),
+                      decoder.value(record, kVolume), decoder.value(record, kOpenInterest)});
       });
   if (stored >= 0) qvReSizeBars(bars, stored);
   return status;
@@ -153,7 +150,7 @@ int QVCALL qvCTreadarray(QvArray* array, const char* directory, const char* name
   constexpr Name kNames[] = {{"dt", kDate},  {"op", kOpen},    {"hi", kHigh},        {"lo", kLow},
                              {"cl", kClose}, {"vol", kVolume}, {"oi", kOpenInterest}};
   const Name* wanted = std::find_if(std::begin(kNames), std::end(kNames), [&](const Name& known) {
-    return qv::platform::compareNoCase(known.text, fieldName) == 0;
+    return qv::compareNoCase(known.text, fieldName) == 0;
   });
   if (wanted == std::end(kNames)) return QV_INVALID_PARM;
 

@@ -10,31 +10,39 @@
 #include "datafiles/line_reader.h"
 #include "datafiles/mbf.h"
 #include "datafiles/texts.h"
-#include "platform/names.h"
 #include "qvlib60/dates.h"
 
 namespace qv::datafiles::computrac {
 
 namespace {
 
-using platform::compareNoCase;
-
 constexpr char kIntradayPeriod = 'I';
 
 // ---- Entries --------------------------------------------------------------------------------------
 
+// Where the fields of an entry begin.
+namespace master {
+constexpr std::size_t kFileNumber = 0, kFields = 4, kName = 7, kDirectoryMark = 18, kFirstDate = 25,
+                      kLastDate = 29, kPeriod = 33, kSymbol = 36;
+}
+namespace xmaster {
+constexpr std::size_t kSymbol = 1, kName = 16, kPeriod = 62, kFileNumber = 65, kFlags = 70, kFirstDate = 108,
+                      kLastDate = 116;
+}
+
 bool decodeMaster(const Byte* record, Security& s) noexcept {
-  if (std::memcmp(record + 18, "<DIR>", 5) == 0) return false;
+  using namespace master;
+  if (std::memcmp(record + kDirectoryMark, "<DIR>", 5) == 0) return false;
   s = {};
   s.inMaster = true;
-  s.fileNumber = record[0];
+  s.fileNumber = record[kFileNumber];
   std::snprintf(s.dataFile, sizeof s.dataFile, "F%i.DAT", s.fileNumber);
-  s.fieldsPerRecord = record[4];
-  copyText(s.name, textField(record + 7, 16));
-  s.firstDate = qvNumToDate(truncatedInt(mbfSingle(record + 25)));
-  s.lastDate = qvNumToDate(truncatedInt(mbfSingle(record + 29)));
-  s.period = static_cast<char>(record[33]);
-  copyText(s.symbol, textField(record + 36, 16));
+  s.fieldsPerRecord = record[kFields];
+  copyText(s.name, textField(record + kName, 16));
+  s.firstDate = qvNumToDate(truncatedInt(mbfSingle(record + kFirstDate)));
+  s.lastDate = qvNumToDate(truncatedInt(mbfSingle(record + kLastDate)));
+  s.period = static_cast<char>(record[kPeriod]);
+  copyText(s.symbol, textField(record + kSymbol, 16));
   return true;
 }
 
@@ -49,15 +57,16 @@ FieldOrder flaggedFields(int flags) noexcept {
 }
 
 bool decodeXmaster(const Byte* record, Security& s) noexcept {
+  using namespace xmaster;
   s = {};
-  copyText(s.symbol, textField(record + 1, 15));
-  copyText(s.name, textField(record + 16, 45));
-  s.period = static_cast<char>(record[62]);
-  s.fileNumber = signed16(record + 65);
+  copyText(s.symbol, textField(record + kSymbol, 15));
+  copyText(s.name, textField(record + kName, 45));
+  s.period = static_cast<char>(record[kPeriod]);
+  s.fileNumber = signed16(record + kFileNumber);
   std::snprintf(s.dataFile, sizeof s.dataFile, "F%i.MWD", s.fileNumber);
-  s.flagged = flaggedFields(record[70]);
-  s.firstDate = qvNumToDate(signed32(record + 108));
-  s.lastDate = qvNumToDate(signed32(record + 116));
+  s.flagged = flaggedFields(record[kFlags]);
+  s.firstDate = qvNumToDate(signed32(record + kFirstDate));
+  s.lastDate = qvNumToDate(signed32(record + kLastDate));
   return true;
 }
 
@@ -68,9 +77,7 @@ bool matchesFirstWords(std::string_view symbol, const char* wanted) noexcept {
   std::size_t end = symbol.find(' ');
   for (const char* c = wanted; *c && end != symbol.npos; ++c)
     if (*c == ' ') end = symbol.find(' ', end + 1);
-  char words[sizeof Security::symbol];
-  copyText(words, symbol.substr(0, end));
-  return compareNoCase(words, wanted) == 0;
+  return compareNoCase(symbol.substr(0, end), wanted) == 0;
 }
 
 bool isNamed(const Security& s, const char* wanted) noexcept {
@@ -126,8 +133,7 @@ int readOrderFile(const char* directory, int fileNumber, FieldOrder& order) noex
     text = text.substr(0, text.find_last_not_of(kLineEnds) + 1);
     if (text.empty()) continue;
     ++position;
-    char field[kLayoutLine + 1];
-    copyText(field, fieldName(text));
+    const std::string_view field = fieldName(text);
     for (int f = 0; f < kFieldCount; ++f)
       if (compareNoCase(field, kNames[f]) == 0) order.position[f] = position;
   }

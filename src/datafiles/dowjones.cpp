@@ -7,7 +7,6 @@
 #include "datafiles/bar_info.h"
 #include "datafiles/listing.h"
 #include "datafiles/record_reader.h"
-#include "platform/names.h"
 #include "qvlib60/datafiles.h"
 
 namespace {
@@ -64,17 +63,24 @@ struct Security {
   }
 };
 
+// Where the fields of an entry begin. The header has the number of entries where these have theirs of
+// records.
+namespace at {
+constexpr std::size_t kSymbol = 0, kType = 8, kFormat = 10, kFirstDate = 12, kLastDate = 14,
+                      kDescription = 20, kCount = 45, kPeriod = 47, kCusip = 61;
+}
+
 Security decode(const Byte* entry) noexcept {
   Security s{};
-  copyText(s.symbol, textField(entry, 8));
-  s.type = static_cast<char>(entry[8]);
-  s.format = static_cast<char>(entry[10]);
-  s.firstDate = dateNumber(entry + 12);
-  s.lastDate = dateNumber(entry + 14);
-  copyText(s.description, textField(entry + 20, 15));
-  s.records = std::max(signed16(entry + 45), 0);
-  s.period = static_cast<char>(entry[47]);
-  copyText(s.cusip, textField(entry + 61, 9));
+  copyText(s.symbol, textField(entry + at::kSymbol, 8));
+  s.type = static_cast<char>(entry[at::kType]);
+  s.format = static_cast<char>(entry[at::kFormat]);
+  s.firstDate = dateNumber(entry + at::kFirstDate);
+  s.lastDate = dateNumber(entry + at::kLastDate);
+  copyText(s.description, textField(entry + at::kDescription, 15));
+  s.records = std::max(signed16(entry + at::kCount), 0);
+  s.period = static_cast<char>(entry[at::kPeriod]);
+  copyText(s.cusip, textField(entry + at::kCusip, 9));
   std::snprintf(s.dataFile, sizeof s.dataFile, "%s.%cQ%c", s.symbol, s.type, s.period);
   return s;
 }
@@ -88,7 +94,7 @@ int visitSecurities(InputFile& file, Visit visit) noexcept {
   if (!entries.ok()) return QV_MALLOC;
   const Byte* header = entries.next();
   if (!header) return QV_FILE_READ;
-  const int count = signed16(header + 45);
+  const int count = signed16(header + at::kCount);
   for (int i = 0; i < count; ++i) {
     const Byte* entry = entries.next();
     if (!entry) return QV_FILE_READ;
@@ -119,8 +125,7 @@ struct WantedName {
   }
 
   bool fits(const Security& s) const noexcept {
-    using qv::platform::compareNoCase;
-    return (compareNoCase(text, s.symbol) == 0 || compareNoCase(text, s.description) == 0) &&
+    return (qv::compareNoCase(text, s.symbol) == 0 || qv::compareNoCase(text, s.description) == 0) &&
            (type == ' ' || type == s.type) && (period == ' ' || period == s.period);
   }
 };
@@ -194,17 +199,17 @@ int QVCALL qvDJread(QvBars* bars, const char* directory, const char* name, int s
     info.enddate = security.lastDate;
     info.frequency = security.frequency();
     info.datatype = security.dataType();
-    const auto store = [&](int i, const Byte* record) {
-      bars->date.data[i] = dateNumber(record);
-      bars->open.data[i] = price(record, layout.open);
-      bars->high.data[i] = price(record, layout.high);
-      bars->low.data[i] = price(record, layout.low);
-      bars->close.data[i] = price(record, layout.close);
-      bars->volume.data[i] = quantity(record, layout.volume);
-      bars->openInterest.data[i] = quantity(record, layout.openInterest);
+    const auto decodeBar = [&](const Byte* record) -> qv::Bar {
+      return {dateNumber(record),
+              price(record, layout.open),
+              price(record, layout.high),
+              price(record, layout.low),
+              price(record, layout.close),
+              quantity(record, layout.volume),
+              quantity(record, layout.openInterest)};
     };
     const RecordPlace place = {0, layout.size, security.records};
-    return readBars(file, place, info, *bars, start, count, QV_FILE_SEEK, store);
+    return readBars(file, place, info, *bars, start, count, QV_FILE_SEEK, decodeBar);
   });
 }
 

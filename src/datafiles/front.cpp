@@ -9,7 +9,6 @@
 #include "datafiles/text_fields.h"
 #include "datafiles/texts.h"
 #include "dates/pictures.h"
-#include "platform/names.h"
 #include "qvlib60/datafiles.h"
 #include "qvlib60/dates.h"
 
@@ -39,7 +38,7 @@ static_assert(std::size(kFamilies) == QV_FILETYPE_AIQ + 1);
 // "7" and "TXT" mean the layout file of that name by convention; any other type text that is not a
 // format's names the layout file.
 int readLayout(const char* type, const char* directory, QvTxtInfo& layout) noexcept {
-  const bool usual = std::strcmp(type, "7") == 0 || qv::platform::compareNoCase(type, "TXT") == 0;
+  const bool usual = std::strcmp(type, "7") == 0 || qv::compareNoCase(type, "TXT") == 0;
   return qvTXTreadinfo(directory, usual ? "txtinfo.txt" : type, &layout);
 }
 
@@ -74,7 +73,7 @@ int QVCALL qvFILEtype(const char* type) noexcept {
                              {"FS", QV_FILETYPE_FUTURESOURCE}, {"TC", QV_FILETYPE_TELECHART},
                              {"TT", QV_FILETYPE_TECHTOOLS}};
   for (const Name& name : kNames)
-    if (qv::platform::compareNoCase(type, name.text) == 0) return name.code;
+    if (qv::compareNoCase(type, name.text) == 0) return name.code;
   return QV_FILETYPE_TEXT;
 }
 

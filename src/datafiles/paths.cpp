@@ -1,6 +1,7 @@
 #include "datafiles/paths.h"
 
 #include <algorithm>
+#include <cstring>
 
 #include "datafiles/texts.h"
 #include "platform/platform.h"
@@ -19,9 +20,33 @@ Path joinPath(const char* directory, const char* fileName) noexcept {
   return path;
 }
 
+void resolveCase(Path& path) noexcept {
+  if (!platform::distinguishesCase() || platform::exists(path.text)) return;
+  char* separator = std::strrchr(path.text, platform::pathSeparator());
+  char* name = separator ? separator + 1 : path.text;
+  if (!*name) return;
+  Path directory;
+  copyText(directory.text, {path.text, static_cast<std::size_t>(name - path.text)});
+
+  struct Search {
+    const char* name;
+    Path best;
+  } search{name, {}};
+  const auto take = [](const char* entry, bool, void* context) {
+    auto& s = *static_cast<Search*>(context);
+    char* best = s.best.text;
+    if (compareNoCase(entry, s.name) == 0 && (!*best || std::strcmp(entry, best) < 0))
+      copyText(s.best.text, entry);
+    return true;
+  };
+  platform::visitDirectory(directory.text, take, &search);
+  // Equal but for case: the same length.
+  if (*search.best.text) std::memcpy(name, search.best.text, std::strlen(name));
+}
+
 InputFile::InputFile(const char* directory, const char* fileName) noexcept
     : path_(joinPath(directory, fileName)) {
-  platform::resolveCase(path_.text);
+  resolveCase(path_);
   if (platform::isRegularFile(path_.text)) stream_ = std::fopen(path_.text, "rb");
 }
 

@@ -19,6 +19,11 @@ struct Path {
 // the directory as a prefix.
 Path joinPath(const char* directory, const char* fileName) noexcept;
 
+// Files come from disks that did not distinguish case. If the path does not exist exactly, its last part
+// becomes the name of the entry of its directory that equals it without regard to case (the first in the
+// order of bytes), when there is one.
+void resolveCase(Path& path) noexcept;
+
 // A data file open for reading, its name found without regard to case where it does not exist
 // exactly. Test ok() after construction. Only regular files can be opened: a directory opens on some
 // systems, and a pipe could not be read twice.

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 
+#include "core/bar.h"
 #include "core/memory.h"
 #include "datafiles/binary_fields.h"
 #include "datafiles/paths.h"
@@ -139,12 +140,12 @@ int findDate(InputFile& file, const RecordPlace& place, double date, DateOf date
   return number;
 }
 
-// Reads a range of a file's records into a bar set and gives it the bar information: store(i, record) for
-// each record, up to the end of the file, also beyond the records that `place` counts. A count of 0 fills
-// only the bar information. 0, what recordRange answers, `seekError`, -3 and -4.
-template <typename Store>
+// Reads a range of a file's records into a bar set and gives it the bar information: decode(record) is
+// the bar of each record, up to the end of the file, also beyond the records that `place` counts. A count of
+// 0 fills only the bar information. 0, what recordRange answers, `seekError`, -3 and -4.
+template <typename Decode>
 int readBars(InputFile& file, const RecordPlace& place, const QvBars& info, QvBars& bars, int start,
-             int count, int seekError, Store store) noexcept {
+             int count, int seekError, Decode decode) noexcept {
   RecordReader records(file, place.recordSize);
   if (!records.ok()) return QV_MALLOC;
   if (const int status = recordRange(bars, place.records, start, count)) return status;
@@ -152,6 +153,7 @@ int readBars(InputFile& file, const RecordPlace& place, const QvBars& info, QvBa
   qvReSizeBars(&bars, 0);
   if (count == 0) return QV_OK;
   if (!records.seek(place.first + start * static_cast<std::int64_t>(place.recordSize))) return seekError;
+  const auto store = [&](int i, const Byte* record) { storeBar(bars, i, decode(record)); };
   qvReSizeBars(&bars, records.read(count, store));
   return records.status();
 }

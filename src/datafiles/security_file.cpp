@@ -4,9 +4,9 @@
 #include <cstdio>
 
 #include "core/numbers.h"
+#include "datafiles/directory.h"
 #include "datafiles/listing.h"
 #include "datafiles/texts.h"
-#include "platform/platform.h"
 
 namespace qv::datafiles {
 
@@ -34,37 +34,20 @@ QvBars SecurityFile::newInfo(const char* directory) const noexcept {
   return info;
 }
 
-namespace {
-
-struct Context {
-  const char* directory;
-  const SecurityFormat& format;
-  Describe describe;
-  Listing* listing;
-};
-
-bool listFile(const char* fileName, void* context) noexcept {
-  const auto& c = *static_cast<const Context*>(context);
-  SecurityFile security(c.directory, fileName, c.format);
-  QvBars info{};
-  if (security.file.ok()) c.describe(security, info);
-  c.listing->add({security.name.file, security.name.symbol, info.description, info.frequency, info.begindate,
-                  info.enddate});
-  return true;
-}
-
-}  // namespace
-
 int listSecurityFiles(const char* directory, const SecurityFormat& format, const char* output, int append,
                       Describe describe) noexcept {
   if (!directory || !output) return QV_INVALID_PARM;
   Listing listing(output, append);
   if (!listing.ok()) return QV_FILE_OPEN;
-  Context context{directory, format, describe, &listing};
-  char pattern[8];
-  std::snprintf(pattern, sizeof pattern, "*%s", format.extension);
-  if (const int status = platform::listFiles(joinPath(directory, "").text, pattern, listFile, &context))
-    return status;
+  const DirectoryFiles files(directory, format.extension);
+  if (!files.ok()) return QV_MALLOC;
+  for (std::size_t i = 0; i < files.count(); ++i) {
+    SecurityFile security(directory, files[i], format);
+    QvBars info{};
+    if (security.file.ok()) describe(security, info);
+    listing.add({security.name.file, security.name.symbol, info.description, info.frequency, info.begindate,
+                 info.enddate});
+  }
   return listing.finish();
 }
 

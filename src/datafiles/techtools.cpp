@@ -13,6 +13,9 @@ using namespace qv::datafiles;
 // The header has a record's size and begins with the price-format code.
 constexpr SecurityFormat kFormat = {QV_FILETYPE_TECHTOOLS, ".TTD", 16, 1, 2};
 
+// Where the fields of a record begin, behind its date.
+constexpr std::size_t kOpen = 2, kHigh = 4, kLow = 6, kClose = 8, kVolume = 10, kOpenInterest = 13;
+
 double dateNumber(const Byte* record) noexcept {
   return unsigned16(record);
 }
@@ -125,16 +128,16 @@ int QVCALL qvTTread(QvBars* bars, const char* directory, const char* fileName, i
   if (const int status = readDates(security, info, dateNumber)) return status;
   const int code = signed16(security.header);
   const PriceDecoder price{priceFormat(code), hasHalfTicks(security.name.file, code)};
-  const auto store = [&](int i, const Byte* record) {
-    bars->date.data[i] = dateNumber(record);
-    bars->open.data[i] = price(record + 2);
-    bars->high.data[i] = price(record + 4);
-    bars->low.data[i] = price(record + 6);
-    bars->close.data[i] = price(record + 8);
-    bars->volume.data[i] = unsigned24(record + 10);
-    bars->openInterest.data[i] = unsigned24(record + 13);
+  const auto decode = [&](const Byte* record) -> qv::Bar {
+    return {dateNumber(record),
+            price(record + kOpen),
+            price(record + kHigh),
+            price(record + kLow),
+            price(record + kClose),
+            double(unsigned24(record + kVolume)),
+            double(unsigned24(record + kOpenInterest))};
   };
-  return readBars(security.file, security.place, info, *bars, start, count, QV_FILE_SEEK, store);
+  return readBars(security.file, security.place, info, *bars, start, count, QV_FILE_SEEK, decode);
 }
 
 int QVCALL qvTTlist(const char* directory, const char* output, int append) noexcept {

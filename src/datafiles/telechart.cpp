@@ -12,6 +12,9 @@ using namespace qv::datafiles;
 constexpr SecurityFormat kFormat = {QV_FILETYPE_TELECHART, ".NDX", 24, 2, 48};
 constexpr std::size_t kDescriptionWidth = 22;
 
+// Where the fields of a record begin, behind its date.
+constexpr std::size_t kHigh = 4, kLow = 8, kClose = 12, kVolume = 16, kOpen = 20;
+
 double dateNumber(const Byte* record) noexcept {
   return qvNumToDate(qv::truncatedInt(mbfSingle(record)));
 }
@@ -41,16 +44,19 @@ int QVCALL qvTCread(QvBars* bars, const char* directory, const char* fileName, i
   QvBars info = security.newInfo(directory);
   if (const int status = describe(security, info)) return status;
   // The open interest is not in the records: its series stays as it is.
-  const auto store = [bars](int i, const Byte* record) {
-    bars->date.data[i] = dateNumber(record);
-    bars->high.data[i] = mbfSingle(record + 4);
-    bars->low.data[i] = mbfSingle(record + 8);
-    bars->close.data[i] = mbfSingle(record + 12);
-    bars->volume.data[i] = mbfSingle(record + 16);
-    bars->open.data[i] = mbfSingle(record + 20);
-    if (i == 0) bars->begindate = bars->date.data[0];
+  int stored = 0;
+  const auto decode = [&](const Byte* record) -> qv::Bar {
+    return {dateNumber(record),
+            mbfSingle(record + kOpen),
+            mbfSingle(record + kHigh),
+            mbfSingle(record + kLow),
+            mbfSingle(record + kClose),
+            mbfSingle(record + kVolume),
+            bars->openInterest.data[stored++]};
   };
-  return readBars(security.file, security.place, info, *bars, start, count, QV_FILE_READ, store);
+  const int status = readBars(security.file, security.place, info, *bars, start, count, QV_FILE_READ, decode);
+  if (stored > 0) bars->begindate = bars->date.data[0];
+  return status;
 }
 
 int QVCALL qvTClist(const char* directory, const char* output, int append) noexcept {

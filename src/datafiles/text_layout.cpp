@@ -7,8 +7,6 @@
 #include "datafiles/paths.h"
 #include "datafiles/text_fields.h"
 #include "datafiles/texts.h"
-#include "platform/names.h"
-#include "platform/platform.h"
 #include "qvlib60/datafiles.h"
 
 namespace {
@@ -48,12 +46,6 @@ constexpr DateWord kDateWords[] = {
     {"MMDDYY", 1},   {"MMDDCCYY", 1},   {"DDMMYY", 2},   {"DDMMCCYY", 2},
 };
 
-bool equalNoCase(std::string_view text, const char* word) noexcept {
-  char copy[kLayoutLine + 1];
-  copyText(copy, text);
-  return qv::platform::compareNoCase(copy, word) == 0;
-}
-
 void readDelimiters(std::string_view value, QvTxtInfo& info) noexcept {
   value = value.substr(0, sizeof info.delimiters);
   char* out = info.delimiters;
@@ -68,12 +60,12 @@ void readDelimiters(std::string_view value, QvTxtInfo& info) noexcept {
 }
 
 void readSetting(std::string_view key, std::string_view value, QvTxtInfo& info) noexcept {
-  if (equalNoCase(key, "delimit")) readDelimiters(value, info);
-  if (equalNoCase(key, "dtformat"))
+  if (qv::compareNoCase(key, "delimit") == 0) readDelimiters(value, info);
+  if (qv::compareNoCase(key, "dtformat") == 0)
     for (const DateWord& w : kDateWords)
-      if (equalNoCase(trimmed(value), w.word)) info.dateFormat = w.format;
+      if (qv::compareNoCase(trimmed(value), w.word) == 0) info.dateFormat = w.format;
   for (const NumberSetting& n : kNumbers)
-    if (equalNoCase(key, n.key)) info.*n.field = integerValue(value);
+    if (qv::compareNoCase(key, n.key) == 0) info.*n.field = integerValue(value);
 }
 
 void readLine(const Line& line, QvTxtInfo& info) noexcept {
@@ -113,7 +105,7 @@ int QVCALL qvTXTreadinfo(const char* directory, const char* fileName, QvTxtInfo*
 int QVCALL qvTXTwriteinfo(const char* directory, const char* fileName, const QvTxtInfo* info) noexcept {
   if (!directory || !fileName || !info) return QV_INVALID_PARM;
   Path path = joinPath(directory, fileName);
-  qv::platform::resolveCase(path.text);
+  resolveCase(path);
   OutputFile out(path.text, false, qv::StdoutName::kFile);
   if (!out.ok()) return QV_FILE_OPEN;
 

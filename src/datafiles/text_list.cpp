@@ -1,10 +1,10 @@
 // Listing the text price files of a directory.
 #include <cstdio>
 
+#include "datafiles/directory.h"
 #include "datafiles/listing.h"
 #include "datafiles/paths.h"
 #include "datafiles/texts.h"
-#include "platform/names.h"
 #include "platform/platform.h"
 #include "qvlib60/datafiles.h"
 #include "qvlib60/dates.h"
@@ -13,27 +13,21 @@ namespace {
 
 using namespace qv::datafiles;
 
-struct Context {
-  Path prefix;
-  Listing* listing;
-};
-
 double modificationDate(const char* path) noexcept {
   int year, month, day;
   if (!qv::platform::modificationDate(path, &year, &month, &day)) return 0.0;
   return qvYMDtoDate(year, month, day, 0, 0, 0);
 }
 
-bool listFile(const char* longName, void* context) noexcept {
-  const auto& c = *static_cast<const Context*>(context);
+// The layout file of that name is no data file.
+void listFile(const Path& prefix, const char* longName, Listing& listing) noexcept {
   char path[2 * kPathSize], shortName[kPathSize];
-  std::snprintf(path, sizeof path, "%s%s", c.prefix.text, longName);
+  std::snprintf(path, sizeof path, "%s%s", prefix.text, longName);
   qv::platform::shortName(path, shortName, sizeof shortName);
-  if (qv::platform::compareNoCase(shortName, "TXTINFO.TXT") == 0) return true;
+  if (qv::compareNoCase(shortName, "TXTINFO.TXT") == 0) return;
   char symbol[kPathSize];
   copyText(symbol, stemOf(shortName));
-  c.listing->add({shortName, symbol, longName, 0, 0.0, modificationDate(path)});
-  return true;
+  listing.add({shortName, symbol, longName, 0, 0.0, modificationDate(path)});
 }
 
 }  // namespace
@@ -44,10 +38,12 @@ int QVCALL qvTXTlist(const char* directory, const char* output, int append) noex
   if (!directory || !output) return QV_INVALID_PARM;
   Listing listing(output, append);
   if (!listing.ok()) return QV_FILE_OPEN;
-  Context context{joinPath(directory, ""), &listing};
-  for (const char* pattern : {"*.ASC", "*.CSV", "*.PRN", "*.TXT"})
-    if (const int status = qv::platform::listFiles(context.prefix.text, pattern, listFile, &context))
-      return status;
+  const Path prefix = joinPath(directory, "");
+  for (const char* extension : {".ASC", ".CSV", ".PRN", ".TXT"}) {
+    const DirectoryFiles files(directory, extension);
+    if (!files.ok()) return QV_MALLOC;
+    for (std::size_t i = 0; i < files.count(); ++i) listFile(prefix, files[i], listing);
+  }
   return listing.finish();
 }
 

@@ -128,7 +128,7 @@ int QVCALL qvTXTread(QvBars* bars, const char* directory, const char* fileName, 
   int i = oldestFirst ? 0 : count - 1;
   for (Line line; i >= 0 && i < count && lines.next(line);) {
     if (!record.splitBar(line.text)) continue;
-    record.storeBar(*bars, i);
+    storeBar(*bars, i, record.bar());
     i += step;
   }
   if (oldestFirst) qvReSizeBars(bars, i);

@@ -55,14 +55,14 @@ double TextRecord::dateTime() const noexcept {
   return dates::withTime(date(), timeOf(columns_[timeColumn_]));
 }
 
-void TextRecord::storeBar(QvBars& bars, int i) const noexcept {
-  bars.date.data[i] = dateTime();
-  bars.open.data[i] = decimalValue(columns_[layout_.openColumn]);
-  bars.high.data[i] = decimalValue(columns_[layout_.highColumn]);
-  bars.low.data[i] = decimalValue(columns_[layout_.lowColumn]);
-  bars.close.data[i] = decimalValue(columns_[layout_.closeColumn]);
-  bars.volume.data[i] = decimalValue(columns_[layout_.volumeColumn]);
-  bars.openInterest.data[i] = decimalValue(columns_[layout_.openInterestColumn]);
+Bar TextRecord::bar() const noexcept {
+  return {dateTime(),
+          decimalValue(columns_[layout_.openColumn]),
+          decimalValue(columns_[layout_.highColumn]),
+          decimalValue(columns_[layout_.lowColumn]),
+          decimalValue(columns_[layout_.closeColumn]),
+          decimalValue(columns_[layout_.volumeColumn]),
+          decimalValue(columns_[layout_.openInterestColumn])};
 }
 
 }  // namespace qv::datafiles

@@ -1,6 +1,7 @@
 // The lines of a text price file as its layout describes them.
 #pragma once
 
+#include "core/bar.h"
 #include "datafiles/text_fields.h"
 #include "qvlib60/datafiles.h"
 
@@ -20,7 +21,7 @@ class TextRecord {
   // What does not read as a date or time gives 0.0, as does a column that the line does not have.
   double date() const noexcept;
   double dateTime() const noexcept;
-  void storeBar(QvBars& bars, int i) const noexcept;
+  Bar bar() const noexcept;
 
  private:
   const QvTxtInfo layout_;

@@ -1,13 +1,15 @@
-// The short texts of the data files: names, symbols and descriptions that are trimmed and stored in
-// fields of fixed width.
+// The short texts of the data files: names, symbols and descriptions, trimmed before they are stored.
 #pragma once
 
 #include <algorithm>
 #include <cstddef>
-#include <cstring>
 #include <string_view>
 
+#include "core/text.h"
+
 namespace qv::datafiles {
+
+using qv::copyText, qv::textOf;
 
 // The characters that trimming removes. Independent of the caller's locale.
 constexpr std::string_view kBlanks = " \t\r\f\n";
@@ -32,20 +34,6 @@ constexpr bool isBlank(std::string_view text) noexcept {
 // A file name up to its first ".".
 constexpr std::string_view stemOf(std::string_view fileName) noexcept {
   return fileName.substr(0, fileName.find('.'));
-}
-
-// Fills a field: the text, cut to leave room for the terminator, then zeros.
-template <std::size_t N>
-void copyText(char (&field)[N], std::string_view text) noexcept {
-  const std::size_t length = std::min(text.size(), N - 1);
-  if (length) std::memmove(field, text.data(), length);
-  std::memset(field + length, 0, N - length);
-}
-
-// What a field holds, also when a caller filled it to its last character.
-template <std::size_t N>
-std::string_view textOf(const char (&field)[N]) noexcept {
-  return {field, static_cast<std::size_t>(std::find(field, field + N, '\0') - field)};
 }
 
 }  // namespace qv::datafiles

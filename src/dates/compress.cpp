@@ -3,6 +3,7 @@
 #include <cmath>
 #include <cstring>
 
+#include "core/bar.h"
 #include "core/calculation.h"
 #include "core/stretch.h"
 #include "dates/calendar.h"
@@ -114,43 +115,15 @@ class TimeSpans {
 
 // ---- Groups of bars -----------------------------------------------------------------------------
 
-class Group {
- public:
-  void begin(const QvBars& in, int i) noexcept {
-    open_ = in.open.data[i];
-    high_ = in.high.data[i];
-    low_ = in.low.data[i];
-    volume_ = in.volume.data[i];
-    openInterest_ = in.openInterest.data[i];
-    setLast(in, i);
-  }
-
-  void add(const QvBars& in, int i) noexcept {
-    if (in.high.data[i] > high_) high_ = in.high.data[i];
-    if (in.low.data[i] < low_) low_ = in.low.data[i];
-    volume_ += in.volume.data[i];
-    openInterest_ += in.openInterest.data[i];
-    setLast(in, i);
-  }
-
-  void store(QvBars& out, int g) const noexcept {
-    out.date.data[g] = date_;
-    out.open.data[g] = open_;
-    out.high.data[g] = high_;
-    out.low.data[g] = low_;
-    out.close.data[g] = close_;
-    out.volume.data[g] = volume_;
-    out.openInterest.data[g] = openInterest_;
-  }
-
- private:
-  void setLast(const QvBars& in, int i) noexcept {
-    date_ = in.date.data[i];
-    close_ = in.close.data[i];
-  }
-
-  double date_ = 0.0, open_ = 0.0, high_ = 0.0, low_ = 0.0, close_ = 0.0, volume_ = 0.0, openInterest_ = 0.0;
-};
+// A group is dated and closed by its last bar.
+void addToGroup(Bar& group, const Bar& bar) noexcept {
+  group.date = bar.date;
+  if (bar.high > group.high) group.high = bar.high;
+  if (bar.low < group.low) group.low = bar.low;
+  group.close = bar.close;
+  group.volume += bar.volume;
+  group.openInterest += bar.openInterest;
+}
 
 // Both sets may be the same: a group is stored at or below the last bar that it took.
 template <typename Periods>
@@ -162,19 +135,18 @@ int groupBars(QvBars& in, QvBars& out, Periods periods, double startDate, double
 
   int g = 0;
   if (i < in.barsize && out.datasize > 0) {
-    Group group;
-    group.begin(in, i);
+    Bar group = barAt(in, i);
     periods.begin(date[i]);
     for (++i; i < in.barsize && date[i] <= endDate; ++i) {
       if (!periods.crossedBy(date[i])) {
-        group.add(in, i);
+        addToGroup(group, barAt(in, i));
         continue;
       }
-      group.store(out, g++);
+      storeBar(out, g++, group);
       if (g == out.datasize) break;
-      group.begin(in, i);
+      group = barAt(in, i);
     }
-    if (g < out.datasize) group.store(out, g++);
+    if (g < out.datasize) storeBar(out, g++, group);
   }
   qvReSizeBars(&out, g);
   if (&in != &out && sharesBlocks(in, out)) in = out;

@@ -99,8 +99,7 @@ int QVCALL qvBarStats(const QvBars* b, double* min, double* max, int from, int t
   const Stretch s{std::max(std::min(from, to), 0), std::min(std::max(from, to), b->barsize - 1)};
   double lowest = 0.0, highest = 0.0;
   if (!s.empty()) {
-    if (!canRead(b, s.last, &QvBars::open, &QvBars::high, &QvBars::low, &QvBars::close))
-      return QV_INVALID_PARM;
+    if (!hasBar({b, kPrices}, s.last)) return QV_INVALID_PARM;
     const double *open = b->open.data, *high = b->high.data, *low = b->low.data, *close = b->close.data;
     lowest = highest = close[s.first];
     for (int i = s.first; i <= s.last; ++i)
@@ -112,7 +111,7 @@ int QVCALL qvBarStats(const QvBars* b, double* min, double* max, int from, int t
 }
 
 double QVCALL qvAvgPrice(const QvBars* b, int i) noexcept {
-  if (!canRead(b, i, &QvBars::open, &QvBars::high, &QvBars::low, &QvBars::close)) return 0.0;
+  if (!hasBar({b, kPrices}, i)) return 0.0;
   return averagePrice(b->open.data[i], b->high.data[i], b->low.data[i], b->close.data[i]);
 }
 

@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <cstring>
 
+#include "core/calculation.h"
 #include "qvlib60/patterns/candles.h"
 
 namespace qv {
@@ -16,10 +17,6 @@ inline int recordCount(const QvCandles& candles) noexcept {
   std::int32_t count;
   std::memcpy(&count, candles.records - 1, sizeof count);
   return count;
-}
-
-inline bool hasItem(const QvArray& a, int i) noexcept {
-  return a.data && i >= 0 && i < a.size;
 }
 
 // |a - b| against a fraction of the first number alone: not symmetric.

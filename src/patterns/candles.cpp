@@ -8,10 +8,10 @@
 
 #include "core/calculation.h"
 #include "core/memory.h"
+#include "core/text.h"
 #include "kernels/window.h"
 #include "patterns/candle_names.h"
 #include "patterns/candle_window.h"
-#include "platform/names.h"
 
 namespace {
 
@@ -161,7 +161,7 @@ int fieldOf(const QvCandles* candles, int i, std::int8_t QvCandle::*field) noexc
 // Without regard to case; null for an unknown name.
 const qv::NamedCandlePattern* findPattern(const char* name) noexcept {
   for (const qv::NamedCandlePattern& pattern : qv::candlePatterns)
-    if (qv::platform::compareNoCase(name, pattern.name) == 0) return &pattern;
+    if (qv::compareNoCase(name, pattern.name) == 0) return &pattern;
   return nullptr;
 }
 

@@ -2,7 +2,7 @@
 #include <algorithm>
 
 #include "core/calculation.h"
-#include "platform/names.h"
+#include "core/text.h"
 #include "qvlib60/patterns/formations.h"
 
 namespace {
@@ -99,18 +99,14 @@ constexpr Formation kFormations[] = {
 
 const Formation* findFormation(const char* name) noexcept {
   for (const Formation& f : kFormations)
-    if (platform::compareNoCase(f.name, name) == 0) return &f;
+    if (compareNoCase(f.name, name) == 0) return &f;
   return nullptr;
 }
 
 // The signal of bar i; 0 where bar i, the bar before it or a series that the test reads is missing.
 int signalAt(const QvBars* b, int i, unsigned series, Test test) noexcept {
   if (!b) return QV_INVALID_PARM;
-  if (i < 1 || i >= b->barsize) return 0;
-  for (int k = 0; k < kSeriesCount; ++k) {
-    const QvArray& a = seriesOf(*b, k);
-    if ((series & (1u << k)) && (!a.data || i >= a.capacity)) return 0;
-  }
+  if (i < 1 || !hasBar({b, series}, i)) return 0;
   return test({b->high.data, b->low.data, b->close.data}, i);
 }
 

@@ -10,10 +10,6 @@ namespace {
 
 using namespace qv;
 
-bool hasItem(const QvArray* a, int i) noexcept {
-  return a->data && i < a->size;
-}
-
 int turn(const double* a, int i) noexcept {
   const bool trough = (a[i] > a[i - 1]) & (a[i - 1] < a[i - 2]);
   const bool peak = (a[i] < a[i - 1]) & (a[i - 1] > a[i - 2]);
@@ -26,7 +22,7 @@ extern "C" {
 
 int QVCALL qvCrossOver(const QvArray* a, const QvArray* b, int i) noexcept {
   if (!a || !b) return QV_INVALID_PARM;
-  return i >= 1 && hasItem(a, i) && hasItem(b, i) ? crossing(a->data, b->data, i) : 0;
+  return i >= 1 && hasItem(*a, i) && hasItem(*b, i) ? crossing(a->data, b->data, i) : 0;
 }
 
 int QVCALL qvCrossOverFill(const QvArray* a, const QvArray* b, QvArray* out, int start, int end) noexcept {
@@ -35,7 +31,7 @@ int QVCALL qvCrossOverFill(const QvArray* a, const QvArray* b, QvArray* out, int
 
 int QVCALL qvTurn(const QvArray* a, int i) noexcept {
   if (!a) return QV_INVALID_PARM;
-  return i >= 2 && hasItem(a, i) ? turn(a->data, i) : 0;
+  return i >= 2 && hasItem(*a, i) ? turn(a->data, i) : 0;
 }
 
 int QVCALL qvTurnFill(const QvArray* in, QvArray* out, int start, int end) noexcept {

@@ -23,9 +23,11 @@ void shortName(const char* path, char* out, std::size_t outSize) noexcept;
 // Local date of the last modification; false when there is no such file.
 bool modificationDate(const char* path, int* year, int* month, int* day) noexcept;
 
-// If `path` does not exist exactly, replaces its last part by the name of the entry of its
-// directory that equals it without regard to case (the first in name order), when there is one.
-void resolveCase(char* path) noexcept;
+// True where "a.csv" and "A.CSV" can be two files of a directory.
+bool distinguishesCase() noexcept;
+
+// True for anything of that name.
+bool exists(const char* path) noexcept;
 
 // Directories, devices and pipes are not regular files.
 bool isRegularFile(const char* path) noexcept;
@@ -36,11 +38,9 @@ bool seekFile(std::FILE* file, std::int64_t offset) noexcept;
 // The size of an open file in bytes; -1 when the system does not tell.
 std::int64_t fileSize(std::FILE* file) noexcept;
 
-// Calls visit(name, context) for every regular file of the directory whose name matches the
-// pattern ('*' and '?', without regard to case), in name order without regard to case. Stops when
-// visit returns false. An empty directory text is the current directory. 0, or -3 when the memory
-// runs out; an unreadable directory has no files.
-using FileVisitor = bool (*)(const char* name, void* context);
-int listFiles(const char* directory, const char* pattern, FileVisitor visit, void* context) noexcept;
+// Calls visit(name, isRegular, context) for every entry of a directory, in no order, until it answers
+// false. An empty directory text is the current directory; an unreadable directory has no entries.
+using EntryVisitor = bool (*)(const char* name, bool isRegular, void* context);
+void visitDirectory(const char* directory, EntryVisitor visit, void* context) noexcept;
 
 }  // namespace qv::platform

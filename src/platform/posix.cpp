@@ -1,5 +1,4 @@
-// POSIX systems. Files come from disks that did not distinguish case, so names that do not exist
-// exactly are looked up without regard to it.
+// POSIX systems.
 #include <dirent.h>
 #include <sys/stat.h>
 
@@ -7,7 +6,6 @@
 #include <cstring>
 #include <ctime>
 
-#include "platform/names.h"
 #include "platform/platform.h"
 
 namespace qv::platform {
@@ -49,6 +47,15 @@ bool modificationDate(const char* path, int* year, int* month, int* day) noexcep
   return true;
 }
 
+bool distinguishesCase() noexcept {
+  return true;
+}
+
+bool exists(const char* path) noexcept {
+  struct stat info;
+  return stat(path, &info) == 0;
+}
+
 bool isRegularFile(const char* path) noexcept {
   struct stat info;
   return stat(path, &info) == 0 && S_ISREG(info.st_mode);
@@ -63,46 +70,18 @@ std::int64_t fileSize(std::FILE* file) noexcept {
   return fstat(fileno(file), &info) == 0 ? std::int64_t{info.st_size} : -1;
 }
 
-void resolveCase(char* path) noexcept {
-  struct stat info;
-  if (stat(path, &info) == 0) return;
-  char* name = path + (lastPart(path) - path);
-  if (!*name) return;
-  char directory[4096] = ".";
-  const auto length = static_cast<std::size_t>(name - path);
-  if (length >= sizeof directory) return;
-  if (length) {
-    std::memcpy(directory, path, length);
-    directory[length] = '\0';
-  }
-  DIR* entries = opendir(directory);
+void visitDirectory(const char* directory, EntryVisitor visit, void* context) noexcept {
+  DIR* entries = opendir(*directory ? directory : ".");
   if (!entries) return;
-  char best[sizeof(dirent::d_name)] = "";
-  while (const dirent* entry = readdir(entries))
-    if (compareNoCase(entry->d_name, name) == 0 && (!*best || std::strcmp(entry->d_name, best) < 0))
-      std::strcpy(best, entry->d_name);
-  closedir(entries);
-  if (*best) std::memcpy(name, best, std::strlen(best));  // equal but for case: the same length
-}
-
-int listFiles(const char* directory, const char* pattern, FileVisitor visit, void* context) noexcept {
-  const char* where = *directory ? directory : ".";
-  DIR* entries = opendir(where);
-  if (!entries) return 0;
-  NameList names;
-  bool ok = true;
-  while (const dirent* entry = readdir(entries)) {
-    if (!matchesPattern(entry->d_name, pattern)) continue;
-    char path[4096 + sizeof(dirent::d_name)];
-    std::snprintf(path, sizeof path, "%s/%s", where, entry->d_name);
-    if (isRegularFile(path) && !(ok = names.add(entry->d_name))) break;
+  const auto isRegular = [entries](const dirent& entry) {
+    if (entry.d_type == DT_REG || entry.d_type == DT_DIR) return entry.d_type == DT_REG;
+    struct stat info;
+    return fstatat(dirfd(entries), entry.d_name, &info, 0) == 0 && S_ISREG(info.st_mode);
+  };
+  const dirent* entry;
+  while ((entry = readdir(entries)) && visit(entry->d_name, isRegular(*entry), context)) {
   }
   closedir(entries);
-  if (!ok) return -3;
-  names.sort();
-  for (std::size_t i = 0; i < names.count(); ++i)
-    if (!visit(names[i], context)) break;
-  return 0;
 }
 
 }  // namespace qv::platform

@@ -5,7 +5,6 @@
 #include <cstdio>
 #include <cstring>
 
-#include "platform/names.h"
 #include "platform/platform.h"
 
 namespace qv::platform {
@@ -52,6 +51,14 @@ bool modificationDate(const char* path, int* year, int* month, int* day) noexcep
   return true;
 }
 
+bool distinguishesCase() noexcept {
+  return false;
+}
+
+bool exists(const char* path) noexcept {
+  return GetFileAttributesA(path) != INVALID_FILE_ATTRIBUTES;
+}
+
 bool isRegularFile(const char* path) noexcept {
   const DWORD attributes = GetFileAttributesA(path);
   return attributes != INVALID_FILE_ATTRIBUTES &&
@@ -66,28 +73,18 @@ std::int64_t fileSize(std::FILE* file) noexcept {
   return _filelengthi64(_fileno(file));
 }
 
-void resolveCase(char*) noexcept {}  // the file system does not distinguish case
-
-int listFiles(const char* directory, const char* pattern, FileVisitor visit, void* context) noexcept {
+void visitDirectory(const char* directory, EntryVisitor visit, void* context) noexcept {
   char query[MAX_PATH + 32];
   const std::size_t length = std::strlen(directory);
   const char* join = length == 0 || endsDirectory(directory[length - 1]) ? "" : "\\";
   std::snprintf(query, sizeof query, "%s%s*", directory, join);
   WIN32_FIND_DATAA data;
   const HANDLE search = FindFirstFileA(query, &data);
-  if (search == INVALID_HANDLE_VALUE) return 0;
-  NameList names;
-  bool ok = true;
+  if (search == INVALID_HANDLE_VALUE) return;
   do {
-    const bool file = !(data.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY);
-    if (file && matchesPattern(data.cFileName, pattern)) ok = names.add(data.cFileName);
-  } while (ok && FindNextFileA(search, &data));
+    if (!visit(data.cFileName, !(data.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY), context)) break;
+  } while (FindNextFileA(search, &data));
   FindClose(search);
-  if (!ok) return -3;
-  names.sort();
-  for (std::size_t i = 0; i < names.count(); ++i)
-    if (!visit(names[i], context)) break;
-  return 0;
 }
 
 }  // namespace qv::platform

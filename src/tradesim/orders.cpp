@@ -6,8 +6,8 @@
 
 #include "core/calculation.h"
 #include "core/memory.h"
+#include "core/text.h"
 #include "qvlib60/tradesim.h"
-#include "tradesim/names.h"
 #include "tradesim/order_prices.h"
 
 namespace {
@@ -89,8 +89,8 @@ int placeOrder(QvOrderSystem* sys, const char* name, const char* fromEntry, int 
     return QV_OK;
 
   QvOrder order{};
-  copyName(order.name, name);
-  copyName(order.fromEntry, fromEntry);
+  copyText(order.name, textUpTo(name, sizeof order.name));
+  copyText(order.fromEntry, textUpTo(fromEntry, sizeof order.fromEntry));
   order.volume = terms.volume;
   order.action = action;
   order.direction = direction;
@@ -100,11 +100,8 @@ int placeOrder(QvOrderSystem* sys, const char* name, const char* fromEntry, int 
   order.date = qvGetArrayItem(&sys->bars.date, sys->currentBar);
   order.price = orderPrice(*sys, order);
 
-  void* table = sys->orders;
-  const int status =
-      growTable(&table, sys->orderCount, &sys->orderCapacity, kOrderStep, 0, static_cast<int>(sizeof order));
-  if (status) return status;
-  sys->orders = static_cast<QvOrder*>(table);
+  if (const int status = growTable(sys->orders, sys->orderCount, sys->orderCapacity, kOrderStep))
+    return status;
   sys->orders[sys->orderCount++] = order;
   return QV_OK;
 }
@@ -117,7 +114,7 @@ int QVCALL qvOrderSystemInit(QvOrderSystem* sys, const char* name, const QvBars*
   if (!sys || !name || !bars) return QV_INVALID_PARM;
   const QvBars given = *bars;  // copies, for both may be the record's own
   char givenName[sizeof sys->systemName];
-  copyName(givenName, name);
+  copyText(givenName, textUpTo(name, sizeof givenName));
 
   std::memset(sys, 0, sizeof *sys);
   const int tradeCapacity = std::clamp(given.barsize / 4, 0, kLargestTradeTable);

@@ -10,11 +10,12 @@
 #include <optional>
 
 #include "core/calculation.h"
+#include "core/memory.h"
 #include "core/numbers.h"
+#include "core/text.h"
 #include "dates/calendar.h"
 #include "qvlib60/tradesim.h"
 #include "tradesim/fills.h"
-#include "tradesim/names.h"
 #include "tradesim/order_sort.h"
 #include "tradesim/statistics.h"
 #include "tradesim/trade_result.h"
@@ -38,12 +39,10 @@ bool hasPrices(const QvBars& bars) noexcept {
   return true;
 }
 
-template <typename Record>
-int makeRoom(Record*& table, int count, int32_t& capacity, int step) noexcept {
-  void* block = table;
-  const int status = growTable(&block, count, &capacity, step, 0, static_cast<int>(sizeof(Record)));
-  table = static_cast<Record*>(block);
-  return status;
+// Names in positions and trades have blanks behind their terminator.
+template <std::size_t N, std::size_t M>
+void copyName(char (&field)[N], const char (&name)[M]) noexcept {
+  copyText(field, textOf(name), ' ');
 }
 
 // Drops records from a table; each run of those that stay moves as one block.
@@ -71,7 +70,7 @@ void recordTrade(QvOrderSystem& sys, const QvOrder& order, int direction, double
                  int volume) noexcept {
   QvTrade trade{};
   trade.position = position;
-  copySpaceFilled(trade.exitName, order.name);
+  copyName(trade.exitName, order.name);
   trade.exitDirection = direction;
   trade.exitBar = sys.currentBar;
   // A close order trades at the close of the bar before, on its date.
@@ -81,7 +80,7 @@ void recordTrade(QvOrderSystem& sys, const QvOrder& order, int direction, double
   addToStatistics(sys, trade);
 
   const int halfMore = sys.tradeCapacity > 1 ? sys.tradeCapacity / 2 : 1;
-  if (makeRoom(sys.trades, sys.tradeCount, sys.tradeCapacity, halfMore) == QV_OK)
+  if (growTable(sys.trades, sys.tradeCount, sys.tradeCapacity, halfMore) == QV_OK)
     sys.trades[sys.tradeCount++] = trade;
   position.remaining = volume < position.remaining ? position.remaining - volume : 0;
 }
@@ -100,9 +99,9 @@ void closeOtherDirection(QvOrderSystem& sys, const QvOrder& entry, double price)
 }
 
 void openTrade(QvOrderSystem& sys, const QvOrder& order, double price) noexcept {
-  if (makeRoom(sys.positions, sys.positionCount, sys.positionCapacity, kPositionStep)) return;
+  if (growTable(sys.positions, sys.positionCount, sys.positionCapacity, kPositionStep)) return;
   QvPosition& position = sys.positions[sys.positionCount++];
-  copySpaceFilled(position.entryName, order.name);
+  copyName(position.entryName, order.name);
   position.direction = order.direction;
   position.entryBar = sys.currentBar;
   position.entryDate = sys.bars.date.data[sys.currentBar];

@@ -2,6 +2,7 @@
 // separator of the caller's choice for other programs.
 #include <algorithm>
 #include <cstdio>
+#include <variant>
 
 #include "core/output_file.h"
 #include "qvlib60/tradesim.h"
@@ -22,56 +23,73 @@ struct Layout {
   explicit Layout(const char* text) noexcept : separator(text), fixed(text[0] == ' ') {}
 };
 
-struct Header {
-  const char* columns;  // the two lines of the fixed layout
-  const char* fields;   // the names of the other one, with ';' where the separator goes
+// ---- Columns ------------------------------------------------------------------------------------
+
+// How a column prints its values, in fixed width and between separators. Texts that the caller may have
+// filled to the last character are printed up to their width.
+struct Format {
+  const char *fixed, *free;
+};
+constexpr Format kSystem{"%-19.19s", "%.80s"}, kSymbol{"%-8.16s", "%.16s"}, kDateTime{"%s", "%s"};
+constexpr Format kName{"%-19s", "%s"}, kBar{"%4i", "%i"}, kLetter{"%c", "%c"}, kPrice{"%8.3f", "%.3f"};
+constexpr Format kVolume{"%8d", "%d"}, kProfit{"%10.3f", "%.3f"};
+constexpr Format kDirection{"%-4s", "%s"}, kOrderType{"%-6s", "%s"}, kTimeInForce{"%-3s", "%s"};
+
+// Doubles go in by value: those of packed records cannot be referred to.
+using Cell = std::variant<const char*, char, int, double, DateText>;
+
+template <typename Record>
+struct Column {
+  const char* name;  // in the header between separators
+  Format format;
+  Cell (*cell)(const Record&) noexcept;
 };
 
-constexpr Header kOrderHeader{
-    "System              Symbol   Date       Time     Name                Dir  At     TIF Price    "
-    "Volume\n"
-    "------------------- -------- ---------- -------- ------------------- ---- ------ --- -------- "
-    "--------\n",
-    "System;Symbol;DateTime;Name;Dir;At;TIF;Price;Volume\n"};
-
-constexpr Header kTradeHeader{
-    "System              Symbol   Date       Time     Bar#   Name                  Price   Volume  "
-    "Date     Time     Bar#   Name                  Price   Volume  Profit\n"
-    "------------------- -------- ---------- -------- ---- - --------------------- ------- ------- "
-    "-------- -------- ---- - --------------------- ------- ------- -----------\n",
-    "System;Symbol;DateTimeIn;BarNumIn;DirIn;NameIn;PriceIn;VolumeIn;"
-    "DateTimeOut;BarNumOut;DirOut;NameOut;PriceOut;VolumeOut;Profit\n"};
-
-constexpr Header kOpenPositionHeader{
-    "System              Symbol   Date       Time     Bar#   Name                  Price   Volume  "
-    "Date     Time     Bar#   Price   Volume  Profit\n"
-    "------------------- -------- ---------- -------- ---- - --------------------- ------- ------- "
-    "-------- -------- ---- - ------- ------- -----------\n",
-    "System;Symbol;DateTimeIn;BarNumIn;DirIn;NameIn;PriceIn;VolumeIn;"
-    "DateTimeOut;BarNumOut;DirOut;PriceOut;VolumeOut;Profit\n"};
-
-void writeHeader(std::FILE* f, const Layout& layout, const Header& header) noexcept {
-  if (layout.fixed) {
-    std::fputs(header.columns, f);
-    return;
-  }
-  for (const char* p = header.fields; *p; ++p) {
-    if (*p == ';')
-      std::fputs(layout.separator, f);
-    else
-      std::fputc(*p, f);
-  }
+Cell dateTime(double date) noexcept {
+  return dateText(date, Picture::LongYearTime);
 }
 
-// `header` is null where the caller wants none; lines(stream, layout) writes one for each record.
-template <typename Lines>
-int writeListing(const char* file, int append, const Header* header, const char* separator,
-                 Lines lines) noexcept {
+void writeCell(std::FILE* f, const char* format, const Cell& cell) noexcept {
+  if (const DateText* date = std::get_if<DateText>(&cell)) std::fprintf(f, format, date->text);
+  if (const char* const* text = std::get_if<const char*>(&cell)) std::fprintf(f, format, *text);
+  if (const char* letter = std::get_if<char>(&cell)) std::fprintf(f, format, *letter);
+  if (const int* number = std::get_if<int>(&cell)) std::fprintf(f, format, *number);
+  if (const double* number = std::get_if<double>(&cell)) std::fprintf(f, format, printable(*number));
+}
+
+template <typename Record, std::size_t N>
+void writeLine(std::FILE* f, const Layout& layout, const Column<Record> (&columns)[N],
+               const Record& record) noexcept {
+  for (const Column<Record>& column : columns) {
+    if (&column != columns) std::fputs(layout.separator, f);
+    writeCell(f, layout.fixed ? column.format.fixed : column.format.free, column.cell(record));
+  }
+  std::fputc('\n', f);
+}
+
+template <typename Record, std::size_t N>
+void writeHeader(std::FILE* f, const Layout& layout, const Column<Record> (&columns)[N],
+                 const char* fixedHeader) noexcept {
+  if (layout.fixed) {
+    std::fputs(fixedHeader, f);
+    return;
+  }
+  for (const Column<Record>& column : columns) {
+    if (&column != columns) std::fputs(layout.separator, f);
+    std::fputs(column.name, f);
+  }
+  std::fputc('\n', f);
+}
+
+// `fixedHeader` is null where the caller wants no header; lines(write) hands each record to write.
+template <typename Record, std::size_t N, typename Lines>
+int writeListing(const char* file, int append, const char* separator, const Column<Record> (&columns)[N],
+                 const char* fixedHeader, Lines lines) noexcept {
   const OutputFile out(file, append != 0);
   if (!out.ok()) return QV_FILE_OPEN;
   const Layout layout(separator);
-  if (header) writeHeader(out.stream(), layout, *header);
-  lines(out.stream(), layout);
+  if (fixedHeader) writeHeader(out.stream(), layout, columns, fixedHeader);
+  lines([&](const Record& record) { writeLine(out.stream(), layout, columns, record); });
   return QV_OK;
 }
 
@@ -84,54 +102,119 @@ char directionLetter(int direction) noexcept {
   return direction == QV_BUY ? 'B' : 'S';
 }
 
-// Texts that the caller may have filled to the last character are printed up to their width.
+// ---- Orders -------------------------------------------------------------------------------------
 
-void writeOrder(std::FILE* f, const QvOrderSystem& sys, const QvOrder& order, const Layout& layout) noexcept {
-  const char* s = layout.separator;
-  std::fprintf(f,
-               layout.fixed ? "%-19.19s%s%-8.16s%s%s%s%-19s%s%-4s%s%-6s%s%-3s%s%8.3f%s%8d\n"
-                            : "%.80s%s%.16s%s%s%s%s%s%s%s%s%s%s%s%.3f%s%d\n",
-               sys.systemName, s, sys.bars.symbol, s, dateText(order.date, Picture::LongYearTime).text, s,
-               order.name, s, order.direction == QV_BUY ? "Buy" : "Sell", s, orderTypeName(order.orderType),
-               s, order.timeInForce == QV_DAY ? "Day" : "GTC", s, printable(shownOrderPrice(order.price)), s,
-               order.volume);
+struct OrderLine {
+  const QvOrderSystem& sys;
+  const QvOrder& order;
+};
+
+constexpr Column<OrderLine> kOrderColumns[] = {
+    {"System", kSystem, [](const OrderLine& l) noexcept -> Cell { return l.sys.systemName; }},
+    {"Symbol", kSymbol, [](const OrderLine& l) noexcept -> Cell { return l.sys.bars.symbol; }},
+    {"DateTime", kDateTime, [](const OrderLine& l) noexcept -> Cell { return dateTime(l.order.date); }},
+    {"Name", kName, [](const OrderLine& l) noexcept -> Cell { return l.order.name; }},
+    {"Dir", kDirection,
+     [](const OrderLine& l) noexcept -> Cell { return l.order.direction == QV_BUY ? "Buy" : "Sell"; }},
+    {"At", kOrderType, [](const OrderLine& l) noexcept -> Cell { return orderTypeName(l.order.orderType); }},
+    {"TIF", kTimeInForce,
+     [](const OrderLine& l) noexcept -> Cell { return l.order.timeInForce == QV_DAY ? "Day" : "GTC"; }},
+    {"Price", kPrice, [](const OrderLine& l) noexcept -> Cell { return shownOrderPrice(l.order.price); }},
+    {"Volume", kVolume, [](const OrderLine& l) noexcept -> Cell { return l.order.volume; }},
+};
+
+constexpr char kOrderHeader[] =
+    "System              Symbol   Date       Time     Name                Dir  At     TIF Price    "
+    "Volume\n"
+    "------------------- -------- ---------- -------- ------------------- ---- ------ --- -------- "
+    "--------\n";
+
+// ---- Trades and open positions ------------------------------------------------------------------
+
+// A trade, or an open position valued as if the rest were closed at the close of a bar.
+struct TradeLine {
+  const QvOrderSystem& sys;
+  const QvPosition& entry;
+  int entryVolume;
+  const char* exitName;
+  int exitDirection, exitBar;
+  double exitDate, exitPrice;
+  int exitVolume;
+  double profit;
+};
+
+TradeLine lineOf(const QvOrderSystem& sys, const QvTrade& trade) noexcept {
+  return {sys,           trade.position, trade.position.volume, trade.exitName,   trade.exitDirection,
+          trade.exitBar, trade.exitDate, trade.exitPrice,       trade.exitVolume, tradeResult(sys, trade)};
 }
 
-void writeTrade(std::FILE* f, const QvOrderSystem& sys, const QvTrade& trade, const Layout& layout) noexcept {
-  const char* s = layout.separator;
-  const QvPosition& entry = trade.position;
-  std::fprintf(f,
-               layout.fixed ? "%-19.19s%s%-8.16s%s%s%s%4i%s%c%s%-19s%s%8.3f%s%8d%s"
-                              "%s%s%4i%s%c%s%-19s%s%8.3f%s%8d%s%10.3f\n"
-                            : "%.80s%s%.16s%s%s%s%i%s%c%s%s%s%.3f%s%d%s"
-                              "%s%s%i%s%c%s%s%s%.3f%s%d%s%.3f\n",
-               sys.systemName, s, sys.bars.symbol, s, dateText(entry.entryDate, Picture::LongYearTime).text,
-               s, entry.entryBar, s, directionLetter(entry.direction), s, entry.entryName, s,
-               printable(entry.entryPrice), s, entry.volume, s,
-               dateText(trade.exitDate, Picture::LongYearTime).text, s, trade.exitBar, s,
-               directionLetter(trade.exitDirection), s, trade.exitName, s, printable(trade.exitPrice), s,
-               trade.exitVolume, s, printable(tradeResult(sys, trade)));
-}
-
-// Valued as if the rest were closed at the close of the given bar.
-void writeOpenPosition(std::FILE* f, const QvOrderSystem& sys, const QvPosition& position, int bar,
-                       const Layout& layout) noexcept {
-  const char* s = layout.separator;
+TradeLine lineOf(const QvOrderSystem& sys, const QvPosition& position, int bar) noexcept {
   const double close = qvGetArrayItem(&sys.bars.close, bar);
   const double gain = priceGain(position.direction, position.entryPrice, close);
-  std::fprintf(f,
-               layout.fixed ? "%-19.19s%s%-8.16s%s%s%s%4i%s%c%s%-19s%s%8.3f%s%8d%s"
-                              "%s%s%4i%s%c%s%8.3f%s%8d%s%10.3f\n"
-                            : "%.80s%s%.16s%s%s%s%i%s%c%s%s%s%.3f%s%d%s"
-                              "%s%s%i%s%c%s%.3f%s%d%s%.3f\n",
-               sys.systemName, s, sys.bars.symbol, s,
-               dateText(position.entryDate, Picture::LongYearTime).text, s, position.entryBar, s,
-               directionLetter(position.direction), s, position.entryName, s, printable(position.entryPrice),
-               s, position.remaining, s,
-               dateText(qvGetArrayItem(&sys.bars.date, bar), Picture::LongYearTime).text, s, bar, s,
-               position.direction == QV_BUY ? 'S' : 'B', s, printable(close), s, position.remaining, s,
-               printable(tradeResult(sys, gain, position.remaining)));
+  return {sys,
+          position,
+          position.remaining,
+          "",
+          position.direction == QV_BUY ? QV_SELL : QV_BUY,
+          bar,
+          qvGetArrayItem(&sys.bars.date, bar),
+          close,
+          position.remaining,
+          tradeResult(sys, gain, position.remaining)};
 }
+
+using TradeColumn = Column<TradeLine>;
+constexpr TradeColumn kTradeSystem{"System", kSystem,
+                                   [](const TradeLine& l) noexcept -> Cell { return l.sys.systemName; }};
+constexpr TradeColumn kTradeSymbol{"Symbol", kSymbol,
+                                   [](const TradeLine& l) noexcept -> Cell { return l.sys.bars.symbol; }};
+constexpr TradeColumn kDateIn{
+    "DateTimeIn", kDateTime, [](const TradeLine& l) noexcept -> Cell { return dateTime(l.entry.entryDate); }};
+constexpr TradeColumn kBarIn{"BarNumIn", kBar,
+                             [](const TradeLine& l) noexcept -> Cell { return l.entry.entryBar; }};
+constexpr TradeColumn kDirectionIn{
+    "DirIn", kLetter, [](const TradeLine& l) noexcept -> Cell { return directionLetter(l.entry.direction); }};
+constexpr TradeColumn kNameIn{"NameIn", kName,
+                              [](const TradeLine& l) noexcept -> Cell { return l.entry.entryName; }};
+constexpr TradeColumn kPriceIn{
+    "PriceIn", kPrice, [](const TradeLine& l) noexcept -> Cell { return double{l.entry.entryPrice}; }};
+constexpr TradeColumn kVolumeIn{"VolumeIn", kVolume,
+                                [](const TradeLine& l) noexcept -> Cell { return l.entryVolume; }};
+constexpr TradeColumn kDateOut{"DateTimeOut", kDateTime,
+                               [](const TradeLine& l) noexcept -> Cell { return dateTime(l.exitDate); }};
+constexpr TradeColumn kBarOut{"BarNumOut", kBar,
+                              [](const TradeLine& l) noexcept -> Cell { return l.exitBar; }};
+constexpr TradeColumn kDirectionOut{
+    "DirOut", kLetter, [](const TradeLine& l) noexcept -> Cell { return directionLetter(l.exitDirection); }};
+constexpr TradeColumn kNameOut{"NameOut", kName,
+                               [](const TradeLine& l) noexcept -> Cell { return l.exitName; }};
+constexpr TradeColumn kPriceOut{"PriceOut", kPrice,
+                                [](const TradeLine& l) noexcept -> Cell { return l.exitPrice; }};
+constexpr TradeColumn kVolumeOut{"VolumeOut", kVolume,
+                                 [](const TradeLine& l) noexcept -> Cell { return l.exitVolume; }};
+constexpr TradeColumn kProfitColumn{"Profit", kProfit,
+                                    [](const TradeLine& l) noexcept -> Cell { return l.profit; }};
+
+constexpr TradeColumn kTradeColumns[] = {kTradeSystem,  kTradeSymbol, kDateIn,   kBarIn,     kDirectionIn,
+                                         kNameIn,       kPriceIn,     kVolumeIn, kDateOut,   kBarOut,
+                                         kDirectionOut, kNameOut,     kPriceOut, kVolumeOut, kProfitColumn};
+
+constexpr char kTradeHeader[] =
+    "System              Symbol   Date       Time     Bar#   Name                  Price   Volume  "
+    "Date     Time     Bar#   Name                  Price   Volume  Profit\n"
+    "------------------- -------- ---------- -------- ---- - --------------------- ------- ------- "
+    "-------- -------- ---- - --------------------- ------- ------- -----------\n";
+
+// What is still open has no name of an exit.
+constexpr TradeColumn kOpenPositionColumns[] = {
+    kTradeSystem, kTradeSymbol, kDateIn, kBarIn,        kDirectionIn, kNameIn,    kPriceIn,
+    kVolumeIn,    kDateOut,     kBarOut, kDirectionOut, kPriceOut,    kVolumeOut, kProfitColumn};
+
+constexpr char kOpenPositionHeader[] =
+    "System              Symbol   Date       Time     Bar#   Name                  Price   Volume  "
+    "Date     Time     Bar#   Price   Volume  Profit\n"
+    "------------------- -------- ---------- -------- ---- - --------------------- ------- ------- "
+    "-------- -------- ---- - ------- ------- -----------\n";
 
 }  // namespace
 
@@ -158,10 +241,10 @@ int QVCALL qvOrderRpt1(const QvOrderSystem* sys, const char* file, int append, i
                        const char* separator) noexcept {
   if (!sys || !file || !separator) return QV_INVALID_PARM;
   if (sys->orderCount == 0) return QV_OK;
-  const auto lines = [sys](std::FILE* f, const Layout& layout) {
-    for (int i = 0; i < sys->orderCount; ++i) writeOrder(f, *sys, sys->orders[i], layout);
-  };
-  return writeListing(file, append, header ? &kOrderHeader : nullptr, separator, lines);
+  return writeListing(file, append, separator, kOrderColumns, header ? kOrderHeader : nullptr,
+                      [sys](auto write) {
+                        for (int i = 0; i < sys->orderCount; ++i) write({*sys, sys->orders[i]});
+                      });
 }
 
 int QVCALL qvPrintTrades(const QvOrderSystem* sys, const char* file, int append) noexcept {
@@ -193,21 +276,21 @@ int QVCALL qvPrintTrades(const QvOrderSystem* sys, const char* file, int append)
 int QVCALL qvTradeRpt1(const QvOrderSystem* sys, const char* file, int append, int header,
                        const char* separator) noexcept {
   if (!sys || !file || !separator) return QV_INVALID_PARM;
-  const auto lines = [sys](std::FILE* f, const Layout& layout) {
-    for (int i = 0; i < sys->tradeCount; ++i) writeTrade(f, *sys, sys->trades[i], layout);
-  };
-  return writeListing(file, append, header ? &kTradeHeader : nullptr, separator, lines);
+  return writeListing(file, append, separator, kTradeColumns, header ? kTradeHeader : nullptr,
+                      [sys](auto write) {
+                        for (int i = 0; i < sys->tradeCount; ++i) write(lineOf(*sys, sys->trades[i]));
+                      });
 }
 
 int QVCALL qvOpenPosRpt1(const QvOrderSystem* sys, const char* file, int append, int header,
                          const char* separator) noexcept {
   if (!sys || !file || !separator) return QV_INVALID_PARM;
-  const auto lines = [sys](std::FILE* f, const Layout& layout) {
-    const int bar = std::min(sys->currentBar, sys->bars.barsize - 1);
-    for (int i = 0; i < sys->positionCount; ++i)
-      if (sys->positions[i].remaining > 0) writeOpenPosition(f, *sys, sys->positions[i], bar, layout);
-  };
-  return writeListing(file, append, header ? &kOpenPositionHeader : nullptr, separator, lines);
+  return writeListing(file, append, separator, kOpenPositionColumns, header ? kOpenPositionHeader : nullptr,
+                      [sys](auto write) {
+                        const int bar = std::min(sys->currentBar, sys->bars.barsize - 1);
+                        for (int i = 0; i < sys->positionCount; ++i)
+                          if (sys->positions[i].remaining > 0) write(lineOf(*sys, sys->positions[i], bar));
+                      });
 }
 
 }  // extern "C"

@@ -1,6 +1,7 @@
 // The performance summary: the 24 lines for reading, and a line of values chosen by their codes.
 #include <cstdio>
 
+#include "core/characters.h"
 #include "core/numbers.h"
 #include "core/output_file.h"
 #include "qvlib60/tradesim.h"
@@ -79,16 +80,9 @@ void writeLine(std::FILE* f, const QvOrderSystem& sys, const Line& line) noexcep
   std::fputs(line.style->end, f);
 }
 
-constexpr bool isLetter(char c) noexcept {
-  return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z');
-}
-constexpr char upper(char c) noexcept {
-  return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c;
-}
-
 const Line* lineOfCode(const char* code) noexcept {
   for (const Line& line : kLines)
-    if (line.code && line.code[0] == upper(code[0]) && line.code[1] == upper(code[1])) return &line;
+    if (line.code && line.code[0] == upperCase(code[0]) && line.code[1] == upperCase(code[1])) return &line;
   return nullptr;
 }
 
@@ -99,7 +93,7 @@ void writeCode(std::FILE* f, const QvOrderSystem& sys, const char* code) noexcep
     std::fprintf(f, " %11.3s", code);
     return;
   }
-  const char block = upper(code[0]);
+  const char block = upperCase(code[0]);
   const FixedPoint v = fixedPoint(line->value(block == 'L'   ? sys.longStatistics
                                               : block == 'S' ? sys.shortStatistics
                                                              : sys.netStatistics),
