@@ -12,6 +12,7 @@ constexpr Row kRows[] = {
     ENTRY(qvExpMA, "ema", "Exponential Moving Average",
           "An average in which the weight of a value fades by a constant share with every bar.")
         .params(period("period", 20)).gives(over()).inPlace().note(kSeeded)
+        .source("Robert G. Brown, Statistical Forecasting for Inventory Control, 1959, for the smoothing")
         .settles([](const History& h) noexcept { return h.exponential(h.values[0]); }),
     ENTRY(qvWeightedMA, "wma", "Weighted Moving Average",
           "The average of the last bars with weights that rise from 1 to the period.")

@@ -19,7 +19,7 @@ constexpr Row kRows[] = {
     ENTRY(qvLineOsc, "lineosc", "Line Oscillator", "The simple average of one series less that of another.")
         .takes({{{"a", QV_SERIES_CLOSE, 0}, {"b", 0, 0}}}).params(period("p", 10)).gives(panel()).valid<-1, 0>(),
     ENTRY(qvNMO, "nmo", "Normalised Momentum Oscillator", "The relative strength index stretched from -100 to 100.")
-        .params(period("p", 14)).gives(panel().range(-100, 100).zone(-40).zone(40)).valid<0, 0>()
+        .params(period("p", 14)).gives(panel().range(-100, 100).zone(-40).zone(40)).source(kWilder).valid<0, 0>()
         .settles([](const History& h) noexcept { return h.wilder(h[0], 1, 4); }),
 };
 // clang-format on

@@ -63,6 +63,7 @@ constexpr Row kRows[] = {
         .note("The mean range is the plain mean of the j + 1 ranges before the bar, not Wilder's average, and a gap above the previous close does not count.").valid<0, 0>(),
     ENTRY(qvZigZag, "zigzag", "Zigzag", "Straight lines between the swings that exceed a threshold.")
         .params(real("threshold", 5, 0.01, 50), choice("mode", kZigZagModes, QV_ZIGZAG_PERCENT)).gives(over().seesAhead())
+        .source("Arthur A. Merrill, Filtered Waves: Basic Theory, 1977")
         .note("A turn is known only when the threshold has been passed: the last legs move until then.").neverSettles(),
     ENTRY(qvSwingIndex, "swing", "Swing Index", "The bar's change from the previous one, weighed against the limit move.")
         .params(real("limitMove", 3, 0.0001, 10000)).gives(panel().histogram()).reads(kPrices).source(kWilder).valid<1>(),
