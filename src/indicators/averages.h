@@ -24,6 +24,7 @@ namespace chain {
 class MovingSum {
  public:
   static constexpr int kInputs = 1, kOutputs = 1;
+  static constexpr bool kWhole = true;
   static constexpr bool kInPlace = true;
 
   explicit MovingSum(int period) noexcept : window_(period) {}
@@ -42,6 +43,7 @@ class MovingSum {
 class SimpleMA {
  public:
   static constexpr int kInputs = 1, kOutputs = 1;
+  static constexpr bool kWhole = true;
   static constexpr bool kInPlace = true;
 
   explicit SimpleMA(int period) noexcept : period_(period), window_(period, Means<1>(period)) {}

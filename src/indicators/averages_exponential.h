@@ -21,6 +21,7 @@ namespace chain {
 class ExpMA {
  public:
   static constexpr int kInputs = 1, kOutputs = 1;
+  static constexpr bool kWhole = true;
   static constexpr bool kInPlace = true;
 
   explicit ExpMA(double period) noexcept : average_(shareOf(period)) {}
@@ -35,24 +36,22 @@ class ExpMA {
 class DEMA {
  public:
   static constexpr int kInputs = 1, kOutputs = 1;
+  static constexpr bool kWhole = true;
 
-  explicit DEMA(double period) noexcept
-      : origin_(shareOf(period)), first_(shareOf(period)), second_(shareOf(period)) {}
+  explicit DEMA(double period) noexcept : origin_(shareOf(period)), averages_(shareOf(period), 2.0, -1.0) {}
   int lead() const noexcept { return 1; }
   void run(Inputs<1> in, int count, Outputs<1> out) noexcept {
     origin_.over(
         in[0], count,
         [&](int at, int items) {
-          const double from = origin_.value();
-          first_.runTwo(second_, in[0] + at, items, out[0] + at, from,
-                        [from](auto e1, auto e2) QV_LAMBDA { return from + (2.0 * e1 - e2); });
+          averages_.run(in[0] + at, items, out[0] + at, origin_.value(), origin_.value());
         },
-        first_, second_);
+        averages_);
   }
 
  private:
   Origin origin_;
-  Distance first_, second_;
+  DoubleDistance averages_;
 };
 
 class TEMA {
@@ -92,59 +91,45 @@ class TEMA {
 class T3 {
  public:
   static constexpr int kInputs = 1, kOutputs = 1;
+  static constexpr bool kWhole = true;
 
   T3(double period, double volumeFactor, int passes)
-  noexcept
-      : factor_(volumeFactor > 0.0 ? std::min(volumeFactor, 1.0) : 0.0),
-        origin_(shareOf(period)),
-        passes_{static_cast<std::size_t>(std::clamp(passes, 1, kMostPasses))} {
+  noexcept : origin_(shareOf(period)), passes_(static_cast<std::size_t>(std::clamp(passes, 1, kMostPasses))) {
+    const double factor = volumeFactor > 0.0 ? std::min(volumeFactor, 1.0) : 0.0;
     if (ok())
-      std::fill_n(passes_.data(), passes_.count(),
-                  Pass{Distance(shareOf(period)), Distance(shareOf(period))});
+      std::fill_n(passes_.data(), passes_.count(), DoubleDistance(shareOf(period), 1.0 + factor, -factor));
   }
   bool ok() const noexcept { return passes_.ok(); }
   int lead() const noexcept { return 0; }
   void run(Inputs<1> in, int count, Outputs<1> out) noexcept {
-    if (!ok()) return;
+    if (!ok()) return std::fill_n(out[0], count, 0.0), void();
     origin_.over(
         in[0], count, [&](int at, int items) { relative(in[0] + at, items, out[0] + at); }, *this);
   }
   void shift(double more) noexcept {
-    for (std::size_t k = 0; k < passes_.count(); ++k) {
-      passes_[k].first.shift(more);
-      passes_[k].second.shift(more);
-    }
+    for (std::size_t k = 0; k < passes_.count(); ++k) passes_[k].shift(more);
   }
 
  private:
   // Far above any use; a wild number of passes must not keep the caller waiting for days.
   static constexpr int kMostPasses = 10000;
-  struct Pass {
-    Distance first, second;
-  };
 
   void relative(const double* x, int count, double* out) noexcept {
-    const double near = 1.0 + factor_, far = factor_, from = origin_.value();
-    for (std::size_t k = 0; k < passes_.count(); ++k) {
-      const auto pass = [&](auto leave) QV_LAMBDA {
-        passes_[k].first.runTwo(passes_[k].second, k == 0 ? x : out, count, out, k == 0 ? from : 0.0, leave);
-      };
-      if (k + 1 < passes_.count())
-        pass([=](auto e1, auto e2) QV_LAMBDA { return near * e1 - far * e2; });
-      else
-        pass([=](auto e1, auto e2) QV_LAMBDA { return from + (near * e1 - far * e2); });
-    }
+    const double from = origin_.value();
+    const std::size_t last = passes_.count() - 1;
+    for (std::size_t k = 0; k <= last; ++k)
+      passes_[k].run(k == 0 ? x : out, count, out, k == 0 ? from : 0.0, k == last ? from : 0.0);
   }
 
-  double factor_;
   Origin origin_;
-  memory::Buffer<Pass> passes_;
+  memory::Buffer<DoubleDistance> passes_;
 };
 
 // Takes out of each bar what it moved in the last half of the period, before it is averaged.
 class ZeroLagExpMA {
  public:
   static constexpr int kInputs = 1, kOutputs = 1;
+  static constexpr bool kWhole = true;
 
   explicit ZeroLagExpMA(double period) noexcept
       : lag_(truncatedInt(std::max(1.0, (period - 1.0) / 2.0))), average_(lag_.lead() - 1, shareOf(period)) {}
@@ -178,6 +163,7 @@ class ZeroLagExpMA {
 class WellesMA {
  public:
   static constexpr int kInputs = 1, kOutputs = 1;
+  static constexpr bool kWhole = true;
   static constexpr bool kInPlace = true;
 
   explicit WellesMA(int period) noexcept : period_(period), average_(period) {}
@@ -195,6 +181,7 @@ class WellesMA {
 class WellesSum {
  public:
   static constexpr int kInputs = 1, kOutputs = 1;
+  static constexpr bool kWhole = true;
   static constexpr bool kInPlace = true;
 
   explicit WellesSum(int period) noexcept : sum_(period) {}

@@ -17,6 +17,7 @@ namespace chain {
 class RateOfChange {
  public:
   static constexpr int kInputs = 1, kOutputs = 1;
+  static constexpr bool kWhole = true;
 
   RateOfChange(double scale, int period) noexcept : scale_(scale), past_(period) {}
   bool ok() const noexcept { return past_.ok(); }
@@ -51,6 +52,7 @@ class Momentum : public RateOfChange {
 class Ratio {
  public:
   static constexpr int kInputs = 2, kOutputs = 1, kStarts = 1;
+  static constexpr bool kWhole = true;
 
   int lead() const noexcept { return 0; }
   void run(Inputs<2> in, int count, Outputs<1> out) noexcept { map(count, out[0], ratioOf, in[0], in[1]); }

@@ -13,6 +13,7 @@ class PriceOfBars {
  public:
   static constexpr unsigned kSeries = kReads;
   static constexpr int kInputs = kCount, kOutputs = 1;
+  static constexpr bool kWhole = true;
 
   int lead() const noexcept { return 0; }
   void run(Inputs<kCount> in, int count, Outputs<1> out) noexcept {
@@ -31,6 +32,7 @@ using WeightedCloses = PriceOfBars<kHighLowClose, 3, decltype(weightedClose)>;
 class PerformancePct {
  public:
   static constexpr int kInputs = 1, kOutputs = 1;
+  static constexpr bool kWhole = true;
 
   int lead() const noexcept { return 0; }
   void run(Inputs<1> in, int count, Outputs<1> out) noexcept {
@@ -49,6 +51,7 @@ class PerformancePct {
 class DiffValue {
  public:
   static constexpr int kInputs = 1, kOutputs = 1;
+  static constexpr bool kWhole = true;
 
   explicit DiffValue(int period) noexcept : past_(period) {}
   bool ok() const noexcept { return past_.ok(); }

@@ -8,11 +8,12 @@
 //   static constexpr int kInputs, kOutputs    inputs are the bar set's series in the order date, open, high,
 //                                             low, close, volume, open interest, then single series
 //   static constexpr bool kInPlace = true     where the one output may be the one input; else left out
+//   static constexpr bool kWhole = true       where run takes pieces of any length; left out: up to a tile
 //   Name(parameters...)
 //   bool ok() const                           that of its stages; left out where none takes memory
 //   int lead() const, or lead(output)         items that pass before the first value: stages know theirs
 //   void run(Inputs<kInputs>, int count, Outputs<kOutputs>)
-//                                             up to a tile of items; 0.0 for those below the lead
+//                                             0.0 for the items below the lead
 //   void endShort(int items, Outputs<kOutputs> last) const
 //                                             what a series of so many items (0 and up), which ends below a
 //                                             lead, leaves in its last item; left out where that is nothing
@@ -70,16 +71,22 @@ struct StartEnd {
 template <typename Chain>
 int runChain(Chain& chain, const Inputs<Chain::kInputs>& in, const Outputs<Chain::kOutputs>& out, int s,
              int n) noexcept {
-  overTiles(s, n, [&](int at, int count) {
-    if constexpr (requires { Chain::kInPlace; }) {
-      if (in[0] == out[0]) {
-        Tile items;
-        std::copy_n(in[0] + at, count, items);
-        return chain.run({items}, count, {out[0] + at});
+  constexpr bool kWhole = requires {
+    Chain::kWhole;
+  };
+  if (kWhole && s < n && in[0] != out[0])
+    chain.run(advanced(in, s), n - s, advanced(out, s));
+  else
+    overTiles(s, n, [&](int at, int count) {
+      if constexpr (requires { Chain::kInPlace; }) {
+        if (in[0] == out[0]) {
+          Tile items;
+          std::copy_n(in[0] + at, count, items);
+          return chain.run({items}, count, {out[0] + at});
+        }
       }
-    }
-    chain.run(advanced(in, at), count, advanced(out, at));
-  });
+      chain.run(advanced(in, at), count, advanced(out, at));
+    });
   if (!isOk(chain)) return QV_MALLOC;
   if constexpr (requires { chain.endShort(0, out); }) {
     const int items = std::max(0, n - s);

@@ -42,23 +42,23 @@ class Recurrence {
     run(in, count, out, same, same);
   }
   // Two of them in one loop, where each would leave the machine idle: out[i] = after(y[i], z[i]) of
-  // y = this of before(in), z = `second` of between(y).
-  template <typename Enter, typename Between, typename Leave>
+  // y = this of before(in) and z = `second` of y.
+  template <typename Enter, typename Leave>
   QV_INLINE void runTwo(Recurrence& second, const double* in, int count, double* out, Enter before,
-                        Between between, Leave after) noexcept {
+                        Leave after) noexcept {
     Recurrence y = *this, z = second;
     int i = 0;
     for (; i + 4 <= count; i += 4) {
       Two y0 = before(loadTwo(in + i)), y1 = before(loadTwo(in + i + 2));
       y.four(y0, y1);
-      Two z0 = between(y0), z1 = between(y1);
+      Two z0 = y0, z1 = y1;
       z.four(z0, z1);
       storeTwo(out + i, after(y0, z0));
       storeTwo(out + i + 2, after(y1, z1));
     }
     for (; i < count; ++i) {
       const double first = y.next(before(in[i]));
-      out[i] = after(first, z.next(between(first)));
+      out[i] = after(first, z.next(first));
     }
     *this = y;
     second = z;
@@ -150,20 +150,35 @@ class Distance {
         x, count, y, [less](auto v) QV_LAMBDA { return v - less; },
         [share = share_](auto v) QV_LAMBDA { return v * share; });
   }
-  // out[i] = after(y, z) of two averages in one loop, z that of y.
-  template <typename Leave>
-  QV_INLINE void runTwo(Distance& second, const double* x, int count, double* out, double less,
-                        Leave after) noexcept {
-    y_.runTwo(
-        second.y_, x, count, out, [less](auto v) QV_LAMBDA { return v - less; },
-        [share = share_](auto v) QV_LAMBDA { return v * share; },
-        [share = share_, other = second.share_, after](auto y, auto z)
-            QV_LAMBDA { return after(y * share, z * other); });
-  }
 
  private:
   double share_;
   Recurrence y_;
+};
+
+// near e1 + far e2 of an exponential average e1 and that of it, e2, as a Distance.
+class DoubleDistance {
+ public:
+  DoubleDistance(double share, double near, double far) noexcept
+      : share_(share),
+        near_(near * share),
+        far_(far * share * share),
+        first_(1.0 - share),
+        second_(1.0 - share) {}
+  void shift(double more) noexcept {
+    first_.shift(more, share_);
+    second_.shift(more / share_, share_);
+  }
+  // out[i] = onto + the result for x[i] - less; out may be x.
+  [[gnu::noinline]] void run(const double* x, int count, double* out, double less, double onto) noexcept {
+    first_.runTwo(
+        second_, x, count, out, [less](auto v) QV_LAMBDA { return v - less; },
+        [near = near_, far = far_, onto](auto y, auto z) QV_LAMBDA { return onto + (y * near + z * far); });
+  }
+
+ private:
+  double share_, near_, far_;
+  Recurrence first_, second_;
 };
 
 // Exponential average. Begins with its first item.

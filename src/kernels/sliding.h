@@ -57,6 +57,7 @@ template <typename Statistic>
 class Sliding {
  public:
   static constexpr int kInputs = Statistic::kInputs, kOutputs = Statistic::kOutputs;
+  static constexpr bool kWhole = true;  // see calculate.h
   using In = Inputs<kInputs>;
   using Out = Outputs<kOutputs>;
 
@@ -189,8 +190,9 @@ class Sliding {
     return true;
   }
 
+  // Out of line: side by side two kinds of sums take each other's registers.
   template <typename Of>
-  QV_INLINE void runBlocks(const Of& of, In in, int count, Out out) noexcept {
+  [[gnu::noinline]] void runBlocks(const Of of, In in, int count, Out out) noexcept {
     In block{};
     bool inPiece = false;  // the block before lies in the piece
     while (count > 0) {

@@ -35,6 +35,7 @@ struct RunningLine {
 class StandardError {
  public:
   static constexpr int kInputs = 1, kOutputs = 1;
+  static constexpr bool kWhole = true;  // see calculate.h
 
   explicit StandardError(int period) noexcept : period_(period), missing_(period - 1) {}
   bool ok() const noexcept { return !failed_ && (place_ == 0 || block_.ok()) && (!begun_ || suffix_.ok()); }
