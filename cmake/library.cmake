@@ -77,6 +77,6 @@ endif()
 
 if(QV_INSTALL)
   install(TARGETS QVLIB60)
-  install(FILES include/qvlib60.h DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
+  install(FILES include/qvlib60.h include/qvlib60.hpp DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
   install(DIRECTORY include/qvlib60 DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
 endif()

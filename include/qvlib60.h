@@ -8,6 +8,7 @@
 #include "qvlib60/datafiles.h"
 #include "qvlib60/dates.h"
 #include "qvlib60/finance.h"
+#include "qvlib60/formula.h"
 #include "qvlib60/indicators.h"
 #include "qvlib60/patterns.h"
 #include "qvlib60/pnf.h"

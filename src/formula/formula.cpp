@@ -1,0 +1,114 @@
+// The exported functions: opening, parameters, evaluation.
+#include "qvlib60/formula.h"
+
+#include <algorithm>
+#include <cstring>
+#include <new>
+
+#include "core/calculation.h"
+#include "formula/constants.h"
+#include "formula/evaluate.h"
+#include "formula/needs.h"
+#include "formula/parser.h"
+
+namespace {
+
+using namespace qv;
+using namespace qv::formula;
+
+int parse(const char* text, int length, QvFormula& f, Complaint& complaint) noexcept {
+  constexpr int kUsualNodes = 32;
+  if (!f.nodes.grow(kUsualNodes) || !f.contexts.grow(1)) return QV_MALLOC;
+  f.contexts[0] = {};
+  f.contextCount = 1;
+  return Parser(text, length, f, complaint).run();
+}
+
+// A prepared output that is shorter than the bars takes what it holds.
+int evaluateInto(const QvFormula& f, const double* numbers, const QvBars& bars, QvArray& out) noexcept {
+  const bool fits = out.capacity >= bars.barsize;
+  memory::Buffer<double> whole(static_cast<std::size_t>(fits ? 0 : bars.barsize));
+  if (!whole.ok()) return QV_MALLOC;
+  int firstValid = 0;
+  if (const int status = evaluate(f, numbers, bars, fits ? out.data : whole.data(), &firstValid))
+    return status;
+  if (!fits) std::copy_n(whole.data(), out.size, out.data);
+  qvSetFirstValid(&out, firstValid);
+  return QV_OK;
+}
+
+}  // namespace
+
+extern "C" {
+
+QvFormula* QVCALL qvFormulaOpen(const char* text, char* error, int errorSize) noexcept {
+  Complaint complaint(error, errorSize);
+  if (!text) {
+    complaint.sayCode(QV_INVALID_PARM);
+    return nullptr;
+  }
+  const void* end = std::memchr(text, '\0', QV_FORMULA_MAX_LENGTH + 1);
+  if (!end) {
+    complaint.say(QV_FORMULA_MAX_LENGTH, "more than %d characters", int{QV_FORMULA_MAX_LENGTH});
+    return nullptr;
+  }
+  void* block = memory::allocateZeroed(1, sizeof(QvFormula));
+  if (!block) {
+    complaint.sayCode(QV_MALLOC);
+    return nullptr;
+  }
+  auto* f = new (block) QvFormula;
+  const int status = parse(text, static_cast<int>(static_cast<const char*>(end) - text), *f, complaint);
+  if (status == QV_OK) return f;
+  if (status == QV_MALLOC) complaint.sayCode(QV_MALLOC);
+  qvFormulaClose(f);
+  return nullptr;
+}
+
+void QVCALL qvFormulaClose(QvFormula* f) noexcept {
+  if (!f) return;
+  f->~QvFormula();
+  memory::release(f);
+}
+
+int QVCALL qvFormulaParameter(QvFormula* f, const char* name, double value) noexcept {
+  if (!f || !name) return QV_INVALID_PARM;
+  const Name wanted = nameOf(name + (name[0] == '$'));
+  for (int k = 0; k < f->parameterCount; ++k) {
+    Parameter& p = f->parameters[static_cast<std::size_t>(k)];
+    if (!sameWord(wanted, nameOf(p.name))) continue;
+    p.value = value;
+    return QV_OK;
+  }
+  return QV_INVALID_PARM;
+}
+
+int QVCALL qvFormulaParameterCount(const QvFormula* f) noexcept {
+  return f ? f->parameterCount : int{QV_INVALID_PARM};
+}
+
+const char* QVCALL qvFormulaParameterName(const QvFormula* f, int i) noexcept {
+  return f && i >= 0 && i < f->parameterCount ? f->parameters[static_cast<std::size_t>(i)].name : nullptr;
+}
+
+int QVCALL qvFormulaNeeds(const QvFormula* f, double tolerance, QvFormulaNeeds* needs) noexcept {
+  return f && needs ? needsOf(*f, tolerance, *needs) : int{QV_INVALID_PARM};
+}
+
+int QVCALL qvFormulaEval(const QvFormula* f, const QvBars* bars, QvArray* out) noexcept {
+  if (!f) return QV_INVALID_PARM;
+  memory::Buffer<double> numbers(static_cast<std::size_t>(f->nodeCount));
+  if (!numbers.ok()) return QV_MALLOC;
+  if (const int status = resolve(*f, numbers.data())) return status;
+  // Dates that are read can't be written, those that nobody reads may serve as output.
+  if (bars && out && out->data && (f->series & kDate) && sharesBlock(out, &bars->date))
+    return QV_INVALID_PARM;
+  const bool wasEmpty = out && !out->data;
+  const int n = prepareOutputs({{bars, f->series}}, {}, {out});
+  if (n < 1) return n;
+  const int status = evaluateInto(*f, numbers.data(), *bars, *out);
+  if (status < 0 && wasEmpty) qvFreeArray(out);
+  return status;
+}
+
+}  // extern "C"

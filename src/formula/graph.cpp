@@ -1,0 +1,178 @@
+#include "formula/graph.h"
+
+#include <algorithm>
+#include <bit>
+#include <climits>
+
+#include "core/calculation.h"
+#include "formula/items.h"
+
+namespace qv::formula {
+
+namespace {
+
+std::uint64_t bitsOf(double v) noexcept {
+  return std::bit_cast<std::uint64_t>(v);
+}
+
+bool same(const Node& a, const Node& b) noexcept {
+  return a.kind == b.kind && a.context == b.context && a.index == b.index && a.entry == b.entry &&
+         bitsOf(a.number) == bitsOf(b.number) && a.count == b.count &&
+         std::equal(a.operands, a.operands + a.count, b.operands);
+}
+
+std::uint64_t hashOf(const Node& node) noexcept {
+  std::uint64_t h = static_cast<std::uint64_t>(node.kind);
+  const auto mix = [&h](std::uint64_t v) { h = (h ^ v) * 0x9E3779B97F4A7C15u, h ^= h >> 29; };
+  mix(static_cast<std::uint64_t>(node.context));
+  mix(static_cast<std::uint64_t>(node.index));
+  mix(bitsOf(node.number));
+  mix(reinterpret_cast<std::uintptr_t>(node.entry));
+  for (int k = 0; k < node.count; ++k) mix(static_cast<std::uint64_t>(node.operands[k]));
+  return h;
+}
+
+}  // namespace
+
+int Graph::append(const Node& node) noexcept {
+  if (!f_.nodes.grow(static_cast<std::size_t>(f_.nodeCount) + 1)) return kExhausted;
+  at(f_.nodeCount) = node;
+  return f_.nodeCount++;
+}
+
+int Graph::add(const Node& node) noexcept {
+  for (int k = 0; k < node.count; ++k)
+    if (node.operands[k] == kExhausted) return kExhausted;
+  std::int32_t& bucket = buckets_[hashOf(node) >> 56];
+  static_assert(kBuckets == 256);
+  for (int i = bucket - 1; i >= 0; i = (*this)[i].next)
+    if (same((*this)[i], node)) return i;
+  const int added = append(node);
+  if (added < 0) return added;
+  at(added).next = bucket - 1;
+  bucket = added + 1;
+  return added;
+}
+
+int Graph::number(double value) noexcept {
+  Node node;
+  node.constant = true;
+  node.number = value;
+  return add(node);
+}
+
+int Graph::parameter(int index) noexcept {
+  Node node;
+  node.kind = Kind::Parameter;
+  node.constant = true;
+  node.index = index;
+  return add(node);
+}
+
+int Graph::field(int series, int context) noexcept {
+  Node node;
+  node.kind = Kind::Field;
+  node.index = series;
+  node.context = context;
+  f_.series |= 1u << series;
+  return add(node);
+}
+
+int Graph::itemwise(Kind kind, int a, int b, int c) noexcept {
+  Node node;
+  node.kind = kind;
+  node.constant = true;
+  bool numbers = true;
+  for (const int operand : {a, b, c}) {
+    if (operand == kNone) break;
+    if (operand == kExhausted) return kExhausted;
+    const Node& from = (*this)[operand];
+    node.operands[node.count++] = operand;
+    node.constant = node.constant && from.constant;
+    numbers = numbers && from.kind == Kind::Number;
+    node.context = std::max(node.context, from.context);
+  }
+  if (!node.constant) return add(node);
+  if (kind == Kind::CrossesAbove) return number(0.0);  // what never moves never crosses
+  if (!numbers) return add(node);
+  const auto valueOf = [this](int operand) { return operand == kNone ? 0.0 : (*this)[operand].number; };
+  return number(itemOf(kind, valueOf(a), valueOf(b), valueOf(c), 0.0));
+}
+
+int Graph::window(Kind kind, int series, int constant) noexcept {
+  if (series == kExhausted || constant == kExhausted) return kExhausted;
+  Node node;
+  node.kind = kind;
+  node.context = (*this)[series].context;
+  node.count = 2;
+  node.operands[0] = series;
+  node.operands[1] = constant;
+  return add(node);
+}
+
+int Graph::call(const QvCatalogueEntry* entry, const int* operands, int context) noexcept {
+  Node node;
+  node.kind = Kind::Call;
+  node.entry = entry;
+  node.context = context;
+  node.count = entry->inputCount + entry->paramCount;
+  std::copy_n(operands, node.count, node.operands);
+  if (entry->barsCount) f_.series |= static_cast<unsigned>(entry->series);
+  const int before = f_.nodeCount, made = add(node);
+  if (made < before) return made;
+  for (int k = 0; k < entry->outputCount; ++k) {
+    Node output;
+    output.kind = Kind::Output;
+    output.context = context;
+    output.index = k;
+    output.count = 1;
+    output.operands[0] = made;
+    if (append(output) < 0) return kExhausted;
+  }
+  return made;
+}
+
+int Graph::candle(int pattern, int period, int context) noexcept {
+  Node node;
+  node.kind = Kind::Candle;
+  node.index = pattern;
+  node.context = context;
+  node.count = 1;
+  node.operands[0] = period;
+  f_.series |= kPrices;
+  return add(node);
+}
+
+int Graph::coarse(int series, int context) noexcept {
+  if (series == kExhausted || (*this)[series].constant) return series;
+  Node node;
+  node.kind = Kind::Coarse;
+  node.context = context;
+  node.count = 1;
+  node.operands[0] = series;
+  return add(node);
+}
+
+int Graph::context(int parent, int frequency) noexcept {
+  f_.series |= kDate;
+  for (int i = 0; i < f_.contextCount; ++i) {
+    const Context& known = f_.contexts[static_cast<std::size_t>(i)];
+    if (known.parent == parent && known.frequency == frequency) return i;
+  }
+  const auto at = static_cast<std::size_t>(f_.contextCount);
+  if (!f_.contexts.grow(at + 1)) return kExhausted;
+  f_.contexts[at] = {parent, frequency};
+  return f_.contextCount++;
+}
+
+void Graph::finish(int root) noexcept {
+  f_.root = root;
+  for (int i = 0; i < f_.nodeCount; ++i) {
+    Node& node = at(i);
+    node.lastUse = i;
+    for (int k = 0; k < node.count; ++k) at(node.operands[k]).lastUse = i;
+  }
+  at(root).lastUse = INT_MAX;
+}
+
+}  // namespace qv::formula
