@@ -1,5 +1,4 @@
-// Node by node in the order of the table. A node's items live in a block from the last one that was computed
-// before it to the last node that reads it; then the next node of the same length takes the block.
+// Node by node in the order of the table, each into the block of its slot.
 #include "formula/evaluate.h"
 
 #include <algorithm>
@@ -7,6 +6,7 @@
 #include <limits>
 
 #include "core/calculation.h"
+#include "core/numbers.h"
 #include "formula/frames.h"
 #include "formula/items.h"
 #include "kernels/window.h"
@@ -42,16 +42,6 @@ TileRule tileOf(Kind kind) noexcept {
   return visitItem(kind, [](auto rule) -> TileRule { return runTile<decltype(rule)>; });
 }
 
-struct Value {
-  QvArray series;
-  int block;  // -1: not the evaluation's own
-};
-
-struct Block {
-  double* data;
-  int next;  // of the free ones
-};
-
 class Evaluation {
  public:
   Evaluation(const QvFormula& f, const double* numbers, double* result) noexcept
@@ -59,41 +49,26 @@ class Evaluation {
         numbers_(numbers),
         result_(result),
         values_(static_cast<std::size_t>(f.nodeCount)),
-        blocks_(static_cast<std::size_t>(f.nodeCount)),
         frames_(f.contextCount) {}
-  ~Evaluation() {
-    for (int k = 0; k < blockCount_; ++k) memory::release(blocks_[static_cast<std::size_t>(k)].data);
-  }
   Evaluation(const Evaluation&) = delete;
   Evaluation& operator=(const Evaluation&) = delete;
 
   int run(const QvBars& bars, int* firstValid) noexcept {
-    if (!values_.ok() || !blocks_.ok()) return QV_MALLOC;
+    if (!values_.ok()) return QV_MALLOC;
     if (const int status = frames_.build(f_, bars)) return status;
     for (int i = 0; i <= f_.root; ++i)
-      if (const int status = step(i)) return status;
+      if (!node(i).constant)
+        if (const int status = series(i)) return status;
     return finish(bars.barsize, firstValid);
   }
 
  private:
   const Node& node(int i) const noexcept { return f_.nodes[static_cast<std::size_t>(i)]; }
-  Value& value(int i) noexcept { return values_[static_cast<std::size_t>(i)]; }
+  QvArray& value(int i) noexcept { return values_[static_cast<std::size_t>(i)]; }
   const Node& operandNode(const Node& of, int k) const noexcept { return node(of.operands[k]); }
-  Value& operand(const Node& of, int k) noexcept { return value(of.operands[k]); }
+  QvArray& operand(const Node& of, int k) noexcept { return value(of.operands[k]); }
   double number(const Node& of, int k) const noexcept { return numbers_[of.operands[k]]; }
   int integer(const Node& of, int k) const noexcept { return truncatedInt(number(of, k)); }
-
-  int step(int i) noexcept {
-    const Node& n = node(i);
-    if (n.constant) return QV_OK;
-    if (n.kind != Kind::Output) value(i).block = -1;
-    const int status = series(i);
-    if (status != QV_OK) return status;
-    for (int k = 0; k < n.count; ++k)
-      if (operandNode(n, k).lastUse == i) release(n.operands[k]);
-    if (n.lastUse == i) release(i);
-    return QV_OK;
-  }
 
   int series(int i) noexcept {
     const Node& n = node(i);
@@ -118,55 +93,17 @@ class Evaluation {
     }
   }
 
-  // ---- Blocks
-
-  // A block for the items of node i: the result's for the last one, else a free or a new one.
+  // The block of node i; the root's is the result itself.
   double* take(int i) noexcept {
-    Value& v = value(i);
-    Frame& frame = frames_[node(i).context];
-    v.series = {nullptr, frame.size(), frame.size(), 0};
-    v.block = -1;
-    if (i == f_.root) return v.series.data = result_;
-    if (frame.freeBlock >= 0) {
-      v.block = frame.freeBlock;
-      Block& block = blocks_[static_cast<std::size_t>(v.block)];
-      frame.freeBlock = block.next;
-      return v.series.data = block.data;
-    }
-    auto* data =
-        static_cast<double*>(memory::allocateZeroed(static_cast<std::size_t>(frame.size()), sizeof(double)));
-    if (!data) return nullptr;
-    v.block = blockCount_++;
-    blocks_[static_cast<std::size_t>(v.block)] = {data, -1};
-    return v.series.data = data;
-  }
-
-  // The same, but an operand's own block if nobody reads that after node i.
-  double* takeOver(int i) noexcept {
-    const Node& n = node(i);
-    for (int k = 0; i != f_.root && k < n.count; ++k) {
-      Value& from = operand(n, k);
-      if (operandNode(n, k).lastUse != i || operandNode(n, k).constant || from.block < 0) continue;
-      value(i).series = from.series;
-      value(i).block = from.block;
-      from.block = -1;
-      return value(i).series.data;
-    }
-    return take(i);
-  }
-
-  void release(int i) noexcept {
-    Value& v = value(i);
-    if (node(i).constant || v.block < 0) return;
-    Frame& frame = frames_[node(i).context];
-    blocks_[static_cast<std::size_t>(v.block)].next = frame.freeBlock;
-    frame.freeBlock = v.block;
-    v.block = -1;
+    const Frame& frame = frames_[node(i).context];
+    double* data = i == f_.root ? result_ : frame.block(node(i).slot);
+    value(i) = {data, frame.size(), frame.size(), 0};
+    return data;
   }
 
   // Items below the first valid index are 0.0, as whoever reads them expects.
   int known(int i, int firstValid) noexcept {
-    QvArray& a = value(i).series;
+    QvArray& a = value(i);
     a.firstValid = firstValid;
     std::fill_n(a.data, std::min(firstValid, a.size), 0.0);
     return QV_OK;
@@ -177,7 +114,7 @@ class Evaluation {
   int field(int i) noexcept {
     const QvBars& bars = *frames_[node(i).context].bars;
     const QvArray& a = seriesOf(bars, node(i).index);
-    value(i).series = {a.data, bars.barsize, a.capacity, std::max(a.firstValid, 0)};
+    value(i) = {a.data, bars.barsize, a.capacity, std::max(a.firstValid, 0)};
     return QV_OK;
   }
 
@@ -191,14 +128,13 @@ class Evaluation {
       if (operandNode(n, k).constant) {
         std::fill_n(numbers[k], kTile, number(n, k));
       } else {
-        from[k] = operand(n, k).series.data;
-        first = std::max(first, operand(n, k).series.firstValid);
+        from[k] = operand(n, k).data;
+        first = std::max(first, operand(n, k).firstValid);
       }
     }
     if (crossing) first = saturatingSum(first, 1);
-    double* out = crossing ? take(i) : takeOver(i);
-    if (!out) return QV_MALLOC;
-    const int end = value(i).series.size;
+    double* out = take(i);
+    const int end = value(i).size;
     const TileRule rule = tileOf(n.kind);
     for (int at = first; at < end; at += kTile) {
       const double* in[4] = {};
@@ -212,9 +148,8 @@ class Evaluation {
   int shift(int i) noexcept {
     const Node& n = node(i);
     const int back = integer(n, 1);
-    const QvArray from = operand(n, 0).series;
-    double* out = takeOver(i);
-    if (!out) return QV_MALLOC;
+    const QvArray from = operand(n, 0);
+    double* out = take(i);
     const int first = saturatingSum(from.firstValid, back);
     if (first < from.size)
       std::memmove(out + first, from.data + from.firstValid,
@@ -225,9 +160,8 @@ class Evaluation {
   int extreme(int i) noexcept {
     const Node& n = node(i);
     const int period = integer(n, 1);
-    const QvArray from = operand(n, 0).series;
-    double* out = takeOver(i);
-    if (!out) return QV_MALLOC;
+    const QvArray from = operand(n, 0);
+    double* out = take(i);
     const int first = saturatingSum(from.firstValid, period, -1);
     if (first < from.size) {
       const window::Range range{from.firstValid, from.size, period};
@@ -247,15 +181,15 @@ class Evaluation {
     double params[kMostOperands] = {};
     int start = 0;
     for (int k = 0; k < entry.inputCount; ++k) {
-      inputs[k] = &operand(n, k).series;
+      inputs[k] = &operand(n, k);
       start = std::max(start, inputs[k]->firstValid);
     }
     for (int k = 0; entry.barsCount && k < kSeriesCount; ++k)
       if (entry.series & (1 << k)) start = std::max(start, seriesOf(*bars, k).firstValid);
     for (int k = 0; k < entry.paramCount; ++k) params[k] = number(n, entry.inputCount + k);
     for (int k = 0; k < entry.outputCount; ++k) {
-      if (!take(i + 1 + k)) return QV_MALLOC;
-      outputs[k] = &value(i + 1 + k).series;
+      take(i + 1 + k);
+      outputs[k] = &value(i + 1 + k);
     }
     const int status = qvCatalogueCall(&entry, &bars, inputs, outputs, params, start);
     if (status < 0) return status;
@@ -280,15 +214,14 @@ class Evaluation {
     const NamedCandlePattern& pattern = candlePatterns[static_cast<std::size_t>(n.index)];
     const QvBars& bars = *frames_[n.context].bars;
     const int period = integer(n, 0);
-    if (!take(i)) return QV_MALLOC;
+    take(i);
     int first = 0;
     for (const QvArray* a : {&bars.open, &bars.high, &bars.low, &bars.close})
       first = std::max(first, a->firstValid);
     first = saturatingSum(first, period, pattern.bars, -1);
     QvCandles candles{};
     int status = qvCandleConstructTrailing(&bars, &candles, period);
-    if (status == QV_OK)
-      status = qvCandleFill(&bars, &candles, &value(i).series, pattern.name, first, bars.barsize);
+    if (status == QV_OK) status = qvCandleFill(&bars, &candles, &value(i), pattern.name, first, bars.barsize);
     qvCandleFree(&candles);
     return status < 0 ? status : known(i, first);
   }
@@ -296,22 +229,21 @@ class Evaluation {
   int coarse(int i) noexcept {
     const Node& n = node(i);
     double* out = take(i);
-    if (!out) return QV_MALLOC;
     const Frame& frame = frames_[operandNode(n, 0).context];
-    return known(i, layBack(frame, operand(n, 0).series, value(i).series.size, out));
+    return known(i, layBack(frame, operand(n, 0), value(i).size, out));
   }
 
   // What is no series of the evaluation's own goes to the result.
   int finish(int n, int* firstValid) noexcept {
-    const Value& v = value(f_.root);
+    const QvArray& v = value(f_.root);
     if (node(f_.root).constant) {
       std::fill_n(result_, n, numbers_[f_.root]);
       *firstValid = 0;
       return QV_OK;
     }
-    *firstValid = v.series.firstValid;
+    *firstValid = v.firstValid;
     const int first = std::min(*firstValid, n);
-    if (v.series.data != result_) std::copy(v.series.data + first, v.series.data + n, result_ + first);
+    if (v.data != result_) std::copy(v.data + first, v.data + n, result_ + first);
     std::fill_n(result_, first, 0.0);
     return QV_OK;
   }
@@ -319,9 +251,7 @@ class Evaluation {
   const QvFormula& f_;
   const double* numbers_;
   double* result_;
-  memory::Buffer<Value> values_;
-  memory::Buffer<Block> blocks_;
-  int blockCount_ = 0;
+  memory::Buffer<QvArray> values_;
   Frames frames_;
 };
 

@@ -61,6 +61,7 @@ Frames::~Frames() {
   for (int i = 0; i < count_; ++i) {
     qvFreeBars(&(*this)[i].own);
     memory::release((*this)[i].starts);
+    memory::release((*this)[i].blocks);
   }
 }
 
@@ -68,11 +69,17 @@ int Frames::build(const QvFormula& f, const QvBars& bars) noexcept {
   if (!frames_.ok()) return QV_MALLOC;
   for (int i = 0; i < count_; ++i) {
     Frame& frame = (*this)[i];
-    frame.freeBlock = -1;
     frame.bars = &bars;
     const Context& context = f.contexts[static_cast<std::size_t>(i)];
-    if (context.parent < 0) continue;
-    if (const int status = compress(*(*this)[context.parent].bars, context.frequency, frame)) return status;
+    if (context.parent >= 0) {
+      if (const int status = compress(*(*this)[context.parent].bars, context.frequency, frame)) return status;
+    }
+    // In one piece: a heap gives large pieces back to the system, and many small ones at its end, too, to
+    // ask for them again at the next evaluation.
+    const auto bytes = static_cast<std::size_t>(frame.size()) * sizeof(double);
+    frame.blocks =
+        static_cast<double*>(memory::allocateZeroed(static_cast<std::size_t>(context.slots), bytes));
+    if (!frame.blocks) return QV_MALLOC;
   }
   return QV_OK;
 }

@@ -10,9 +10,12 @@ struct Frame {
   QvBars own{};                    // of a compressed context
   std::int32_t* starts = nullptr;  // the first bar of each group, in the parent
   int groups = 0;
-  int freeBlock = -1;  // the evaluation's list of blocks of this length
+  double* blocks = nullptr;  // one for each slot of the context
 
   int size() const noexcept { return bars->barsize; }
+  double* block(int slot) const noexcept {
+    return blocks + static_cast<std::size_t>(slot) * static_cast<std::size_t>(size());
+  }
 };
 
 class Frames {
@@ -22,7 +25,7 @@ class Frames {
   Frames(const Frames&) = delete;
   Frames& operator=(const Frames&) = delete;
 
-  // Compresses the bars of every context. 0 or -3.
+  // Compresses the bars of every context and takes its blocks. 0 or -3.
   int build(const QvFormula& f, const QvBars& bars) noexcept;
   Frame& operator[](int context) noexcept { return frames_[static_cast<std::size_t>(context)]; }
 

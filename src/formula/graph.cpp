@@ -2,10 +2,10 @@
 
 #include <algorithm>
 #include <bit>
-#include <climits>
 
 #include "core/calculation.h"
 #include "formula/items.h"
+#include "formula/slots.h"
 
 namespace qv::formula {
 
@@ -165,14 +165,9 @@ int Graph::context(int parent, int frequency) noexcept {
   return f_.contextCount++;
 }
 
-void Graph::finish(int root) noexcept {
+int Graph::finish(int root) noexcept {
   f_.root = root;
-  for (int i = 0; i < f_.nodeCount; ++i) {
-    Node& node = at(i);
-    node.lastUse = i;
-    for (int k = 0; k < node.count; ++k) at(node.operands[k]).lastUse = i;
-  }
-  at(root).lastUse = INT_MAX;
+  return assignSlots(f_) ? QV_OK : kExhausted;
 }
 
 }  // namespace qv::formula

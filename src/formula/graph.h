@@ -27,8 +27,8 @@ class Graph {
 
   // The context of bars compressed from those of `parent`.
   int context(int parent, int frequency) noexcept;
-  // The formula is the value of this node.
-  void finish(int root) noexcept;
+  // The formula is the value of this node. 0 or kExhausted.
+  int finish(int root) noexcept;
 
   const Node& operator[](int node) const noexcept { return f_.nodes[static_cast<std::size_t>(node)]; }
 

@@ -2,10 +2,17 @@
 // bars are computed by the same rules.
 #pragma once
 
-#include "core/numbers.h"
+#include <cmath>
+
 #include "formula/nodes.h"
 
 namespace qv::formula {
+
+// Whether a number counts as a rule that holds: neither 0 nor not-a-number. 1.0 or 0.0, for loops of these
+// are vector code and those of truth values are not.
+inline double holds(double a) noexcept {
+  return std::fabs(a) > 0.0 ? 1.0 : 0.0;
+}
 
 // Calls visit with the rule of an itemwise kind, a function of one to four doubles. Those of CrossesAbove are
 // the items of both operands and the items before them.
@@ -15,9 +22,9 @@ auto visitItem(Kind kind, Visitor visit) noexcept {
     case Kind::Negate:
       return visit([](double a) { return -a; });
     case Kind::Absolute:
-      return visit([](double a) { return a < 0.0 ? -a : a + 0.0; });
+      return visit([](double a) { return std::fabs(a); });
     case Kind::Not:
-      return visit([](double a) { return isNonZero(a) ? 0.0 : 1.0; });
+      return visit([](double a) { return 1.0 - holds(a); });
     case Kind::Add:
       return visit([](double a, double b) { return a + b; });
     case Kind::Subtract:
@@ -27,9 +34,9 @@ auto visitItem(Kind kind, Visitor visit) noexcept {
     case Kind::Divide:
       return visit([](double a, double b) { return a / b; });
     case Kind::Smaller:  // not-a-number where either is
-      return visit([](double a, double b) { return a != a ? a : b < a ? b : b != b ? b : a; });
+      return visit([](double a, double b) { return b != b ? b : b < a ? b : a; });
     case Kind::Larger:
-      return visit([](double a, double b) { return a != a ? a : b > a ? b : b != b ? b : a; });
+      return visit([](double a, double b) { return b != b ? b : b > a ? b : a; });
     case Kind::Less:
       return visit([](double a, double b) { return a < b ? 1.0 : 0.0; });
     case Kind::LessOrEqual:
@@ -39,11 +46,11 @@ auto visitItem(Kind kind, Visitor visit) noexcept {
     case Kind::NotEqual:  // false for not-a-number, as all comparisons are
       return visit([](double a, double b) { return (a < b) | (a > b) ? 1.0 : 0.0; });
     case Kind::And:
-      return visit([](double a, double b) { return isNonZero(a) & isNonZero(b) ? 1.0 : 0.0; });
+      return visit([](double a, double b) { return holds(a) * holds(b); });
     case Kind::Or:
-      return visit([](double a, double b) { return isNonZero(a) | isNonZero(b) ? 1.0 : 0.0; });
+      return visit([](double a, double b) { return holds(holds(a) + holds(b)); });
     case Kind::If:
-      return visit([](double condition, double a, double b) { return isNonZero(condition) ? a : b; });
+      return visit([](double condition, double a, double b) { return std::fabs(condition) > 0.0 ? a : b; });
     default:
       return visit([](double a, double b, double a1, double b1) { return (a > b) & (a1 <= b1) ? 1.0 : 0.0; });
   }

@@ -55,8 +55,8 @@ struct Node {
   std::int32_t index = 0;
   std::int32_t count = 0;  // of operands
   std::int32_t operands[kMostOperands] = {};
-  std::int32_t lastUse = 0;  // the last node that reads this one
-  std::int32_t next = -1;    // of the nodes with the same hash
+  std::int32_t next = -1;  // of the nodes with the same hash
+  std::int32_t slot = -1;  // which of its context's blocks holds its items; -1: none
   double number = 0.0;
   const QvCatalogueEntry* entry = nullptr;
 };
@@ -65,6 +65,7 @@ struct Node {
 struct Context {
   std::int32_t parent = -1;
   std::int32_t frequency = 0;  // of qvGroupBarsDate
+  std::int32_t slots = 0;      // blocks of one item for each bar that an evaluation needs
 };
 
 inline constexpr int kLongestName = 31;

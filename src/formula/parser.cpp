@@ -128,8 +128,7 @@ int Parser::unexpected(const char* wanted) noexcept {
 int Parser::run() noexcept {
   const int root = expression(kOr);
   if (root >= 0 && token().symbol != Symbol::End) return unexpected("an operator");
-  if (root >= 0) graph_.finish(root);
-  return root < 0 ? root : QV_OK;
+  return root < 0 ? root : graph_.finish(root);
 }
 
 // Operators of this level and tighter ones. Comparisons don't chain.
