@@ -28,7 +28,7 @@ std::string demoChapters() {
 }
 
 int runDemo(const DemoOptions& options) {
-  BarSet bars;
+  qv::Bars bars;
   const std::string folder = options.data + "/text";
   check(qvFILEread("TXT", &bars, folder.c_str(), options.file.c_str(), 0, -1), folder + "/" + options.file);
   const DemoData demo{options.data, &bars};

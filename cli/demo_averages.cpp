@@ -11,14 +11,14 @@ void showAverages(const DemoData& demo) {
   heading("The price file");
   check(qvFILEprintinfo(demo.bars, "STDOUT", 1), "bar information");
 
-  BarSet weekly;
+  qv::Bars weekly;
   check(qvGroupBarsDate(demo.bars, &weekly, QV_FREQ_WEEKLY, 0.0, 0.0), "weekly bars");
 
   struct Average {
     const char* title;
     int method;
     int period;
-    Series values;
+    qv::Series values;
   } averages[] = {{"exponential 10", QV_MA_EXPONENTIAL, 10, {}},
                   {"simple 10", QV_MA_SIMPLE, 10, {}},
                   {"Welles 14", QV_MA_WILDER, 14, {}}};

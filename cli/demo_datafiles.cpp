@@ -24,7 +24,7 @@ void showDataFiles(const DemoData& demo) {
     heading(std::string(f.title) + " files in " + folder);
     std::fflush(stdout);
     check(qvFILElist(f.type, folder.c_str(), "STDOUT", 1), folder);
-    BarSet bars;
+    qv::Bars bars;
     check(qvFILEread(f.type, &bars, folder.c_str(), f.security, 0, -1), folder + ", " + f.security);
     std::printf("\n%s: %d bars, the last three:\n", f.security, bars.barsize);
     printColumns(bars.date, bars.barsize - 3, bars.barsize - 1,

@@ -27,7 +27,7 @@ void listFormations(const QvBars& bars, int lastBars) {
   const int first = bars.barsize > lastBars ? bars.barsize - lastBars : 0;
   std::printf("\nFormations in the last %d bars:\n", bars.barsize - first);
   for (const char* name : names) {
-    Series signals;
+    qv::Series signals;
     const int found = qvFormationFill(&bars, &signals, name, first, bars.barsize - 1);
     check(found < 0 ? found : 0, name);
     std::printf("  %-17s %3d", name, found);
@@ -45,7 +45,7 @@ void listFormations(const QvBars& bars, int lastBars) {
 
 void showMomentum(const DemoData& demo) {
   QvBars& bars = *demo.bars;
-  Series rsi, fast, slow, macd, signal, crossings, k, d, adx, sar, direction, up, down;
+  qv::Series rsi, fast, slow, macd, signal, crossings, k, d, adx, sar, direction, up, down;
   check(qvRSI(&bars.close, &rsi, 14, 0), "RSI");
   check(qvMACDx(&bars.close, &fast, &slow, &macd, &signal, &crossings, 12, 26, 9, 0), "MACD");
   check(qvStochasticOscillator(&bars, &k, &d, QV_MA_SIMPLE, 14, 3, 3, 0), "stochastic");
@@ -75,31 +75,31 @@ void showMomentum(const DemoData& demo) {
 
 void showBands(const DemoData& demo) {
   QvBars& bars = *demo.bars;
-  Series upper, middle, lower, flow, balance;
+  qv::Series upper, middle, lower, flow, balance;
   check(qvBollinger(&bars, &upper, &middle, &lower, 2.0, 20, 0), "Bollinger bands");
   check(qvMoneyFlowIndex(&bars, &flow, 14, 0), "money flow index");
   check(qvOBV(&bars, &balance, 0), "on-balance volume");
   constexpr double kBillion = 1e9;
-  Series balanceInBillions;
+  qv::Series balanceInBillions;
   check(qvMultAddArray(&balance, &balanceInBillions, 1.0 / kBillion, 0.0, 0), "on-balance volume");
 
-  Series conversion, base, spanA, spanB, lagging;
+  qv::Series conversion, base, spanA, spanB, lagging;
   constexpr int kBase = 26;
-  for (Series* ahead : {&spanA, &spanB})  // the leading spans run ahead of the last bar
+  for (qv::Series* ahead : {&spanA, &spanB})  // the leading spans run ahead of the last bar
     check(qvAllocArray(ahead, bars.barsize + kBase - 1), "Ichimoku");
   check(qvIchimokuKinkoHyo(&bars, &conversion, &base, &spanA, &spanB, &lagging, 9, kBase, 52, kBase, 0, 0),
         "Ichimoku");
 
   // The bundled data has no advancing and declining issues. As a stand-in each week counts its days that
   // closed higher and lower.
-  Series rises, falls, advancing, declining, oscillator, summation;
+  qv::Series rises, falls, advancing, declining, oscillator, summation;
   check(qvAllocArray(&rises, bars.barsize), "breadth");
   check(qvAllocArray(&falls, bars.barsize), "breadth");
   for (int i = 1; i < bars.barsize; ++i) {
     rises.data[i] = bars.close.data[i] > bars.close.data[i - 1] ? 1.0 : 0.0;
     falls.data[i] = bars.close.data[i] < bars.close.data[i - 1] ? 1.0 : 0.0;
   }
-  BarSet weeks;
+  qv::Bars weeks;
   check(qvGroupBarsDate(&bars, &weeks, QV_FREQ_WEEKLY, 0.0, 0.0), "weekly bars");
   check(qvGroupArray(&bars, &rises, &advancing, QV_FREQ_WEEKLY), "breadth");
   check(qvGroupArray(&bars, &falls, &declining, QV_FREQ_WEEKLY), "breadth");

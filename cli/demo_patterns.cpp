@@ -61,7 +61,7 @@ void showCandles(const DemoData& demo) {
   heading("Candlestick patterns of the last two years");
   std::printf("%-24s %9s %9s  latest\n", "pattern", "two years", "in all");
   for (const char* name : kPatterns) {
-    Series all;
+    qv::Series all;
     const int found = qvCandleFill(&bars, &candles, &all, name, 0, bars.barsize - 1);
     check(found < 0 ? found : 0, name);
     const auto recent = std::count(all.data + first, all.data + all.size, 1.0);
@@ -88,8 +88,8 @@ void showPointAndFigure(const DemoData& demo) {
   check(qvArrayStats(&bars.high, nullptr, &high, nullptr, nullptr, start, bars.barsize - 1, 0), "range");
   const double box = std::max(10.0, std::ceil((high - low) / kRows / 10.0) * 10.0);
 
-  BarSet columns;
-  Series columnOf;
+  qv::Bars columns;
+  qv::Series columnOf;
   check(qvBars2PNFhilo(&bars, &columns, &columnOf, box, kReversal, start), "point and figure");
   heading("Point and figure, the last " + std::to_string(kYears) + " years, box " +
           std::to_string(static_cast<int>(box)) + ", reversal " + std::to_string(kReversal));

@@ -22,7 +22,7 @@ struct OrderSystem : QvOrderSystem {
 void showTrading(const DemoData& demo) {
   const QvBars& bars = *demo.bars;
   constexpr int kFast = 20, kSlow = 100;
-  Series fast, slow, crossings;
+  qv::Series fast, slow, crossings;
   check(qvMovingAverage(&bars.close, &fast, QV_MA_SIMPLE, kFast, 0), "fast average");
   check(qvMovingAverage(&bars.close, &slow, QV_MA_SIMPLE, kSlow, 0), "slow average");
   check(qvCrossOverFill(&fast, &slow, &crossings, 0, bars.barsize), "crossings");

@@ -7,7 +7,7 @@
 #include <random>
 #include <vector>
 
-#include "qvlib60.h"
+#include "qvlib60.hpp"
 
 namespace qvtest {
 
@@ -20,21 +20,14 @@ inline Items itemsOf(const QvArray& a) {
   return a.data ? Items(a.data, a.data + a.size) : Items{};
 }
 
-struct Array : QvArray {
-  Array() : QvArray{} {}
-  explicit Array(const Items& items, int first = 0) : QvArray{} {
-    qvAllocArray(this, static_cast<int>(items.size()));
-    for (int i = 0; i < size; ++i) data[i] = items[static_cast<std::size_t>(i)];
-    firstValid = first;
-  }
-  Array(std::initializer_list<double> items) : Array(Items(items)) {}
-  Array(const Array&) = delete;
-  Array& operator=(const Array&) = delete;
-  ~Array() { qvFreeArray(this); }
+struct Array : qv::Series {
+  Array() = default;
+  explicit Array(const Items& items, int first = 0) : qv::Series(std::span(items), first) {}
+  Array(std::initializer_list<double> items) : qv::Series(items) {}
 
   double operator[](int i) const { return i >= 0 && i < size ? data[i] : kNaN; }
   // Emptied, to serve as the output of a longer calculation.
-  Array* fresh() { return qvFreeArray(this), this; }
+  Array* fresh() { return reset(), this; }
   Items items() const { return itemsOf(*this); }
   // An allocated block full of `value`, as a caller's used output would be.
   static void fill(QvArray& a, int capacity, double value) {
@@ -47,10 +40,9 @@ struct Bar {
   double open, high, low, close, volume = 0, openInterest = 0, date = 0;
 };
 
-struct Bars : QvBars {
-  Bars() : QvBars{} {}
-  explicit Bars(const std::vector<Bar>& bars) : QvBars{} {
-    qvAllocBars(this, static_cast<int>(bars.size()));
+struct Bars : qv::Bars {
+  Bars() = default;
+  explicit Bars(const std::vector<Bar>& bars) : qv::Bars(static_cast<int>(bars.size())) {
     for (int i = 0; const Bar& b : bars) {
       const double items[] = {b.date, b.open, b.high, b.low, b.close, b.volume, b.openInterest};
       for (int s = 0; s < 7; ++s) (&date)[s].data[i] = items[s];
@@ -58,9 +50,6 @@ struct Bars : QvBars {
     }
   }
   Bars(std::initializer_list<Bar> bars) : Bars(std::vector<Bar>(bars)) {}
-  Bars(const Bars&) = delete;
-  Bars& operator=(const Bars&) = delete;
-  ~Bars() { qvFreeBars(this); }
 };
 
 // Bars that trade at their close only, with what else is given.
