@@ -17,9 +17,10 @@
 //   void endShort(int items, Outputs<kOutputs> last) const
 //                                             what a series of so many items (0 and up), which ends below a
 //                                             lead, leaves in its last item; left out where that is nothing
-//   static constexpr int kStarts              how many of the single series the calculation waits for until
-//   they
-//                                             are valid; left out: for all
+//   static constexpr int kStarts              for how many of the single series the calculation waits until
+//                                             they are valid; left out: for all
+//   static constexpr bool kBarBefore = true   where the bar before the start is read, too: the chain begins with
+//                                             it where there is one, and the first parameter says so
 //   int firstValid(int s) const               where values begin when its first item is s; left out: s + lead
 #pragma once
 
@@ -59,13 +60,34 @@ using ArraysOf = std::array<const QvArray*, kArraysOf<Chain>>;
 template <typename Chain>
 using ResultsOf = std::array<QvArray*, static_cast<std::size_t>(Chain::kOutputs)>;
 
-// The bars that a calculation runs over: from the first that all its inputs have, but not before start, up to
-// the last or, where given, to end - 1.
+// The bars that a calculation runs over: from the first that all its single series have, but not before
+// start, up to the last or, where given, to end - 1.
 struct StartEnd {
   int start, end = INT_MAX;
+  int more = 0;          // at up to so many bars nothing is computed, and the answer is their number
+  bool asGiven = false;  // from start, wherever the series' values begin
   StartEnd(int first) noexcept : start(first) {}
   StartEnd(int first, int beyond) noexcept : start(first), end(beyond) {}
+  StartEnd needingMoreThan(int bars) const noexcept {
+    StartEnd range = *this;
+    range.more = bars;
+    return range;
+  }
+  StartEnd from(int first) const noexcept {
+    StartEnd range = *this;
+    range.start = first;
+    range.asGiven = true;
+    return range;
+  }
 };
+
+// For calculations that take series of a bar set as single ones: the start, but not before their values.
+inline int startOf(const QvBars* bars, unsigned series, int start) noexcept {
+  int s = std::max(start, 0);
+  for (int k = 0; bars && k < kSeriesCount; ++k)
+    if (series & (1u << k)) s = std::max(s, seriesOf(*bars, k).firstValid);
+  return s;
+}
 
 // Runs a chain over items s .. n - 1 of its series, whose blocks are given. 0 or -3.
 template <typename Chain>
@@ -109,6 +131,11 @@ int calculate(const QvBars* bars, const ArraysOf<Chain>& arrays, const ResultsOf
   else
     n = prepareOverwritten({&set, kSeries ? 1u : 0u}, arrays, results, range.start, &s, kStartsOf<Chain>);
   if (n < 1) return n;
+  if (range.asGiven) s = std::max(range.start, 0);
+  if (n <= range.more) {
+    for (const QvArray* result : results) std::fill_n(result->data, result->size, 0.0);
+    return n;
+  }
 
   Inputs<Chain::kInputs> in;
   std::size_t input = 0;
@@ -119,9 +146,19 @@ int calculate(const QvBars* bars, const ArraysOf<Chain>& arrays, const ResultsOf
   for (std::size_t k = 0; k < results.size(); ++k) out[k] = results[k]->data;
 
   const int end = std::min(n, range.end);
-  for (double* y : out)
-    if (const int from = std::max(s, end); from < n) std::fill(y + from, y + n, 0.0);
-  Chain chain(parameters...);
+  for (const QvArray* result : results)  // one may have more room than another
+    if (const int from = std::max(s, end); from < result->size)
+      std::fill(result->data + from, result->data + result->size, 0.0);
+  const auto open = [&] {
+    if constexpr (requires { Chain::kBarBefore; }) {
+      const bool before = s > 0;
+      s -= before;
+      return Chain(before, parameters...);
+    } else {
+      return Chain(parameters...);
+    }
+  };
+  Chain chain = open();
   if (const int status = runChain(chain, in, out, s, end)) return status;
   for (int k = 0; k < Chain::kOutputs; ++k) {
     int first = saturatingSum(s, leadOf(chain, k));

@@ -76,6 +76,38 @@ QV_INLINE Number magnitude(Number x) noexcept {
   return x < all<Number>(0.0) ? -x : x;
 }
 
+// The smaller and the larger one, b where they are equal or one is no number; and a where x > y, else b. Of a
+// single number in a chain that cannot run abreast, where the compiler would make a branch that nobody can
+// predict.
+#if defined(__SSE2__)
+// The number in its register; nothing is known of the lane beside it.
+QV_INLINE __m128d inRegister(double x) noexcept {
+  __m128d v;
+  __asm__("" : "=x"(v) : "0"(x));
+  return v;
+}
+QV_INLINE double smallerOne(double a, double b) noexcept {
+  return _mm_cvtsd_f64(_mm_min_sd(inRegister(a), inRegister(b)));
+}
+QV_INLINE double largerOne(double a, double b) noexcept {
+  return _mm_cvtsd_f64(_mm_max_sd(inRegister(a), inRegister(b)));
+}
+QV_INLINE double whereAbove(double x, double y, double a, double b) noexcept {
+  const __m128d above = _mm_cmplt_sd(inRegister(y), inRegister(x));
+  return _mm_cvtsd_f64(_mm_or_pd(_mm_and_pd(above, inRegister(a)), _mm_andnot_pd(above, inRegister(b))));
+}
+#else
+QV_INLINE double smallerOne(double a, double b) noexcept {
+  return a < b ? a : b;
+}
+QV_INLINE double largerOne(double a, double b) noexcept {
+  return a > b ? a : b;
+}
+QV_INLINE double whereAbove(double x, double y, double a, double b) noexcept {
+  return x > y ? a : b;
+}
+#endif
+
 // f(j) for j = 0 .. count - 1, as vector code of the widest registers that the machine has. f is a formula
 // of item j alone, which may overwrite an item that it reads. On Windows the wide form is left out: the
 // compiler aligns the stack there to less than its registers need.
