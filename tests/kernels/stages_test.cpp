@@ -10,6 +10,7 @@
 
 #include "indicators/bar_ranges.h"
 #include "kernels/logarithm.h"
+#include "kernels/mean_deviation.h"
 #include "kernels/moments.h"
 #include "kernels/recurrence.h"
 #include "kernels/standard_error.h"
@@ -94,6 +95,14 @@ double mean(const QvArray* a, int from, int to) {
   return static_cast<double>(sum / (to - from + 1));
 }
 
+double meanDeviation(const QvArray* a, int from, int to) {
+  long double sum = 0.0, mean = 0.0;
+  for (int i = from; i <= to; ++i) mean += a->data[i];
+  mean /= to - from + 1;
+  for (int i = from; i <= to; ++i) sum += std::fabs(a->data[i] - mean);
+  return static_cast<double>(sum / (to - from + 1));
+}
+
 #define STAGE(output, ...) runnerOf(output, [](int period) { return __VA_ARGS__; })
 #define TWIN(...)                                                                                     \
   []([[maybe_unused]] const QvArray* a, [[maybe_unused]] const QvArray* b, [[maybe_unused]] int from, \
@@ -113,6 +122,10 @@ const Kernel kWindows[] = {
      TWIN(qvStdDev(a, 1, from, to)), 1e-11},
     {"mean beside it", STAGE(1, Sliding<Deviation<true>>(period, {static_cast<double>(period), true})),
      TWIN(mean(a, from, to)), 1e-15, TWIN(rounding(a, from, to, 4))},
+    {"distance from the mean", STAGE(0, MeanDeviation(period)), TWIN(a->data[to] - mean(a, from, to)), 1e-15,
+     TWIN(rounding(a, from, to, 4))},
+    {"mean deviation", STAGE(1, MeanDeviation(period)), TWIN(meanDeviation(a, from, to)), 1e-15,
+     TWIN(rounding(a, from, to, 4))},
     {"covariance", STAGE(0, Sliding<Covariance>(period, Covariance(period))),
      TWIN(qvCovariance(a, b, from, to)), 0,
      TWIN(1e-11 * qvStdDev(a, 0, from, to) * qvStdDev(b, 0, from, to))},
@@ -208,13 +221,14 @@ TEST(Windows, GiveTheBitsOfEqualItems) {
     const double item = std::uniform_real_distribution<>(-1e3, 1e3)(random);
     Items x = shaped(Shape::Walk, 150), weights = shaped(Shape::Walk, 150, 4);
     std::fill(x.begin() + 30, x.end(), item);
-    for (const char* name : {"mean", "weighted mean", "mean by weight", "mean beside it", "deviation"})
+    for (const char* name :
+         {"mean", "weighted mean", "mean by weight", "mean beside it", "deviation", "mean deviation"})
       for (const auto& kernels : {std::span<const Kernel>(kWindows), std::span<const Kernel>(kOthers, 1)})
         for (const Kernel& k : kernels)
           if (std::string(k.name) == name) {
             const Items got = k.run(period, x, weights, whole);
             for (std::size_t i = static_cast<std::size_t>(29 + period); i < got.size(); ++i)
-              ASSERT_EQ(got[i], k.name == std::string("deviation") ? 0.0 : item) << name << period;
+              ASSERT_EQ(got[i], std::string(k.name).ends_with("deviation") ? 0.0 : item) << name << period;
           }
   }
 }
