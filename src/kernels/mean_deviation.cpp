@@ -134,7 +134,7 @@ void MeanDeviation::run(Inputs<1> in, int count, Outputs<2> out) noexcept {
 bool MeanDeviation::keep(const double* x, int count) noexcept {
   constexpr std::ptrdiff_t kPair = 2 * kChunk;
   const bool isLong = period_ > kShortPeriod;
-  if (const auto old = (held_ - (period_ - 1)) / kPair; old * kPair >= period_ + kTile) {
+  if (const auto old = (held_ - (period_ - 1)) / kPair; old * kPair >= saturatingSum(period_, kTile)) {
     held_ -= old * kPair;
     std::copy_n(items_.data() + old * kPair, held_, items_.data());
     if (isLong) std::copy_n(chunks_.data() + old, held_ / kPair, chunks_.data());

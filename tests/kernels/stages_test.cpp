@@ -8,6 +8,7 @@
 #include <random>
 #include <span>
 
+#include "indicators/bands_projection.h"
 #include "indicators/bar_ranges.h"
 #include "kernels/logarithm.h"
 #include "kernels/mean_deviation.h"
@@ -156,6 +157,7 @@ const Kernel kOthers[] = {
     {"Wilder's sum", STAGE(0, WilderSum(period))},
     {"total", STAGE(0, Total((void(period), Total())))},
     {"delay", STAGE(0, Delay(period))},
+    {"furthest projection", STAGE(0, FurthestProjection(1.0, period))},
     {"behind another", STAGE(0, After<Sliding<PercentWithin>>(period, period))},
 };
 #undef STAGE
