@@ -50,6 +50,14 @@ void* allocateZeroed(std::size_t count, std::size_t itemSize) noexcept {
   return block;
 }
 
+void* allocate(std::size_t count, std::size_t itemSize) noexcept {
+  if (!fits(count, itemSize) || !permitted()) return nullptr;
+  const std::size_t bytes = count * itemSize;
+  void* block = std::malloc(bytes ? bytes : 1);
+  if (block) taken();
+  return block;
+}
+
 void* resize(void* block, std::size_t count, std::size_t itemSize) noexcept {
   if (!block) return allocateZeroed(count, itemSize);
   if (!fits(count, itemSize) || !permitted()) return nullptr;

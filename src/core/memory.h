@@ -15,6 +15,8 @@ namespace qv::memory {
 
 // Null when the memory is exhausted or count * itemSize does not fit; never null for 0 bytes.
 void* allocateZeroed(std::size_t count, std::size_t itemSize) noexcept;
+// The same, not cleared: for what is written before it is read.
+void* allocate(std::size_t count, std::size_t itemSize) noexcept;
 // Keeps the old block when it fails. New bytes are not cleared.
 void* resize(void* block, std::size_t count, std::size_t itemSize) noexcept;
 void release(void* block) noexcept;

@@ -9,6 +9,7 @@
 #include "core/numbers.h"
 #include "formula/frames.h"
 #include "formula/items.h"
+#include "kernels/lanes.h"
 #include "kernels/window.h"
 #include "patterns/candle_names.h"
 
@@ -24,18 +25,16 @@ template <typename Rule>
 void runTile(const double* const* in, int count, double* out) noexcept {
   constexpr Rule rule{};
   const double *a = in[0], *b = in[1], *c = in[2], *d = in[3];
-  double items[kTile];  // not `out`, which may be an operand: the loop is vector code
-  for (int i = 0; i < count; ++i) {
+  each(count, [=](int i) QV_LAMBDA {
     if constexpr (requires { rule(a[i]); })
-      items[i] = rule(a[i]);
+      out[i] = rule(a[i]);
     else if constexpr (requires { rule(a[i], b[i]); })
-      items[i] = rule(a[i], b[i]);
+      out[i] = rule(a[i], b[i]);
     else if constexpr (requires { rule(a[i], b[i], c[i]); })
-      items[i] = rule(a[i], b[i], c[i]);
+      out[i] = rule(a[i], b[i], c[i]);
     else
-      items[i] = rule(a[i], b[i], c[i], d[i]);
-  }
-  std::memcpy(out, items, static_cast<std::size_t>(count) * sizeof(double));
+      out[i] = rule(a[i], b[i], c[i], d[i]);
+  });
 }
 
 TileRule tileOf(Kind kind) noexcept {

@@ -74,11 +74,10 @@ int Frames::build(const QvFormula& f, const QvBars& bars) noexcept {
     if (context.parent >= 0) {
       if (const int status = compress(*(*this)[context.parent].bars, context.frequency, frame)) return status;
     }
-    // In one piece: a heap gives large pieces back to the system, and many small ones at its end, too, to
-    // ask for them again at the next evaluation.
+    // Every node clears what it does not know. In one piece: a heap gives large pieces back to the system,
+    // and many small ones at its end, too, to ask for them again at the next evaluation.
     const auto bytes = static_cast<std::size_t>(frame.size()) * sizeof(double);
-    frame.blocks =
-        static_cast<double*>(memory::allocateZeroed(static_cast<std::size_t>(context.slots), bytes));
+    frame.blocks = static_cast<double*>(memory::allocate(static_cast<std::size_t>(context.slots), bytes));
     if (!frame.blocks) return QV_MALLOC;
   }
   return QV_OK;
