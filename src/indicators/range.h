@@ -100,7 +100,6 @@ class WellesVolatility {
 
   WellesVolatility(bool before, double constant, int period) noexcept
       : constant_(constant),
-        before_(before),
         first_(std::max(saturatingSum(before, period, -2), 0)),
         begin_(first_),
         scaled_(saturatingSum(before, period, -1)),
@@ -144,7 +143,7 @@ class WellesVolatility {
   }
 
   double constant_;
-  int before_, first_;
+  int first_;
   Lead begin_, scaled_;
   After<ATR> range_;
   bool begun_ = false, isLong_ = false;
