@@ -44,7 +44,7 @@ auto visitItem(Kind kind, Visitor visit) noexcept {
     case Kind::Equal:
       return visit([](double a, double b) { return a == b ? 1.0 : 0.0; });
     case Kind::NotEqual:  // false for not-a-number, as all comparisons are
-      return visit([](double a, double b) { return (a < b) | (a > b) ? 1.0 : 0.0; });
+      return visit([](double a, double b) { return ((a < b) | (a > b)) ? 1.0 : 0.0; });
     case Kind::And:
       return visit([](double a, double b) { return holds(a) * holds(b); });
     case Kind::Or:
@@ -52,7 +52,8 @@ auto visitItem(Kind kind, Visitor visit) noexcept {
     case Kind::If:
       return visit([](double condition, double a, double b) { return std::fabs(condition) > 0.0 ? a : b; });
     default:
-      return visit([](double a, double b, double a1, double b1) { return (a > b) & (a1 <= b1) ? 1.0 : 0.0; });
+      return visit(
+          [](double a, double b, double a1, double b1) { return ((a > b) & (a1 <= b1)) ? 1.0 : 0.0; });
   }
 }
 
