@@ -2,11 +2,13 @@
 // themselves.
 #pragma once
 
+#include <algorithm>
 #include <cstddef>
 #include <initializer_list>
 #include <iterator>
 #include <span>
 
+#include "core/numbers.h"
 #include "qvlib60/core.h"
 
 namespace qv {
@@ -81,6 +83,12 @@ inline bool sharesBlock(const QvArray* a, const QvArray* b) noexcept {
 int firstValidOf(int start, std::span<const QvArray* const> arrays) noexcept;
 inline int firstValidOf(int start, std::initializer_list<const QvArray*> arrays) noexcept {
   return firstValidOf(start, std::span(arrays.begin(), arrays.size()));
+}
+
+// How many items behind the start a series' values begin, for the few leads that are counted from the start
+// alone.
+inline int itemsBehind(const QvArray* in, int start) noexcept {
+  return in ? std::max(0, saturatingSum(in->firstValid, -std::max(start, 0))) : 0;
 }
 
 // Allocates n zeroed items in each array; at the first failure frees those already taken and

@@ -16,6 +16,31 @@ constexpr bool isPeriod(double period) noexcept {
   return period >= 1.0;
 }
 
+// Two exponential averages of one series, as distances from an item of it: their difference is as exact as
+// the differences of the items are, however large these.
+class ExponentialPair {
+ public:
+  ExponentialPair(double firstShare, double secondShare) noexcept
+      : origin_(std::min(firstShare, secondShare)), first_(firstShare), second_(secondShare) {}
+  // body(at, items, from, first, second): pieces of the averages, both less `from`.
+  template <typename Body>
+  QV_INLINE void run(const double* x, int count, Body body) noexcept {
+    origin_.over(
+        x, count,
+        [&](int at, int items) {
+          Tile first, second;
+          first_.run(x + at, items, first, origin_.value());
+          second_.run(x + at, items, second, origin_.value());
+          body(at, items, origin_.value(), first, second);
+        },
+        first_, second_);
+  }
+
+ private:
+  Origin origin_;
+  Distance first_, second_;
+};
+
 namespace chain {
 
 class ExpMA {

@@ -89,16 +89,48 @@ class Recurrence {
   Two y_[2]{}, pairs_{}, x_{};  // the last four results, two pairs, item
 };
 
-// Running total.
+// Running total. Four items cost one addition that waits for the last; what adds nothing leaves the total
+// exactly as it was.
 class Total {
  public:
   static constexpr int kInputs = 1, kOutputs = 1;
 
   int lead() const noexcept { return 0; }
-  void run(Inputs<1> in, int count, Outputs<1> out) noexcept { sum_.run(in[0], count, out[0]); }
+  [[gnu::noinline]] void run(Inputs<1> in, int count, Outputs<1> out) noexcept {
+    const double* x = in[0];
+    double* y = out[0];
+    int i = 0;
+    for (; place_ != 0 && i < count; ++i) y[i] = next(x[i]);
+    Two sum = twice(sum_);
+    for (; i + 4 <= count; i += 4) {
+      const Two a = loadTwo(x + i), b = loadTwo(x + i + 2);
+      const Two first = a + oneBack(Two{}, a), rest = b + oneBack(Two{}, b);
+      storeTwo(y + i, sum + first);
+      sum = sum + (twice(first[1]) + rest);
+      storeTwo(y + i + 2, sum);
+      sum = twice(sum[1]);
+    }
+    sum_ = sum[1];
+    for (; i < count; ++i) y[i] = next(x[i]);
+  }
 
  private:
-  Recurrence sum_{1.0};
+  double next(double x) noexcept {
+    switch (place_++) {
+      case 0:
+        return sum_ + (first_ = x + 0.0);
+      case 1:
+        return sum_ + (first_ = x + first_);
+      case 2:
+        return sum_ + (first_ + (rest_ = x + 0.0));
+      default:
+        place_ = 0;
+        return sum_ = sum_ + (first_ + (x + rest_));
+    }
+  }
+
+  double sum_ = 0.0, first_ = 0.0, rest_ = 0.0;  // all fours, of this one the first and the second two
+  int place_ = 0;
 };
 
 // What items are taken relative to, so that averages of equal items are exactly these, and differences of
@@ -209,6 +241,33 @@ class Exponential {
   double share_;
   Origin origin_;
   Recurrence y_;
+};
+
+// The same for items about zero that may die out: what is left of them keeps its full precision, so that it
+// can be compared with another by their ratio. Not relative to any item, it carries the rounding of its
+// results.
+class ExponentialAboutZero {
+ public:
+  static constexpr int kInputs = 1, kOutputs = 1;
+
+  explicit ExponentialAboutZero(double share) noexcept : share_(share), y_(1.0 - share) {}
+  int lead() const noexcept { return 0; }
+  // out may be in.
+  [[gnu::noinline]] void run(Inputs<1> in, int count, Outputs<1> out) noexcept {
+    const double *x = in[0], share = share_;
+    double* y = out[0];
+    int i = 0;
+    if (!begun_) y[i++] = y_.next(x[0] / share) * share;
+    begun_ = true;
+    y_.run(
+        x + i, count - i, y + i, [](auto v) QV_LAMBDA { return v; },
+        [share](auto v) QV_LAMBDA { return v * share; });
+  }
+
+ private:
+  double share_;
+  Recurrence y_;
+  bool begun_ = false;
 };
 
 // Wilder's average: begins with the mean of its first `period` items, and every later one counts for one

@@ -151,4 +151,23 @@ struct MeanByWeight : Adding {
   }
 };
 
+// The sum of the first series over that of the second, times `scale`; `none` where the second adds up to
+// nothing.
+struct RatioOfSums : Adding {
+  static constexpr int kInputs = 2, kRows = 2, kOutputs = 1;
+  double scale, none;
+
+  RatioOfSums(double times = 1.0, double ofNothing = 0.0) noexcept : scale(times), none(ofNothing) {}
+  template <typename Items, typename Number>
+  QV_INLINE Items terms(const Items& x, const Items&, Number) const noexcept {
+    return x;
+  }
+  template <typename Number, typename Items>
+  QV_INLINE Group<Number, 1> finish(const Group<Number, 2>& sums, const Items&, Number,
+                                    const Items&) const noexcept {
+    const Number ratio = sums[0] * scale / sums[1];
+    return {sums[1] == all<Number>(0.0) ? all<Number>(none) : ratio};
+  }
+};
+
 }  // namespace qv

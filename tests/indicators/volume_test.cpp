@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include <climits>
+#include <cmath>
 
 #include "support/expect.h"
 #include "support/series.h"
@@ -110,6 +111,25 @@ TEST_F(Volume, MoneyFlowIndex) {
   expectNear(qvMoneyFlowIndex(&prices, &out, 2, 0), out, {0, 0, first, 0, 0},
              2);  // only rises: 0, not 100
   expectNear(qvMoneyFlowIndex(&prices, &out, 9, 0), out, {0, 0, 0, 0, 100 - 100 / (82.0 / 27 + 1)}, 9);
+  // What the window has passed, a fall of a huge volume or one that is no number, is forgotten.
+  for (const double wild : {1e25, std::nan("")}) {
+    const Bars passed(closingAt({10, 9, 10, 11, 12}, {1, wild, 2, 3, 4}));
+    EXPECT_EQ(qvMoneyFlowIndex(&passed, out.fresh(), 2, 0), 0);
+    EXPECT_EQ(out.data[3], 0);
+    EXPECT_EQ(out.data[4], 0);
+  }
+}
+
+TEST_F(Volume, TotalsStayWhereNothingIsAdded) {
+  Items closes, volumes;
+  for (int i = 0; i < 50; ++i) {
+    closes.push_back(10 + std::sin(0.3 * i));
+    volumes.push_back(i % 3 ? 7.0 + i : 1.0);
+  }
+  const Bars bars(closingAt(closes, volumes));
+  EXPECT_EQ(qvPVI(&bars, &out, 0), 0);
+  for (std::size_t i = 1; i < closes.size(); ++i)
+    EXPECT_EQ(out.data[i] == out.data[i - 1], volumes[i] <= volumes[i - 1]) << i;
 }
 
 TEST_F(Volume, MFI) {
