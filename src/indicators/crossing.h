@@ -5,12 +5,15 @@
 
 namespace qv {
 
-// +1 where a comes from below b to b or above it, -1 where it comes from above to b or below it.
-// i >= 1.
-inline int crossing(const double* a, const double* b, int i) noexcept {
-  const bool up = (a[i] >= b[i]) & (a[i - 1] < b[i - 1]);
-  const bool down = (a[i] <= b[i]) & (a[i - 1] > b[i - 1]);
+// +1.0 where a comes from below b to b or above it, -1.0 where it comes from above to b or below it.
+constexpr auto crossingOf = [](double a, double b, double aBefore, double bBefore) {
+  const double up = (a >= b) & (aBefore < bBefore) ? 1.0 : 0.0,
+               down = (a <= b) & (aBefore > bBefore) ? 1.0 : 0.0;
   return up - down;
+};
+// At item i >= 1 of two series.
+inline int crossing(const double* a, const double* b, int i) noexcept {
+  return static_cast<int>(crossingOf(a[i], b[i], a[i - 1], b[i - 1]));
 }
 
 // The calculation of qvCrossOverFill: signals from f + 1 up to, not including, `end`; f is the larger

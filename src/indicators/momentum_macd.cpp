@@ -1,32 +1,18 @@
 // Differences of averages: MACD and its variant with free periods, oscillators of two series, price
 // oscillators, and the detrended price.
-#include <algorithm>
+#include "indicators/momentum_macd.h"
 
-#include "core/calculation.h"
-#include "core/numbers.h"
-#include "indicators/averages.h"
-#include "indicators/crossing.h"
-#include "kernels/guarded.h"
-#include "qvlib60/indicators/averages.h"
+#include "kernels/calculate.h"
 #include "qvlib60/indicators/momentum.h"
 
 using namespace qv;
 
 namespace {
 
-using Difference = int(QVCALL*)(const QvArray*, const QvArray*, QvArray*, int) noexcept;
-
-// `difference` of two averages of in, from where the longer one would begin by its period.
-int differenceOfAverages(const QvArray* in, QvArray* out, int p1, int p2, int method, int start,
-                         Difference difference) noexcept {
+template <typename Oscillator>
+int ofAverages(const QvArray* in, QvArray* out, int p1, int p2, int method, int start) noexcept {
   if (p1 < 1 || p2 < 1 || !isAverageMethod(method)) return QV_INVALID_PARM;
-  const int n = prepareOutputs({}, {in}, {out});
-  if (n < 1) return n;
-  Temporary first, second;
-  if (const int status = allocArrays(n, {&first, &second})) return status;
-  if (const int status = qvMovingAverage(in, &first, method, p1, start)) return status;
-  if (const int status = qvMovingAverage(in, &second, method, p2, start)) return status;
-  return difference(&first, &second, out, saturatingSum(std::max(start, 0), std::max(p1, p2), -1));
+  return calculate<Oscillator>({in}, {out}, start, p1, p2, method, itemsBehind(in, start));
 }
 
 }  // namespace
@@ -35,72 +21,41 @@ extern "C" {
 
 int QVCALL qvMACD(const QvArray* in, QvArray* out, QvArray* outSignal, int signal, int start) noexcept {
   if (signal < 1) return QV_INVALID_PARM;
-  const int n = prepareOutputs({}, {in}, {out, outSignal});
-  if (n < 1) return n;
-  const int f = firstValidOf(start, {in});
-  if (f < n) {
-    const double* x = in->data;
-    double e1 = x[f], e2 = x[f];
-    for (int i = f + 1; i < n; ++i) {
-      e1 = 0.15 * x[i] + 0.85 * e1;
-      e2 = 0.075 * x[i] + 0.925 * e2;
-      out->data[i] = e1 - e2;
-    }
-  }
-  const int first = saturatingSum(f, 1);
-  qvSetFirstValid(out, first);
-  return qvExpMA(out, outSignal, signal, first);
+  return calculate<chain::MACD>({in}, {out, outSignal}, start, signal);
 }
 
 int QVCALL qvMACDx(const QvArray* in, QvArray* outFast, QvArray* outSlow, QvArray* outMACD,
                    QvArray* outSignal, QvArray* outCross, int p1, int p2, int signal, int start) noexcept {
   if (p1 < 1 || p2 < 1 || signal < 1) return QV_INVALID_PARM;
-  const int n = prepareOutputs({}, {in}, {outFast, outSlow, outMACD, outSignal, outCross});
-  if (n < 1) return n;
-  const int f = firstValidOf(start, {in});
-  const int first = saturatingSum(f, 1);
-  if (const int status = qvExpMA(in, outFast, std::min(p1, p2), f)) return status;
-  if (const int status = qvExpMA(in, outSlow, std::max(p1, p2), f)) return status;
-  if (const int status = qvOscillator(outFast, outSlow, outMACD, f)) return status;
-  if (const int status = qvExpMA(outMACD, outSignal, signal, first)) return status;
+  const int status =
+      calculate<chain::MACDx>({in}, {outFast, outSlow, outMACD, outSignal, outCross}, start, p1, p2, signal);
+  if (status) return status;
   // The last bar is left out, and reads no crossing.
-  if (const int status = fillCrossings(outMACD, outSignal, outCross, first, n - 1)) return status;
-  qvSetFirstValid(outCross, first);
+  int n = in->size;
+  for (const QvArray* out : {outFast, outSlow, outMACD, outSignal, outCross}) n = std::min(n, out->size);
+  if (n > 0) outCross->data[n - 1] = 0.0;
   return QV_OK;
 }
 
 int QVCALL qvOscillator(const QvArray* a, const QvArray* b, QvArray* out, int start) noexcept {
-  const int n = prepareOutputs({}, {a, b}, {out});
-  if (n < 1) return n;
-  const int f = firstValidOf(start, {a, b});
-  for (int i = f; i < n; ++i) out->data[i] = a->data[i] - b->data[i];
-  qvSetFirstValid(out, f);
-  return QV_OK;
+  return calculate<chain::Oscillator>({a, b}, {out}, start);
 }
 
 int QVCALL qvOscillatorPct(const QvArray* a, const QvArray* b, QvArray* out, int start) noexcept {
-  const int n = prepareOutputs({}, {a, b}, {out});
-  if (n < 1) return n;
-  const int f = firstValidOf(start, {a, b});
-  const double *x = a->data, *y = b->data;
-  // The guard is on a: a zero in b divides by zero.
-  fillGuarded(
-      f, n, out->data, [=](int i) { return (x[i] - y[i]) * 100.0 / y[i]; },
-      [=](int i) { return x[i] != 0.0; }, 0.0);
-  qvSetFirstValid(out, f);
-  return QV_OK;
+  return calculate<chain::OscillatorPct>({a, b}, {out}, start);
 }
 
 int QVCALL qvPriceOscillator(const QvArray* in, QvArray* out, int p1, int p2, int method,
                              int start) noexcept {
-  return differenceOfAverages(in, out, p1, p2, method, start, qvOscillator);
+  return ofAverages<chain::PriceOscillator>(in, out, p1, p2, method, start);
 }
 
 int QVCALL qvPriceOscillatorPct(const QvArray* in, QvArray* out, int p1, int p2, int method,
                                 int start) noexcept {
-  return differenceOfAverages(in, out, p1, p2, method, start, qvOscillatorPct);
+  return ofAverages<chain::PriceOscillatorPct>(in, out, p1, p2, method, start);
 }
 
+// No chain: a bar's value is known only when the window that it is compared with has ended, later.
 int QVCALL qvDPO(const QvArray* in, QvArray* out, int p, int start) noexcept {
   if (p < 1) return QV_INVALID_PARM;
   const int n = prepareOutputs({}, {in}, {out});
@@ -112,17 +67,22 @@ int QVCALL qvDPO(const QvArray* in, QvArray* out, int p, int start) noexcept {
     return QV_OK;
   }
   const int f = firstValidOf(start, {in});
-  const int full = saturatingSum(f, std::max(p, 2));  // a period of 1 sums two bars at first
+  const int full = saturatingSum(f, std::max(p, 2));
   if (full < n) {
     const double* x = in->data;
-    double* y = out->data;
-    double sum = 0.0;
-    for (int i = f; i < full; ++i) sum += x[i];
-    if (full > shift) y[full - 1 - shift] = x[full - 1 - shift] - sum / p;
-    for (int i = full; i < n; ++i) {
-      sum += x[i] - x[i - p];
-      y[i - shift] = x[i - shift] - sum / p;
-    }
+    const double more = p == 1 ? x[f] : 0.0;  // a period of 1 sums two items at first, and keeps one of them
+    const int first = std::max(full - 1, shift);
+    chain::SimpleMA window(p);
+    overTiles(f, n, [&](int at, int count) {
+      Tile mean;
+      window.run({x + at}, count, {mean});
+      const int from = std::clamp(first - at, 0, count);
+      map(
+          count - from, out->data + (at + from - shift),
+          [more](double price, double average) { return price - (average + more); }, x + (at + from - shift),
+          mean + from);
+    });
+    if (!window.ok()) return QV_MALLOC;
   }
   out->size = n - shift;
   qvSetFirstValid(out, std::max(0, saturatingSum(f, p, -shift, -1)));

@@ -133,6 +133,15 @@ TEST_F(Momentum, MACD) {
   const Array jump({1, 100, 200, 200}, 1);
   expectNear(qvMACD(&jump, &out, &second, 3, 0), out, {0, 0, 7.5, 13.3125}, 2);
   expectNear(0, second, {0, 0, 7.5, 10.40625}, 2);
+  // Cents are exact at large prices: the differences are those of the same moves about zero.
+  const Items moves{0, 0.25, -0.5, 0.75, 0.5, 0.125};
+  Items high = moves;
+  for (double& price : high) price += 1e8;
+  const Array low(moves), far(high);
+  Array small;
+  EXPECT_EQ(qvMACD(&low, &small, second.fresh(), 3, 0), 0);
+  EXPECT_EQ(qvMACD(&far, out.fresh(), second.fresh(), 3, 0), 0);
+  for (std::size_t i = 0; i < moves.size(); ++i) EXPECT_EQ(out.data[i], small.data[i]) << i;
 }
 
 TEST_F(Momentum, MACDx) {

@@ -16,10 +16,8 @@
 QV_BEGIN_DECLS
 
 /* Chande momentum oscillator: (rises - falls) / (rises + falls) * 100 over the last p moves from bar
-   to bar, -100 .. 100, 0.0 where nothing moved; plain sums, not Wilder's smoothing. The sums are rolled
-   from bar to bar, not recomputed: an infinite price (not-a-number) or one many orders of magnitude off
-   (its rounding error, which may leave the range) is felt after the window has passed it, until a window
-   holds no rise or no fall. First valid f + p.
+   to bar, -100 .. 100, 0.0 where nothing moved; plain sums, not Wilder's smoothing. First valid
+   f + p.
    Source: Tushar S. Chande and Stanley Kroll, The New Technical Trader, 1994. */
 QVAPI int QVCALL qvCMO(const QvArray* in, QvArray* out, int period, int start) QVNOEXCEPT;
 
@@ -116,8 +114,8 @@ QVAPI int QVCALL qvPriceOscillatorPct(const QvArray* in, QvArray* out, int p1, i
    ahead: a value is known k bars after its own bar, so it is no signal in a backtest. (Other charts
    subtract an average that ended before.) The last k bars have no value: the output is k items shorter
    than the input (of size 0 and first valid 0 when the input has fewer than k). First valid
-   f + p - k - 1, at least 0. The average is rolled from bar to bar; with a period of 1 it begins, and goes
-   on, with the sum of two items.
+   f + p - k - 1, at least 0. With a period of 1 the average is the sum of the first item and the one
+   that the window ends with.
    Source: no published source known. */
 QVAPI int QVCALL qvDPO(const QvArray* in, QvArray* out, int p, int start) QVNOEXCEPT;
 
