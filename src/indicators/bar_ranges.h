@@ -3,8 +3,6 @@
 #pragma once
 
 #include "kernels/extremes.h"
-#include "kernels/window.h"
-#include "qvlib60/core.h"
 
 namespace qv {
 
@@ -72,9 +70,5 @@ class SlidingBars {
  private:
   Sliding<Statistic> window_;
 };
-
-// The same over a range of a whole series. Either output may be null; neither may be a series of the bars. 0
-// or -3.
-int slidingBarRange(const QvBars* bars, window::Range r, double* min, double* max) noexcept;
 
 }  // namespace qv

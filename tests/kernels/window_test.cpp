@@ -8,7 +8,6 @@
 #include <utility>
 
 #include "core/memory.h"
-#include "indicators/bar_ranges.h"
 #include "support/expect.h"
 #include "support/series.h"
 
@@ -40,15 +39,6 @@ QvArray viewOf(const Items& x) {
   return {const_cast<double*>(x.data()), n, n, 0};
 }
 
-// Bars with these numbers as opens and lows, highs and closes.
-QvBars barsOf(const QvArray* a, const QvArray* b) {
-  QvBars bars{};
-  bars.open = bars.low = *b;
-  bars.high = bars.close = *a;
-  bars.barsize = a->size;
-  return bars;
-}
-
 double slope(const QvArray* a, int from, int to) {  // of one item that is no number: none
   return from < to ? bothOf(qvRegressionLine, *a, from, to).first : 0.0 * a->data[from];
 }
@@ -77,14 +67,6 @@ int positions(int (*kernel)(const double*, Range, int*) noexcept, const double* 
   return status;
 }
 
-// The output may not be a series of the bars.
-int barRange(const double* x, const double* y, Range r, double* low, double* high) {
-  const Items copy(x, x + r.end), other(y, y + r.end);
-  const QvArray a = viewOf(copy), b = viewOf(other);
-  const QvBars bars = barsOf(&a, &b);
-  return qv::slidingBarRange(&bars, r, low, high);
-}
-
 #define RUN(call) \
   [](const double* x, [[maybe_unused]] const double* y, Range r, double* out) -> int { return call; }
 #define TWIN(value)                                                                                   \
@@ -104,10 +86,6 @@ const Kernel kKernels[] = {
      TWIN(bothOf<int>(qvArrayStatsPos, *a, from, to, 0).second)},
     {"minimumPosition", RUN(positions(minimumPosition, x, r, out)),
      TWIN(bothOf<int>(qvArrayStatsPos, *a, from, to, 0).first)},
-    {"lowest price", RUN(barRange(x, y, r, out, nullptr)),
-     TWIN(bothOf(qvBarStats, barsOf(a, b), from, to).first)},
-    {"highest price", RUN(barRange(x, y, r, nullptr, out)),
-     TWIN(bothOf(qvBarStats, barsOf(a, b), from, to).second)},
     {"deviation", RUN(deviation(x, r, false, out)), TWIN(qvStdDev(a, 0, from, to)), 1e-11},
     {"deviation of a sample", RUN(deviation(x, r, true, out)), TWIN(qvStdDev(a, 1, from, to)), 1e-11},
     {"covariance", RUN(covariance(x, y, r, out)), TWIN(qvCovariance(a, b, from, to)), 0,
