@@ -42,9 +42,10 @@ void BM_FormulaCalculations(benchmark::State& state) {
     QvArray *a = out, *b = out + 1, *c = out + 2;
     const QvArray* close = &bars->close;
     return qvRSI(close, a, 14, 0) | qvSimpleMA(close, a, 200, 0) | qvExpMA(close, a, 12, 0) |
-           qvExpMA(close, a, 26, 0) | qvADX(bars, a, 14, 14, 0) | qvMACDx(close, a, b, c, out + 3, out + 4, 12, 26, 9, 0) |
-           qvBollinger(bars, a, b, c, 2, 20, 0) | qvCCI(bars, a, 14, 0) | qvATR(bars, a, 14, 0) |
-           qvStdDevMv(close, a, 0, 20, 0) | qvRateOfChange(close, a, 100, 10, 0);
+           qvExpMA(close, a, 26, 0) | qvADX(bars, a, 14, 14, 0) |
+           qvMACDx(close, a, b, c, out + 3, out + 4, 12, 26, 9, 0) | qvBollinger(bars, a, b, c, 2, 20, 0) |
+           qvCCI(bars, a, 14, 0) | qvATR(bars, a, 14, 0) | qvStdDevMv(close, a, 0, 20, 0) |
+           qvRateOfChange(close, a, 100, 10, 0);
   });
 }
 BENCHMARK(BM_FormulaCalculations)->Arg(5000)->Arg(kMillion);

@@ -19,7 +19,8 @@
 //                                             lead, leaves in its last item; left out where that is nothing
 //   static constexpr int kStarts              for how many of the single series the calculation waits until
 //                                             they are valid; left out: for all
-//   static constexpr bool kBarBefore = true   where the bar before the start is read, too: the chain begins with
+//   static constexpr bool kBarBefore = true   where the bar before the start is read, too: the chain begins
+//   with
 //                                             it where there is one, and the first parameter says so
 //   int firstValid(int s) const               where values begin when its first item is s; left out: s + lead
 #pragma once
