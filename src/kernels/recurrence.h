@@ -257,7 +257,11 @@ class ExponentialAboutZero {
     const double *x = in[0], share = share_;
     double* y = out[0];
     int i = 0;
-    if (!begun_) y[i++] = y_.next(x[0] / share) * share;
+    if (!begun_) {
+      const double first = x[0];  // exactly: a line and its signal line begin as one
+      y_.next(first / share);
+      y[i++] = first;
+    }
     begun_ = true;
     y_.run(
         x + i, count - i, y + i, [](auto v) QV_LAMBDA { return v; },

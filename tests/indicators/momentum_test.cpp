@@ -142,6 +142,12 @@ TEST_F(Momentum, MACD) {
   EXPECT_EQ(qvMACD(&low, &small, second.fresh(), 3, 0), 0);
   EXPECT_EQ(qvMACD(&far, out.fresh(), second.fresh(), 3, 0), 0);
   for (std::size_t i = 0; i < moves.size(); ++i) EXPECT_EQ(out.data[i], small.data[i]) << i;
+  // Both lines begin as one, so that nothing crosses there.
+  const Array walk(shaped(Shape::Walk, 9));
+  for (int signal = 1; signal < 300; ++signal) {
+    EXPECT_EQ(qvMACD(&walk, out.fresh(), second.fresh(), signal, 0), 0);
+    EXPECT_EQ(out.data[1], second.data[1]) << signal;
+  }
 }
 
 TEST_F(Momentum, MACDx) {
