@@ -67,7 +67,7 @@ class MACDx {
       : averages_(shareOf(std::min(p1, p2)), shareOf(std::max(p1, p2))), signal_(1, shareOf(signal)) {}
   int lead(int output) const noexcept { return output < 3 ? 0 : 1; }
   void run(Inputs<1> in, int count, Outputs<5> out) noexcept {
-    const auto [fast, slow, macd, signal, cross] = out;
+    double *fast = out[0], *slow = out[1], *macd = out[2], *signal = out[3], *cross = out[4];
     averages_.run(in[0], count,
                   [&](int at, int items, double from, const double* first, const double* second) {
                     const auto average = [from](double distance) { return from + distance; };
