@@ -8,7 +8,7 @@
 #include "core/stretch.h"
 #include "dates/calendar.h"
 #include "dates/periods.h"
-#include "kernels/window.h"
+#include "kernels/whole.h"
 #include "qvlib60/dates.h"
 
 namespace {
@@ -111,15 +111,7 @@ int groupBars(QvBars& in, QvBars& out, Periods periods, double startDate, double
 
 // ---- Rolling compression ------------------------------------------------------------------------
 
-using Kernel = int (*)(const double*, window::Range, double*) noexcept;
-
-int highest(const double* in, window::Range r, double* out) noexcept {
-  return window::maximum(in, r, out);
-}
-
-int lowest(const double* in, window::Range r, double* out) noexcept {
-  return window::minimum(in, r, out);
-}
+using Kernel = int (*)(const double*, const Windows&, double*) noexcept;
 
 // The windows of the first n bars, begun at the series' first valid item; 0.0 stays below it.
 int roll(const QvArray& in, int n, int p, Kernel kernel, QvArray& out) noexcept {
@@ -201,10 +193,10 @@ int QVCALL qvGroupBarsPeriods(const QvBars* in, QvBars* out, int p, int start) n
   // Rolled aside, since both sets may be the same and a failure must leave the bars as they are.
   Temporary high, low, volume, openInterest;
   if (const int status = allocArrays(n, {&high, &low, &volume, &openInterest})) return status;
-  if (const int status = roll(in->high, n, p, highest, high)) return status;
-  if (const int status = roll(in->low, n, p, lowest, low)) return status;
-  if (const int status = roll(in->volume, n, p, window::sum, volume)) return status;
-  if (const int status = roll(in->openInterest, n, p, window::sum, openInterest)) return status;
+  if (const int status = roll(in->high, n, p, highestOfWindows, high)) return status;
+  if (const int status = roll(in->low, n, p, lowestOfWindows, low)) return status;
+  if (const int status = roll(in->volume, n, p, sumOfWindows, volume)) return status;
+  if (const int status = roll(in->openInterest, n, p, sumOfWindows, openInterest)) return status;
 
   qvReSizeBars(out, n);
   copyItems(in->date, out->date, s, n);

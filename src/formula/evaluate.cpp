@@ -10,7 +10,7 @@
 #include "formula/frames.h"
 #include "formula/items.h"
 #include "kernels/lanes.h"
-#include "kernels/window.h"
+#include "kernels/whole.h"
 #include "patterns/candle_names.h"
 
 namespace qv::formula {
@@ -163,9 +163,9 @@ class Evaluation {
     double* out = take(i);
     const int first = saturatingSum(from.firstValid, period, -1);
     if (first < from.size) {
-      const window::Range range{from.firstValid, from.size, period};
-      const int status = n.kind == Kind::Highest ? window::maximum(from.data, range, out)
-                                                 : window::minimum(from.data, range, out);
+      const Windows windows{from.firstValid, from.size, period};
+      const int status = n.kind == Kind::Highest ? highestOfWindows(from.data, windows, out)
+                                                 : lowestOfWindows(from.data, windows, out);
       if (status) return status;
     }
     return known(i, first);

@@ -9,7 +9,7 @@
 #include "core/calculation.h"
 #include "core/memory.h"
 #include "core/text.h"
-#include "kernels/window.h"
+#include "kernels/whole.h"
 #include "patterns/candle_names.h"
 #include "patterns/candle_window.h"
 
@@ -64,10 +64,10 @@ int trailingAverages(const double* open, const double* close, int n, int period,
     counts[static_cast<std::size_t>(i)] = flat ? 0.0 : 1.0;
     shortest[static_cast<std::size_t>(i)] = flat ? std::numeric_limits<double>::infinity() : bodies[i];
   }
-  const qv::window::Range range{0, n - 1, std::min(period, n), true};
-  if (int status = qv::window::sum(bodies, range, bodies)) return status;
-  if (int status = qv::window::sum(counts.data(), range, counts.data())) return status;
-  if (int status = qv::window::minimum(shortest.data(), range, shortest.data())) return status;
+  const qv::Windows windows{0, n - 1, std::min(period, n), true};
+  if (int status = qv::sumOfWindows(bodies, windows, bodies)) return status;
+  if (int status = qv::sumOfWindows(counts.data(), windows, counts.data())) return status;
+  if (int status = qv::lowestOfWindows(shortest.data(), windows, shortest.data())) return status;
   averages[0] = kNone;
   for (std::size_t i = 1; i < items; ++i) {
     const double mean = averages[i] / counts[i - 1];
