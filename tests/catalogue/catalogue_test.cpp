@@ -305,8 +305,6 @@ int observedHistory(const QvCatalogueEntry* e, const Items& params, double toler
 
 TEST(Catalogue, KnowsHowMuchHistoryIsNeeded) {
   for (const QvCatalogueEntry* e : allEntries()) {
-    // Its flows are rolled: the rounding that a flow leaves behind decides between 0 and 100.
-    if (e == qvCatalogueFind("moneyflow")) continue;
     for (const double QvCatalogueParam::*value :
          {&QvCatalogueParam::defaultValue, &QvCatalogueParam::optimiseStart,
           &QvCatalogueParam::optimiseEnd}) {
