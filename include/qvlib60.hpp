@@ -231,6 +231,7 @@ inline std::vector<Series> calcAll(const QvCatalogueEntry& entry, const std::vec
     throw Error(entry.name, "wrong number of bar sets or series", QV_INVALID_PARM);
   std::vector<Series> outputs(static_cast<std::size_t>(entry.outputCount));
   std::vector<QvArray*> to;
+  to.reserve(outputs.size());
   for (Series& s : outputs) to.push_back(&s);
   const std::vector<double> numbers = params.of(entry);
   const int status = check(
@@ -285,7 +286,9 @@ class Formula {
   }
   std::vector<std::string> parameters() const {
     std::vector<std::string> names;
-    for (int i = 0; i < qvFormulaParameterCount(f_.get()); ++i)
+    const int count = qvFormulaParameterCount(f_.get());
+    names.reserve(static_cast<std::size_t>(count > 0 ? count : 0));
+    for (int i = 0; i < count; ++i)
       names.emplace_back(qvFormulaParameterName(f_.get(), i));
     return names;
   }

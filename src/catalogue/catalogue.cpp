@@ -77,11 +77,11 @@ bool sameWords(const char* a, const char* b) noexcept {
 
 // The numbers of a call, the defaults where the caller gave none.
 struct Given : Numbers {
-  double defaults[kMostParams];
+  double own[kMostParams];
 
-  Given(const QvCatalogueEntry& entry, const double* params) noexcept : Numbers{params}, defaults{} {
-    for (int i = 0; i < entry.paramCount; ++i) defaults[i] = entry.params[i].defaultValue;
-    if (!params) values = defaults;
+  Given(const QvCatalogueEntry& entry, const double* params) noexcept : Numbers{}, own{} {
+    values = own;
+    for (int i = 0; i < entry.paramCount; ++i) own[i] = params ? params[i] : entry.params[i].defaultValue;
   }
   Given(const Given&) = delete;
   Given& operator=(const Given&) = delete;

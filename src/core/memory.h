@@ -88,7 +88,7 @@ int growTable(Record*& table, int index, std::int32_t& count, int step) noexcept
   if (index < count) return QV_OK;
   if (step < 1 || count > INT_MAX - step || index >= INT_MAX / static_cast<int>(sizeof(Record)))
     return QV_MALLOC;
-  const auto old = static_cast<std::size_t>(count), enlarged = static_cast<std::size_t>(count + step);
+  const auto old = static_cast<std::size_t>(count), enlarged = old + static_cast<std::size_t>(step);
   void* block = memory::resize(table, enlarged, sizeof(Record));
   if (!block) return QV_MALLOC;
   table = static_cast<Record*>(block);

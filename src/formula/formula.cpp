@@ -106,6 +106,8 @@ int QVCALL qvFormulaEval(const QvFormula* f, const QvBars* bars, QvArray* out) n
   const bool wasEmpty = out && !out->data;
   const int n = prepareOutputs({{bars, f->series}}, {}, {out});
   if (n < 1) return n;
+  // The entry step refuses missing bars and a missing output.
+  // NOLINTNEXTLINE(clang-analyzer-core.NonNullParamChecker)
   const int status = evaluateInto(*f, numbers.data(), *bars, *out);
   if (status < 0 && wasEmpty) qvFreeArray(out);
   return status;

@@ -61,7 +61,7 @@ class Slots {
                          n.kind == Kind::Highest || n.kind == Kind::Lowest;
     if (inPlace && i != f_.root) {
       for (int k = 0; k < n.count; ++k) {
-        Node& from = node(n.operands[k]);
+        const Node& from = node(n.operands[k]);
         if (from.slot < 0 || lastUse_[at(n.operands[k])] != i) continue;
         n.slot = from.slot;
         lastUse_[at(n.operands[k])] = INT_MAX;  // not released with the others

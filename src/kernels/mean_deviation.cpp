@@ -1,6 +1,7 @@
 #include "kernels/mean_deviation.h"
 
 #include <cstdint>
+#include <type_traits>
 
 namespace qv {
 
@@ -39,7 +40,7 @@ struct Windows {
 // Adds max(item, mean) to the sums of windows w .. w + kCount - 1 (twice as many, where Number is Two).
 template <typename Number, int kCount, bool kAnchors>
 QV_INLINE void addGreater(const Windows& of, int w) noexcept {
-  constexpr int kEach = sizeof(Number) / sizeof(double);
+  constexpr std::ptrdiff_t kEach = std::is_same_v<Number, Two> ? 2 : 1;
   Number mean[kCount], sum[kCount], anchor[kCount];
   for (int g = 0; g < kCount; ++g) {
     mean[g] = load<Number>(of.means + w + g * kEach);
@@ -132,7 +133,7 @@ void MeanDeviation::run(Inputs<1> in, int count, Outputs<2> out) noexcept {
 
 // Appends items to those of the last period; what is older goes as soon as it is as much again.
 bool MeanDeviation::keep(const double* x, int count) noexcept {
-  constexpr std::ptrdiff_t kPair = 2 * kChunk;
+  constexpr auto kPair = std::ptrdiff_t{2} * kChunk;
   const bool isLong = period_ > kShortPeriod;
   if (const auto old = (held_ - (period_ - 1)) / kPair; old * kPair >= saturatingSum(period_, kTile)) {
     held_ -= old * kPair;
@@ -148,7 +149,7 @@ bool MeanDeviation::keep(const double* x, int count) noexcept {
   for (auto pair = before / kPair; isLong && (pair + 1) * kPair <= held_; ++pair) {
     TwoChunks& chunks = chunks_[static_cast<std::size_t>(pair)];
     for (int c = 0; c < 2; ++c) {
-      const double* item = items_.data() + pair * kPair + c * kChunk;
+      const double* item = items_.data() + pair * kPair + std::ptrdiff_t{c} * kChunk;
       double lowest = item[0], highest = item[0], sum = 0.0;
       for (int j = 1; j < kChunk; ++j) {
         lowest = std::min(lowest, item[j]);
@@ -294,7 +295,7 @@ void MeanDeviation::beginGroup(int g, std::ptrdiff_t newest, double distance) no
 
 // The items from .. end - 1, whole chunks at a time where all of a chunk lie on one side.
 void MeanDeviation::foldShared(Neighbours& group, std::ptrdiff_t from, std::ptrdiff_t end) noexcept {
-  constexpr std::ptrdiff_t kPair = 2 * kChunk;
+  constexpr auto kPair = std::ptrdiff_t{2} * kChunk;
   const double* items = items_.data();
   const auto first = (from + kPair - 1) / kPair, last = end / kPair;
   if (first >= last) return group.fold(items + from, static_cast<int>(end - from), anchor_);
