@@ -1,10 +1,13 @@
 #include "timing.h"
 
+#include <sched.h>
+
 #include <algorithm>
 #include <chrono>
 #include <cmath>
 #include <limits>
 #include <thread>
+#include <utility>
 
 namespace qvpeers {
 
@@ -12,6 +15,7 @@ namespace {
 
 constexpr double kNone = std::numeric_limits<double>::quiet_NaN();
 constexpr int kMostTries = 4;  // rounds run for one that is wanted
+constexpr int kRests = 50;     // waits for a quiet moment before a round; a wait takes 10 ms
 
 // How many calls make one sample: each contender's first call warms up and settles it.
 int callsOf(const Contender& contender, double bars) {
@@ -36,6 +40,37 @@ std::vector<double> bestOf(const std::vector<std::vector<double>>& rounds, std::
   for (const auto& round : rounds)
     for (std::size_t k = 0; k < contenders; ++k) best[k] = std::fmin(best[k], round[k]);
   return best;
+}
+
+void moveTo(int processor) {
+  cpu_set_t one;
+  CPU_ZERO(&one);
+  CPU_SET(static_cast<unsigned>(processor), &one);
+  sched_setaffinity(0, sizeof one, &one);
+}
+
+// Goes to the processor that is the quietest now, and rests while none is. Whether it found one.
+bool findQuiet() {
+  static const std::vector<int> allowed = [] {
+    cpu_set_t all;
+    std::vector<int> list;
+    if (sched_getaffinity(0, sizeof all, &all) == 0)
+      for (int k = 0; k < CPU_SETSIZE; ++k)
+        if (CPU_ISSET(static_cast<unsigned>(k), &all)) list.push_back(k);
+    return list;
+  }();
+  for (int rest = 0; rest < kRests; ++rest) {
+    if (control.quiet(control.measure())) return true;
+    std::pair<double, int> quietest{1e9, 0};
+    for (const int processor : allowed) {
+      moveTo(processor);
+      quietest = std::min(quietest, {control.measure(), processor});
+    }
+    if (!allowed.empty()) moveTo(quietest.second);
+    if (control.quiet(quietest.first)) return true;
+    std::this_thread::sleep_for(std::chrono::milliseconds(10));
+  }
+  return false;
 }
 
 }  // namespace
@@ -71,20 +106,21 @@ Timings interleave(const std::vector<Contender>& contenders, double bars, int ro
   std::vector<bool> active(m, true);
   std::vector<std::vector<double>> quiet, disturbed;
   const auto size = [](const auto& list) { return static_cast<int>(list.size()); };
-  const double begin = now();
+  double spent = 0;  // the rests do not count
   for (const Contender& c : contenders) calls.push_back(callsOf(c, bars));
 
   const auto wanted = [&](int done) {
-    return done < kMostTries * rounds && (done < 2 || now() - begin < budgetSeconds * 1e9);
+    return done < kMostTries * rounds && (done < 2 || spent < budgetSeconds * 1e9);
   };
   while (size(quiet) < rounds && wanted(size(quiet) + size(disturbed))) {
     std::vector<double> round(m, kNone);
-    bool still = control.quiet(control.measure());
+    bool still = findQuiet();
+    const double begin = now();
     for (std::size_t k = 0; k < m; ++k)
       if (active[k]) round[k] = sample(contenders[k], calls[k], bars);
+    spent += now() - begin;
     still = control.quiet(control.measure()) && still;
     (still ? quiet : disturbed).push_back(std::move(round));
-    if (!still) std::this_thread::sleep_for(std::chrono::milliseconds(10));
     if (peers && m == 3 && still && size(quiet) == 3) {
       const std::vector<double> best = bestOf(quiet, m);
       for (std::size_t k = 1; k < 3; ++k) active[k] = best[k] <= 1.3 * best[3 - k];
