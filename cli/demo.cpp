@@ -3,6 +3,7 @@
 #include <stdexcept>
 
 #include "cli/records.h"
+#include "cli/tool.h"
 
 namespace qvcli {
 
@@ -19,15 +20,19 @@ constexpr Chapter kChapters[] = {
     {"trading", showTrading},   {"files", showDataFiles},
 };
 
-}  // namespace
-
-std::string demoChapters() {
+std::string chapterNames() {
   std::string names;
   for (const Chapter& c : kChapters) names += (names.empty() ? "" : ", ") + std::string(c.name);
   return names;
 }
 
-int runDemo(const DemoOptions& options) {
+struct DemoOptions {
+  std::string data = "data";     // the directory of the bundled data
+  std::string file = "SPX.CSV";  // the price file in its folder `text`
+  std::string chapter;           // only this chapter; empty = all
+};
+
+int run(const DemoOptions& options) {
   qv::Bars bars;
   const std::string folder = options.data + "/text";
   check(qvFILEread("TXT", &bars, folder.c_str(), options.file.c_str(), 0, -1), folder + "/" + options.file);
@@ -38,8 +43,20 @@ int runDemo(const DemoOptions& options) {
     c.show(demo);
     shown = true;
   }
-  if (!shown) throw std::runtime_error("no chapter '" + options.chapter + "'; there are: " + demoChapters());
-  return 0;
+  if (!shown) throw UsageError("no chapter '" + options.chapter + "'; there are: " + chapterNames());
+  return kDone;
+}
+
+}  // namespace
+
+void addDemo(Tool& tool) {
+  auto options = std::make_shared<DemoOptions>();
+  CLI::App& command = tool.add("demo", "Show what the library does, on the bundled prices",
+                               {"qv demo --chapter averages"}, [options] { return run(*options); });
+  command.add_option("--data", options->data, "Directory of the bundled data")->capture_default_str();
+  command.add_option("--file", options->file, "Price file in the data directory's folder text")
+      ->capture_default_str();
+  command.add_option("--chapter", options->chapter, "Only this chapter: " + chapterNames());
 }
 
 }  // namespace qvcli

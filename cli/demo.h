@@ -7,22 +7,11 @@
 
 namespace qvcli {
 
-struct DemoOptions {
-  std::string data = "data";     // the directory of the bundled data
-  std::string file = "SPX.CSV";  // the price file in its folder `text`
-  std::string chapter;           // only this chapter; empty = all
-};
-
 // What every chapter works on.
 struct DemoData {
   std::string directory;  // the bundled data
   QvBars* bars;           // the daily bars of the price file
 };
-
-int runDemo(const DemoOptions& options);
-
-// The names of the chapters, for the help text.
-std::string demoChapters();
 
 // One function per chapter. They throw std::runtime_error with the library's text on failure.
 void showAverages(const DemoData& demo);

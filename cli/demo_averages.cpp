@@ -22,7 +22,7 @@ void showAverages(const DemoData& demo) {
   } averages[] = {{"exponential 10", QV_MA_EXPONENTIAL, 10, {}},
                   {"simple 10", QV_MA_SIMPLE, 10, {}},
                   {"Welles 14", QV_MA_WILDER, 14, {}}};
-  std::vector<Column> columns = {{"close", &weekly.close}};
+  std::vector<SeriesColumn> columns = {{"close", &weekly.close}};
   for (Average& a : averages) {
     check(qvMovingAverage(&weekly.close, &a.values, a.method, a.period, 0), a.title);
     columns.push_back({a.title, &a.values});

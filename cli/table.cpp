@@ -15,14 +15,16 @@ std::string dateText(double date) {
   return text;
 }
 
-void printColumns(const QvArray& dates, int first, int last, const std::vector<Column>& columns) {
-  auto width = [](const Column& c) { return static_cast<int>(std::max<std::size_t>(c.title.size(), 10)); };
+void printColumns(const QvArray& dates, int first, int last, const std::vector<SeriesColumn>& columns) {
+  auto width = [](const SeriesColumn& c) {
+    return static_cast<int>(std::max<std::size_t>(c.title.size(), 10));
+  };
   std::printf("%-10s", "date");
-  for (const Column& c : columns) std::printf("  %*s", width(c), c.title.c_str());
+  for (const SeriesColumn& c : columns) std::printf("  %*s", width(c), c.title.c_str());
   std::printf("\n");
   for (int i = std::max(first, 0); i <= last; ++i) {
     std::printf("%-10s", dateText(qvGetArrayItem(&dates, i)).c_str());
-    for (const Column& c : columns) {
+    for (const SeriesColumn& c : columns) {
       if (i < c.series->firstValid || i >= c.series->size)
         std::printf("  %*s", width(c), "-");
       else

@@ -16,11 +16,11 @@ std::string dateText(double date);
 
 // Rows FIRST .. LAST of a bar set's dates with one column per series; values below a series' first
 // valid index print as "-".
-struct Column {
+struct SeriesColumn {
   std::string title;
   const QvArray* series;
   int decimals = 2;
 };
-void printColumns(const QvArray& dates, int first, int last, const std::vector<Column>& columns);
+void printColumns(const QvArray& dates, int first, int last, const std::vector<SeriesColumn>& columns);
 
 }  // namespace qvcli

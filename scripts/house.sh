@@ -11,8 +11,9 @@ cd "$(dirname "$0")/.."
 floors() {
   echo "abi codes version"
   sed -n '/^set(qv_rooms$/,/)$/p' cmake/library.cmake | sed 's/^set(qv_rooms$//; s/)$//' | grep .
+  echo "qvlib60"
   echo "runs"
-  echo "qvlib60 cli python"
+  echo "cli python"
 }
 
 # A header belongs to the room whose name its path begins with: core/memory.h and qvlib60/core.h to core.

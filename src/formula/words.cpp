@@ -34,29 +34,6 @@ int numberOf(const Numbered (&words)[n], const Name& name) noexcept {
   return 0;
 }
 
-constexpr int kLongestCompared = 40;
-
-// Letters to change, insert, leave out or swap with their neighbour.
-int distanceOf(const Name& a, const Name& b) noexcept {
-  int rows[3][kLongestCompared + 1];
-  int *before = rows[0], *last = rows[1], *now = rows[2];
-  for (int j = 0; j <= b.length; ++j) last[j] = j;
-  for (int i = 1; i <= a.length; ++i) {
-    now[0] = i;
-    for (int j = 1; j <= b.length; ++j) {
-      const char x = upperCase(a.text[i - 1]), y = upperCase(b.text[j - 1]);
-      now[j] = std::min({last[j] + 1, now[j - 1] + 1, last[j - 1] + (x != y)});
-      if (i > 1 && j > 1 && x == upperCase(b.text[j - 2]) && upperCase(a.text[i - 2]) == y)
-        now[j] = std::min(now[j], before[j - 2] + 1);
-    }
-    int* const free = before;
-    before = last;
-    last = now;
-    now = free;
-  }
-  return last[b.length];
-}
-
 bool hasPrefix(const char* name) noexcept {
   return upperCase(name[0]) == 'Q' && upperCase(name[1]) == 'V';
 }
@@ -130,11 +107,12 @@ int findFrequency(const Name& name) noexcept {
 }
 
 int findCandle(const Name& name) noexcept {
-  char bare[kLongestCompared];
+  constexpr int kLongestPattern = 40;
+  char bare[kLongestPattern];
   int length = 0;
   for (int i = 0; i < name.length; ++i) {
     if (name.text[i] == ' ') continue;
-    if (length == kLongestCompared) return -1;
+    if (length == kLongestPattern) return -1;
     bare[length++] = name.text[i];
   }
   for (std::size_t k = 0; k < candlePatterns.size(); ++k) {
@@ -156,18 +134,6 @@ bool isValue(const Name& name) noexcept {
 }
 
 // A third of the letters may be wrong, one in short words.
-Nearest::Nearest(const Name& wanted) noexcept
-    : wanted_(wanted), distance_(std::max(1, wanted.length / 3) + 1) {}
-
-void Nearest::offer(const char* word) noexcept {
-  const Name name = nameOf(word);
-  if (std::max(wanted_.length, name.length) > kLongestCompared) return;
-  const int distance = distanceOf(wanted_, name);
-  if (distance >= distance_) return;
-  distance_ = distance;
-  best_ = word;
-}
-
 void Nearest::offerValues() noexcept {
   for (const Numbered& w : kFields) offer(w.name);
   for (const Function& f : kFunctions) offer(f.name);
@@ -176,7 +142,7 @@ void Nearest::offerValues() noexcept {
   for (int i = 0; i < qvCatalogueSize(); ++i) offer(qvCatalogueItem(i)->shortName);
   for (int i = 0; i < qvCatalogueSize(); ++i) {
     const char* name = qvCatalogueItem(i)->name;
-    offer(hasPrefix(wanted_.length > 1 ? wanted_.text : "  ") ? name : name + 2);
+    offer(wanted_.size() > 1 && hasPrefix(wanted_.data()) ? name : name + 2);
   }
 }
 

@@ -2,6 +2,7 @@
 // mistyped one.
 #pragma once
 
+#include "core/nearest.h"
 #include "formula/lexer.h"
 #include "formula/nodes.h"
 
@@ -45,18 +46,12 @@ const QvCatalogueEntry* findEntry(const Name& name) noexcept;
 // Whether the word begins a value.
 bool isValue(const Name& name) noexcept;
 
-// The nearest of the words that are offered to it, none where all are farther off than a slip of the finger.
-class Nearest {
+// The nearest word to a mistyped one.
+class Nearest : public NearestWord {
  public:
-  explicit Nearest(const Name& wanted) noexcept;
-  void offer(const char* word) noexcept;
+  explicit Nearest(const Name& wanted) noexcept
+      : NearestWord({wanted.text, static_cast<std::size_t>(wanted.length)}) {}
   void offerValues() noexcept;  // everything that may stand for a value
-  const char* word() const noexcept { return best_; }
-
- private:
-  Name wanted_;
-  int distance_;  // a nearer word than this is taken
-  const char* best_ = nullptr;
 };
 
 }  // namespace qv::formula
