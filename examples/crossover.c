@@ -6,16 +6,9 @@
 #include <stdlib.h>
 
 #include "qvlib60.h"
+#include "stop_on_error.h"
 
 static const double FAST_PERIOD = 20, SLOW_PERIOD = 100;
-
-static void stopOnError(int status, const char* what) {
-  char text[32];
-  if (status >= 0) return;
-  qvErrDesc(status, text);
-  fprintf(stderr, "%s: %s\n", what, text);
-  exit(EXIT_FAILURE);
-}
 
 /* 1 when a crosses above b at bar i, -1 when below, else 0. */
 static int crossing(const QvArray* a, const QvArray* b, int i) {

@@ -6,6 +6,7 @@
 #include <stdlib.h>
 
 #include "qvlib60.h"
+#include "stop_on_error.h"
 
 enum { FAST, SLOW, VARIABLES };
 enum { SHOWN = 10 };
@@ -14,14 +15,6 @@ typedef struct Run {
   int combination;
   QvTradeStats statistics;
 } Run;
-
-static void stopOnError(int status, const char* what) {
-  char text[32];
-  if (status >= 0) return;
-  qvErrDesc(status, text);
-  fprintf(stderr, "%s: %s\n", what, text);
-  exit(EXIT_FAILURE);
-}
 
 /* One run of the system. The averages' blocks and the order system's tables serve all runs. */
 static void runOnce(QvOrderSystem* sys, const QvOptVar* vars, QvArray* fast, QvArray* slow) {

@@ -1,4 +1,4 @@
-// The older set of date functions: 16-bit parts and numbered text formats. They only convert their
+// Date functions with 16-bit parts and numbered text formats. They only convert their
 // arguments; a "Julian" value is the date number.
 #include <algorithm>
 #include <cstdint>

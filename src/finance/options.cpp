@@ -26,7 +26,18 @@ int store(QvOption& o, const Profile& p) noexcept {
   return QV_OK;
 }
 
-int storeSpread(QvOption& o, double maxProfit, double maxLoss, double breakeven) noexcept {
+// A spread of one leg each that is paid for: it breaks even where the bought leg has earned the premium,
+// above its strike (side 1) or below it (-1).
+int storePaid(QvOption& o, double width, double side) noexcept {
+  const double maxLoss = o.bought[0].premium - o.written[0].premium, maxProfit = width - maxLoss;
+  const double breakeven = o.bought[0].strike + side * maxLoss;
+  return store(o, {maxProfit, maxLoss, maxLoss / maxProfit, breakeven, breakeven});
+}
+
+// One that pays: it breaks even where the written leg has cost the premium.
+int storeReceived(QvOption& o, double width, double side) noexcept {
+  const double maxProfit = o.written[0].premium - o.bought[0].premium, maxLoss = width - maxProfit;
+  const double breakeven = o.written[0].strike + side * maxProfit;
   return store(o, {maxProfit, maxLoss, maxLoss / maxProfit, breakeven, breakeven});
 }
 
@@ -80,38 +91,22 @@ int QVCALL qvOptionInit(QvOption* option) noexcept {
 
 int QVCALL qvBullCall(QvOption* option) noexcept {
   if (!option) return QV_INVALID_PARM;
-  const QvOptionLeg& bought = option->bought[0];
-  const QvOptionLeg& written = option->written[0];
-  const double maxLoss = bought.premium - written.premium;
-  const double maxProfit = (written.strike - bought.strike) - maxLoss;
-  return storeSpread(*option, maxProfit, maxLoss, bought.strike + maxLoss);
+  return storePaid(*option, option->written[0].strike - option->bought[0].strike, 1.0);
 }
 
 int QVCALL qvBullPut(QvOption* option) noexcept {
   if (!option) return QV_INVALID_PARM;
-  const QvOptionLeg& bought = option->bought[0];
-  const QvOptionLeg& written = option->written[0];
-  const double maxProfit = written.premium - bought.premium;
-  const double maxLoss = (written.strike - bought.strike) - maxProfit;
-  return storeSpread(*option, maxProfit, maxLoss, written.strike - maxProfit);
+  return storeReceived(*option, option->written[0].strike - option->bought[0].strike, -1.0);
 }
 
 int QVCALL qvBearCall(QvOption* option) noexcept {
   if (!option) return QV_INVALID_PARM;
-  const QvOptionLeg& bought = option->bought[0];
-  const QvOptionLeg& written = option->written[0];
-  const double maxProfit = written.premium - bought.premium;
-  const double maxLoss = std::fabs(written.strike - bought.strike) - maxProfit;
-  return storeSpread(*option, maxProfit, maxLoss, maxProfit + written.strike);
+  return storeReceived(*option, std::fabs(option->written[0].strike - option->bought[0].strike), 1.0);
 }
 
 int QVCALL qvBearPut(QvOption* option) noexcept {
   if (!option) return QV_INVALID_PARM;
-  const QvOptionLeg& bought = option->bought[0];
-  const QvOptionLeg& written = option->written[0];
-  const double maxLoss = bought.premium - written.premium;
-  const double maxProfit = (bought.strike - written.strike) - maxLoss;
-  return storeSpread(*option, maxProfit, maxLoss, bought.strike - maxLoss);
+  return storePaid(*option, option->bought[0].strike - option->written[0].strike, -1.0);
 }
 
 int QVCALL qvLongStraddle(QvOption* option) noexcept {

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <bit>
+#include <initializer_list>
 
 #include "core/calculation.h"
 #include "formula/items.h"
@@ -30,6 +31,14 @@ std::uint64_t hashOf(const Node& node) noexcept {
   mix(reinterpret_cast<std::uintptr_t>(node.entry));
   for (int k = 0; k < node.count; ++k) mix(static_cast<std::uint64_t>(node.operands[k]));
   return h;
+}
+
+Node nodeOf(Kind kind, int context, std::initializer_list<int> operands) noexcept {
+  Node node;
+  node.kind = kind;
+  node.context = context;
+  for (const int operand : operands) node.operands[node.count++] = operand;
+  return node;
 }
 
 }  // namespace
@@ -70,10 +79,8 @@ int Graph::parameter(int index) noexcept {
 }
 
 int Graph::field(int series, int context) noexcept {
-  Node node;
-  node.kind = Kind::Field;
+  Node node = nodeOf(Kind::Field, context, {});
   node.index = series;
-  node.context = context;
   f_.series |= 1u << series;
   return add(node);
 }
@@ -101,56 +108,35 @@ int Graph::itemwise(Kind kind, int a, int b, int c) noexcept {
 
 int Graph::window(Kind kind, int series, int constant) noexcept {
   if (series == kExhausted || constant == kExhausted) return kExhausted;
-  Node node;
-  node.kind = kind;
-  node.context = (*this)[series].context;
-  node.count = 2;
-  node.operands[0] = series;
-  node.operands[1] = constant;
-  return add(node);
+  return add(nodeOf(kind, (*this)[series].context, {series, constant}));
 }
 
 int Graph::call(const QvCatalogueEntry* entry, const int* operands, int context) noexcept {
-  Node node;
-  node.kind = Kind::Call;
+  Node node = nodeOf(Kind::Call, context, {});
   node.entry = entry;
-  node.context = context;
   node.count = entry->inputCount + entry->paramCount;
   std::copy_n(operands, node.count, node.operands);
   if (entry->barsCount) f_.series |= static_cast<unsigned>(entry->series);
   const int before = f_.nodeCount, made = add(node);
   if (made < before) return made;
   for (int k = 0; k < entry->outputCount; ++k) {
-    Node output;
-    output.kind = Kind::Output;
-    output.context = context;
+    Node output = nodeOf(Kind::Output, context, {made});
     output.index = k;
-    output.count = 1;
-    output.operands[0] = made;
     if (append(output) < 0) return kExhausted;
   }
   return made;
 }
 
 int Graph::candle(int pattern, int period, int context) noexcept {
-  Node node;
-  node.kind = Kind::Candle;
+  Node node = nodeOf(Kind::Candle, context, {period});
   node.index = pattern;
-  node.context = context;
-  node.count = 1;
-  node.operands[0] = period;
   f_.series |= kPrices;
   return add(node);
 }
 
 int Graph::coarse(int series, int context) noexcept {
   if (series == kExhausted || (*this)[series].constant) return series;
-  Node node;
-  node.kind = Kind::Coarse;
-  node.context = context;
-  node.count = 1;
-  node.operands[0] = series;
-  return add(node);
+  return add(nodeOf(Kind::Coarse, context, {series}));
 }
 
 int Graph::context(int parent, int frequency) noexcept {

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <numeric>
+#include <span>
 #include <variant>
 
 #include "indicators/averages_adaptive.h"
@@ -17,47 +18,29 @@ constexpr bool isAverageMethod(int method) noexcept {
   return method >= 0 && method < kAverageMethods;
 }
 
+// Newest first.
+inline double sumOf(std::span<const double> items) noexcept {
+  return std::accumulate(items.rbegin(), items.rend(), 0.0);
+}
+
 namespace chain {
 
 // The sum. The last item is written in any case: where no window fits it is the sum of the items that exist,
 // of the mean a part of them.
-class MovingSum {
+class MovingSum : public Sliding<Sums<1>> {
  public:
-  static constexpr int kInputs = 1, kOutputs = 1;
-  static constexpr bool kWhole = true;
   static constexpr bool kInPlace = true;
 
-  explicit MovingSum(int period) noexcept : window_(period) {}
-  bool ok() const noexcept { return window_.ok(); }
-  int lead() const noexcept { return window_.lead(); }
-  void run(Inputs<1> in, int count, Outputs<1> out) noexcept { window_.run(in, count, out); }
-  void endShort(int, Outputs<1> last) const noexcept {
-    const auto items = window_.itemsSoFar();
-    *last[0] = std::accumulate(items.rbegin(), items.rend(), 0.0);
-  }
-
- private:
-  Sliding<Sums<1>> window_;
+  explicit MovingSum(int period) noexcept : Sliding(period) {}
+  void endShort(int, Outputs<1> last) const noexcept { *last[0] = sumOf(itemsSoFar()); }
 };
 
-class SimpleMA {
+class SimpleMA : public Sliding<Means<1>> {
  public:
-  static constexpr int kInputs = 1, kOutputs = 1;
-  static constexpr bool kWhole = true;
   static constexpr bool kInPlace = true;
 
-  explicit SimpleMA(int period) noexcept : period_(period), window_(period, Means<1>(period)) {}
-  bool ok() const noexcept { return window_.ok(); }
-  int lead() const noexcept { return window_.lead(); }
-  void run(Inputs<1> in, int count, Outputs<1> out) noexcept { window_.run(in, count, out); }
-  void endShort(int, Outputs<1> last) const noexcept {
-    const auto items = window_.itemsSoFar();
-    *last[0] = std::accumulate(items.rbegin(), items.rend(), 0.0) / period_;
-  }
-
- private:
-  int period_;
-  Sliding<Means<1>> window_;
+  explicit SimpleMA(int period) noexcept : Sliding(period, Means<1>(period)) {}
+  void endShort(int, Outputs<1> last) const noexcept { *last[0] = sumOf(itemsSoFar()) / (lead() + 1); }
 };
 
 // Linear weights, the newest item the heaviest.

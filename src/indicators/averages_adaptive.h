@@ -12,7 +12,7 @@ class VIDYA {
  public:
   static constexpr int kInputs = 1, kOutputs = 1;
 
-  // Nine is the oscillator of the variable average, which has always begun 13 bars late; no other period is
+  // Nine is the oscillator of the variable average, which begins 13 bars late; no other period is
   // shifted.
   VIDYA(int momentumPeriod, int period)
   noexcept

@@ -182,26 +182,18 @@ class McClellanOscillator {
  public:
   static constexpr int kInputs = 2, kOutputs = 1;
 
-  McClellanOscillator(int fast, int slow) noexcept
-      : origin_(shareOf(std::max(fast, slow))), fast_(shareOf(fast)), slow_(shareOf(slow)) {}
+  McClellanOscillator(int fast, int slow) noexcept : averages_(shareOf(fast), shareOf(slow)) {}
   int lead() const noexcept { return 0; }
   void run(Inputs<2> in, int count, Outputs<1> out) noexcept {
     Tile net;
     map(count, net, NetOf{}, in[0], in[1]);
-    origin_.over(
-        net, count,
-        [&](int at, int items) {
-          Tile fast, slow;
-          fast_.run(net + at, items, fast, origin_.value());
-          slow_.run(net + at, items, slow, origin_.value());
-          map(items, out[0] + at, NetOf{}, fast, slow);
-        },
-        fast_, slow_);
+    averages_.run(net, count, [&](int at, int items, double, const double* fast, const double* slow) {
+      map(items, out[0] + at, NetOf{}, fast, slow);
+    });
   }
 
  private:
-  Origin origin_;
-  Distance fast_, slow_;
+  ExponentialPair averages_;
 };
 
 class McClellanSummation {

@@ -22,7 +22,7 @@ inline constexpr auto rankOf = [](double close, double volume, double closeBefor
 
 namespace chain {
 
-// The first valid bar itself has always stayed 0.0.
+// The first valid bar itself is 0.0: what counts begins one bar later.
 class PsychologyLine {
  public:
   static constexpr int kInputs = 1, kOutputs = 1;

@@ -38,13 +38,9 @@ constexpr auto moneyFlowIndexOf = [](auto rising, auto falling)
                                       QV_LAMBDA { return rising / (rising + falling) * 100.0; };
 
 // The money flow index of a window's flows; 0.0 without any falling flow.
-struct MoneyFlow : Adding {
-  static constexpr int kInputs = 2, kRows = 2, kOutputs = 1;
+struct MoneyFlow : AddingItems<2> {
+  static constexpr int kOutputs = 1;
 
-  template <typename Items, typename Number>
-  QV_INLINE Items terms(const Items& flows, const Items&, Number) const noexcept {
-    return flows;
-  }
   template <typename Number, typename Items>
   QV_INLINE Group<Number, 1> finish(const Group<Number, 2>& flows, const Items&, Number,
                                     const Items&) const noexcept {

@@ -72,16 +72,23 @@ struct CorrectedSums : Adding {
   }
 };
 
-// The sums of one or several series.
+// Statistics that add up the items as they are.
 template <int kSeries>
-struct Sums : Adding {
-  using Corrected = CorrectedSums<Sums>;
-  static constexpr int kInputs = kSeries, kRows = kSeries, kOutputs = kSeries;
+struct AddingItems : Adding {
+  static constexpr int kInputs = kSeries, kRows = kSeries;
 
   template <typename Items, typename Number>
-  QV_INLINE Items terms(const Items& x, const Items&, Number) const noexcept {
+  static QV_INLINE Items terms(const Items& x, const Items&, Number) noexcept {
     return x;
   }
+};
+
+// The sums of one or several series.
+template <int kSeries>
+struct Sums : AddingItems<kSeries> {
+  using Corrected = CorrectedSums<Sums>;
+  static constexpr int kOutputs = kSeries;
+
   template <typename Rows, typename Items, typename Number>
   QV_INLINE Rows finish(const Rows& sums, const Items&, Number, const Items&) const noexcept {
     return sums;
@@ -153,15 +160,11 @@ struct MeanByWeight : Adding {
 
 // The sum of the first series over that of the second, times `scale`; `none` where the second adds up to
 // nothing.
-struct RatioOfSums : Adding {
-  static constexpr int kInputs = 2, kRows = 2, kOutputs = 1;
+struct RatioOfSums : AddingItems<2> {
+  static constexpr int kOutputs = 1;
   double scale, none;
 
   RatioOfSums(double times = 1.0, double ofNothing = 0.0) noexcept : scale(times), none(ofNothing) {}
-  template <typename Items, typename Number>
-  QV_INLINE Items terms(const Items& x, const Items&, Number) const noexcept {
-    return x;
-  }
   template <typename Number, typename Items>
   QV_INLINE Group<Number, 1> finish(const Group<Number, 2>& sums, const Items&, Number,
                                     const Items&) const noexcept {
