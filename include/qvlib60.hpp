@@ -119,6 +119,12 @@ class Series : public QvArray {
   bool borrowed_ = false;
 };
 
+// The series of a bar set in the order date, open, high, low, close, volume, open interest.
+inline constexpr int kBarSeries = 7;
+inline constexpr QvArray QvBars::*kSeriesOfBars[kBarSeries] = {
+    &QvBars::date,  &QvBars::open,   &QvBars::high,        &QvBars::low,
+    &QvBars::close, &QvBars::volume, &QvBars::openInterest};
+
 // Columns of one length to borrow as a bar set; an empty one is missing.
 struct Columns {
   std::span<const double> date = {}, open = {}, high = {}, low = {}, close = {}, volume = {},
@@ -151,11 +157,11 @@ class Bars : public QvBars {
     std::size_t n = 0;
     for (const auto& column : all) n = std::max(n, column.size());
     b.barsize = b.datasize = Series::lengthOf(n);
-    for (int k = 0; k < 7; ++k) {
+    for (int k = 0; k < kBarSeries; ++k) {
       if (all[k].empty()) continue;
       if (all[k].size() != n)
         throw Error("qv::Bars::borrow", "columns of different lengths", QV_INVALID_PARM);
-      (&b.date)[k] = {const_cast<double*>(all[k].data()), b.barsize, b.barsize, 0};
+      b.*kSeriesOfBars[k] = {const_cast<double*>(all[k].data()), b.barsize, b.barsize, 0};
     }
     if (columns.date.empty() && n > 0) {
       b.dates_ = std::make_unique<double[]>(n);
@@ -251,9 +257,9 @@ inline std::vector<Series> calcAll(const std::string& name, const QvBars& bars, 
   const QvCatalogueEntry& entry = findCalculation(name);
   std::vector<const QvArray*> inputs;
   for (int i = 0; i < entry.inputCount; ++i) {
-    for (int k = 0; k < 7; ++k)
+    for (int k = 0; k < kBarSeries; ++k)
       if (entry.inputs[i].series & (1 << k)) {
-        inputs.push_back(&(&bars.date)[k]);
+        inputs.push_back(&(bars.*kSeriesOfBars[k]));
         break;
       }
   }
@@ -288,8 +294,7 @@ class Formula {
     std::vector<std::string> names;
     const int count = qvFormulaParameterCount(f_.get());
     names.reserve(static_cast<std::size_t>(count > 0 ? count : 0));
-    for (int i = 0; i < count; ++i)
-      names.emplace_back(qvFormulaParameterName(f_.get(), i));
+    for (int i = 0; i < count; ++i) names.emplace_back(qvFormulaParameterName(f_.get(), i));
     return names;
   }
 

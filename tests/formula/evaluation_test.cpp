@@ -10,7 +10,7 @@ namespace {
 QvBars cutTo(const QvBars& bars, int n) {
   QvBars cut = bars;
   cut.barsize = n;
-  for (int k = 0; k < 7; ++k) (&cut.date)[k].size = n;
+  for (const auto series : qv::kSeriesOfBars) (cut.*series).size = n;
   return cut;
 }
 
@@ -22,7 +22,7 @@ TEST(FormulaEvaluation, CallsGiveWhatTheCalculationGives) {
     const QvArray* inputs[4] = {};
     for (int k = 0; k < e.inputCount; ++k) {
       for (int s = 0; s < 7; ++s)
-        if (e.inputs[k].series & 1 << s) inputs[k] = &(&bars.date)[s];
+        if (e.inputs[k].series & 1 << s) inputs[k] = &(bars.*qv::kSeriesOfBars[s]);
     }
     if (!isCallable(e)) continue;
     Array outputs[5];
@@ -160,7 +160,7 @@ TEST(FormulaEvaluation, ValuesSettle) {
     ASSERT_EQ(qvFormulaEval(f.f, &all, &whole), 0);
     const int from = 1003;
     QvBars rest = cutTo(all, all.barsize - from);
-    for (int k = 0; k < 7; ++k) (&rest.date)[k].data += from, (&rest.date)[k].capacity -= from;
+    for (const auto series : qv::kSeriesOfBars) (rest.*series).data += from, (rest.*series).capacity -= from;
     rest.datasize -= from;
     ASSERT_EQ(qvFormulaEval(f.f, &rest, &late), 0);
     double size = 0;

@@ -43,11 +43,10 @@ struct Bar {
 struct Bars : qv::Bars {
   Bars() = default;
   explicit Bars(const std::vector<Bar>& bars) : qv::Bars(static_cast<int>(bars.size())) {
-    for (int i = 0; const Bar& b : bars) {
-      const double items[] = {b.date, b.open, b.high, b.low, b.close, b.volume, b.openInterest};
-      for (int s = 0; s < 7; ++s) (&date)[s].data[i] = items[s];
-      ++i;
-    }
+    constexpr double Bar::*kFields[] = {&Bar::date,  &Bar::open,   &Bar::high,        &Bar::low,
+                                        &Bar::close, &Bar::volume, &Bar::openInterest};
+    for (int k = 0; k < qv::kBarSeries; ++k)
+      for (int i = 0; const Bar& b : bars) (this->*qv::kSeriesOfBars[k]).data[i++] = b.*kFields[k];
   }
   Bars(std::initializer_list<Bar> bars) : Bars(std::vector<Bar>(bars)) {}
 };
