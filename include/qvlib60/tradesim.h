@@ -8,6 +8,7 @@
        qvBuyToOpen, qvSellToClose, ... qvCancelOrder
      }
      qvTradeRpt1, qvProfitRpt, ...                   reports, at any time
+     qvEquity, qvEquityFigures, qvTradeFigures       what the reports lack
      qvOrderSystemReset(&sys);                       to run again over the same bars
      qvOrderSystemClose(&sys);
 
@@ -15,6 +16,7 @@
 #ifndef QVLIB60_TRADESIM_H
 #define QVLIB60_TRADESIM_H
 
+#include "qvlib60/tradesim/equity.h"
 #include "qvlib60/tradesim/optimisation.h"
 #include "qvlib60/tradesim/orders.h"
 #include "qvlib60/tradesim/records.h"

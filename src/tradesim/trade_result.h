@@ -1,5 +1,7 @@
-// What a price move is worth: the one formula behind the statistics and the reports.
+// What a price move is worth: the one formula behind the statistics, the reports and the equity.
 #pragma once
+
+#include <cmath>
 
 #include "qvlib60/tradesim/records.h"
 
@@ -14,14 +16,23 @@ inline double moneyPerContract(const QvOrderSystem& sys, double gain) noexcept {
 }
 
 // Slippage is taken per contract, commission once per side of the trade.
-inline double tradeResult(const QvOrderSystem& sys, double gain, int contracts) noexcept {
+inline double tradeResult(const QvOrderSystem& sys, double gain, int contracts,
+                          double furtherSlippage = 0) noexcept {
   return (1.0 - sys.deductionRate) *
-         ((moneyPerContract(sys, gain) - sys.slippage) * contracts - sys.commission * 2);
+         ((moneyPerContract(sys, gain) - (sys.slippage + furtherSlippage)) * contracts - sys.commission * 2);
 }
 
-inline double tradeResult(const QvOrderSystem& sys, const QvTrade& trade) noexcept {
-  const double gain = priceGain(trade.position.direction, trade.position.entryPrice, trade.exitPrice);
-  return tradeResult(sys, gain, trade.exitVolume);
+// Of contracts that are closed, or valued, at a price. The cost of a fraction of the value traded on both
+// sides counts as slippage.
+inline double closedResult(const QvOrderSystem& sys, const QvPosition& position, double exitPrice,
+                           int contracts, double costRate) noexcept {
+  const double traded = std::fabs(position.entryPrice) + std::fabs(exitPrice);
+  const double cost = costRate != 0 ? costRate * moneyPerContract(sys, traded) : 0.0;
+  return tradeResult(sys, priceGain(position.direction, position.entryPrice, exitPrice), contracts, cost);
+}
+
+inline double tradeResult(const QvOrderSystem& sys, const QvTrade& trade, double costRate = 0) noexcept {
+  return closedResult(sys, trade.position, trade.exitPrice, trade.exitVolume, costRate);
 }
 
 }  // namespace qv::tradesim

@@ -33,10 +33,10 @@ std::string lower(std::string text) {
 // Functions with an output series that turn no bar sets and series into one item for each bar: memory and
 // single records, columns of charts, readers, the marks of an order system.
 const std::set<std::string> kNoCalculations = {
-    "qvAllocArray",    "qvReAllocArray",     "qvReSizeArray",   "qvCopyArray",
-    "qvFreeArray",     "qvSetArrayItem",     "qvShiftArray",    "qvGroupArray",
-    "qvSetFirstValid", "qvBars2PNF",         "qvBars2PNFhilo",  "qvCTreadarray",
-    "qvTXTreadarray",  "qvCreateTradeGraph", "qvCatalogueCall", "qvFormulaEval"};
+    "qvAllocArray",    "qvReAllocArray", "qvReSizeArray",  "qvCopyArray",        "qvFreeArray",
+    "qvSetArrayItem",  "qvShiftArray",   "qvGroupArray",   "qvSetFirstValid",    "qvBars2PNF",
+    "qvBars2PNFhilo",  "qvCTreadarray",  "qvTXTreadarray", "qvCreateTradeGraph", "qvEquity",
+    "qvCatalogueCall", "qvFormulaEval"};
 // Arguments that the catalogue gives itself: a call runs from start to the last bar.
 const std::set<std::string> kGiven = {"start", "end", "first", "last", "reserved"};
 
