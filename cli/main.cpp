@@ -4,6 +4,8 @@
 int main(int argc, char** argv) {
   qvcli::Tool tool;
   qvcli::addFunctions(tool);
+  qvcli::addBacktest(tool);
+  qvcli::addSweep(tool);
   qvcli::addDemo(tool);
   return tool.run(argc, argv);
 }

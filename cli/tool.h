@@ -53,6 +53,8 @@ class Tool {
 
 // The subcommands, in the order in which they are listed.
 void addFunctions(Tool& tool);
+void addBacktest(Tool& tool);
+void addSweep(Tool& tool);
 void addDemo(Tool& tool);
 
 }  // namespace qvcli
