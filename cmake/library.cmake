@@ -47,18 +47,34 @@ set_target_properties(qvlib60_objects PROPERTIES
   CXX_VISIBILITY_PRESET hidden
   VISIBILITY_INLINES_HIDDEN ON)
 
-add_library(QVLIB60 SHARED $<TARGET_OBJECTS:qvlib60_objects> ${qv_heap})
-target_link_libraries(QVLIB60 PRIVATE qvlib60_options qv_warnings)
-target_include_directories(QVLIB60 INTERFACE ${CMAKE_CURRENT_SOURCE_DIR}/include)
-set_target_properties(QVLIB60 PROPERTIES
-  VERSION ${PROJECT_VERSION}
-  SOVERSION ${PROJECT_VERSION_MAJOR}
+add_library(qvlib60_heap OBJECT ${qv_heap})
+target_link_libraries(qvlib60_heap PRIVATE qvlib60_options qv_warnings)
+set_target_properties(qvlib60_heap PROPERTIES
+  POSITION_INDEPENDENT_CODE ON
   CXX_VISIBILITY_PRESET hidden
   VISIBILITY_INLINES_HIDDEN ON)
+
+add_library(QVLIB60 SHARED $<TARGET_OBJECTS:qvlib60_objects> $<TARGET_OBJECTS:qvlib60_heap>)
+set_target_properties(QVLIB60 PROPERTIES VERSION ${PROJECT_VERSION} SOVERSION ${PROJECT_VERSION_MAJOR})
+set(qv_libraries QVLIB60)
+if(QV_BUILD_STATIC)
+  add_library(QVLIB60_static STATIC $<TARGET_OBJECTS:qvlib60_objects> $<TARGET_OBJECTS:qvlib60_heap>)
+  set_target_properties(QVLIB60_static PROPERTIES OUTPUT_NAME QVLIB60)
+  # On Windows callers must not ask for an import.
+  target_compile_definitions(QVLIB60_static INTERFACE QVLIB60_STATIC)
+  add_library(QVLIB60::QVLIB60_static ALIAS QVLIB60_static)
+  list(APPEND qv_libraries QVLIB60_static)
+endif()
+foreach(library IN LISTS qv_libraries)
+  set_target_properties(${library} PROPERTIES LINKER_LANGUAGE CXX)
+  target_include_directories(${library} INTERFACE
+    $<BUILD_INTERFACE:${CMAKE_CURRENT_SOURCE_DIR}/include>
+    $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}>)
+endforeach()
 # For projects that take this one in by add_subdirectory: they link the same name as with a package.
 add_library(QVLIB60::QVLIB60 ALIAS QVLIB60)
 if(WIN32)
-  include(cmake/windows_exports.cmake)
+  include(cmake/windows.cmake)
 else()
   # Calls between exported functions of the library bind inside it.
   target_link_options(QVLIB60 PRIVATE -Wl,-Bsymbolic-functions)
@@ -73,10 +89,4 @@ if(QV_BUILD_TESTS)
   target_compile_definitions(qvlib60_testable PUBLIC QV_ALLOCATION_FAULTS)
   target_include_directories(qvlib60_testable PUBLIC
     ${CMAKE_CURRENT_SOURCE_DIR}/src ${CMAKE_CURRENT_SOURCE_DIR}/include)
-endif()
-
-if(QV_INSTALL)
-  install(TARGETS QVLIB60)
-  install(FILES include/qvlib60.h include/qvlib60.hpp DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
-  install(DIRECTORY include/qvlib60 DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
 endif()

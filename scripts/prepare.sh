@@ -32,16 +32,29 @@ prepare() {
   "${sudo[@]}" env DEBIAN_FRONTEND=noninteractive apt-get install -y --no-install-recommends "${missing[@]}"
 }
 
+# prepare_or_skip WHAT PACKAGE...: as prepare, but where the packages cannot be had it says that WHAT is left out, and
+# answers 1.
+prepare_or_skip() {
+  local what=$1 log
+  shift
+  log=$(prepare "$@" 2>&1) && return 0
+  echo "== $what: SKIPPED, these packages cannot be installed here: $*"
+  tail -n 3 <<<"$log" | sed 's/^/   /'
+  return 1
+}
+
 # build PRESET [CMAKE-OPTION...]: configures and builds it.
 build() {
   cmake --preset "$@" && cmake --build --preset "$1"
 }
 
-# stage NAME COMMAND...: runs it and tells how long it took.
+# stage NAME COMMAND...: runs it and tells how long it took. (In the background, for only there a function still stops
+# at its first failure.)
 stage() {
   local name=$1 begin=$SECONDS status=0
   shift
-  "$@" || status=$?
+  (set -e && "$@") &
+  wait $! || status=$?
   echo "== $name: $([ $status -eq 0 ] && echo passed || echo FAILED) in $((SECONDS - begin)) s"
   return $status
 }

@@ -11,6 +11,8 @@
 #define QVCALL __stdcall
 #ifdef QVLIB60_BUILD
 #define QVAPI /* exported, undecorated, through the module definition file */
+#elif defined(QVLIB60_STATIC)
+#define QVAPI /* the caller links the static library */
 #else
 #define QVAPI __declspec(dllimport)
 #endif

@@ -1,5 +1,5 @@
-# Windows: the platform's standard calling convention decorates names; a .def file made of the
-# declarations in include/ exports them undecorated.
+# Windows: the exported names, and what the file's properties show. The platform's standard calling convention decorates
+# names; a .def file made of the declarations in include/ exports them undecorated.
 file(GLOB_RECURSE qv_headers CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/include/qvlib60/*.h)
 set(qv_def "LIBRARY QVLIB60\nEXPORTS\n")
 foreach(header IN LISTS qv_headers)
@@ -13,3 +13,7 @@ file(WRITE ${CMAKE_CURRENT_BINARY_DIR}/QVLIB60.def "${qv_def}")
 target_sources(QVLIB60 PRIVATE ${CMAKE_CURRENT_BINARY_DIR}/QVLIB60.def)
 set_target_properties(QVLIB60 PROPERTIES PREFIX "")
 target_link_options(QVLIB60 PRIVATE -static -Wl,--enable-stdcall-fixup)
+
+enable_language(RC)
+configure_file(packaging/windows/version.rc.in QVLIB60.rc @ONLY)
+target_sources(QVLIB60 PRIVATE ${CMAKE_CURRENT_BINARY_DIR}/QVLIB60.rc)
