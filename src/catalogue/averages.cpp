@@ -34,7 +34,7 @@ constexpr Row kRows[] = {
         .params(period("period", 20)).gives(over()).valid<-1, 0>(),
     ENTRY(qvZeroLagExpMA, "zlema", "Zero-Lag Exponential Moving Average",
           "An exponential average of the series carried forward by its own change over half the period.")
-        .params(period("period", 20)).gives(over()).source("John Ehlers and Ric Way, Zero Lag (Well, Almost), 2010")
+        .params(period("period", 20)).gives(over()).source("John F. Ehlers and Ric Way, \"Zero Lag (Well, Almost)\", Technical Analysis of Stocks & Commodities, 2010")
         .note("Seeded with the first value of the series, from which the first items carried forward differ.")
         .valid([](const Valid& v) noexcept { return v.start + lagOf(v.values[0]) - 1; })
         .settles([](const History& h) noexcept {
@@ -43,17 +43,17 @@ constexpr Row kRows[] = {
     ENTRY(qvDEMA, "dema", "Double Exponential Moving Average",
           "Twice an exponential average less its own average, which lags less.")
         .params(period("period", 20)).gives(over()).valid<1>().note(kCascade)
-        .source("Patrick Mulloy, Smoothing Data with Faster Moving Averages, 1994")
+        .source("Patrick G. Mulloy, \"Smoothing Data with Faster Moving Averages\", Technical Analysis of Stocks & Commodities, 1994")
         .settles([](const History& h) noexcept { return h.exponential(h.values[0], 2); }),
     ENTRY(qvTEMA, "tema", "Triple Exponential Moving Average",
           "Three exponential averages one of the other, combined so that most of the lag cancels.")
         .params(period("period", 20)).gives(over()).valid<1>().note(kCascade)
-        .source("Patrick Mulloy, Smoothing Data with Faster Moving Averages, 1994")
+        .source("Patrick G. Mulloy, \"Smoothing Data with Faster Moving Averages\", Technical Analysis of Stocks & Commodities, 1994")
         .settles([](const History& h) noexcept { return h.exponential(h.values[0], 3); }),
     ENTRY(qvT3, "t3", "Tillson T3",
           "A double exponential average with adjustable overshoot, applied several times over.")
         .params(period("period", 5), real("volumeFactor", 0.7, 0, 1), integer("passes", 3, 1, 6)).gives(over())
-        .source("Tim Tillson, Smoothing Techniques for More Accurate Signals, 1998").note(kSeeded)
+        .source("Tim Tillson, \"Smoothing Techniques for More Accurate Signals\", Technical Analysis of Stocks & Commodities, 1998").note(kSeeded)
         .settles([](const History& h) noexcept {
           const auto passes = static_cast<int>(std::clamp<std::int64_t>(h[2], 1, 10000));
           return h.exponential(h.values[0], 2 * passes);

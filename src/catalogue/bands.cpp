@@ -6,7 +6,8 @@ namespace qv::catalogue {
 namespace {
 
 constexpr const char kWidner[] =
-    "Mel Widner, Signaling Change with Projection Bands, Technical Analysis of Stocks & Commodities, 1995";
+    "Mel Widner, \"Signaling Change with Projection Bands\", Technical Analysis of Stocks & Commodities, "
+    "1995";
 
 // Without the argument that the function does not read.
 int QVCALL ichimoku(const QvBars* bars, QvArray* conversion, QvArray* base, QvArray* spanA, QvArray* spanB,
@@ -38,7 +39,7 @@ constexpr Row kRows[] = {
         .settles([](const History& h) noexcept { return h.average(h[0], h[1]); }),
     ENTRY(qvPriceChannels, "channels", "Price Channels", "The highest and the lowest price of the bars before.")
         .params(period("p", 20)).gives(over("upper").band(), over("lower").band()).reads(kPrices)
-        .source("Richard Donchian's four-week rule")
+        .source("Richard Donchian's four-week rule; no publication known")
         .note("The bar is not part of its own channel, so that it can break it; charts that include it differ.").valid<0, 0>(),
     ENTRY(qvProjectionBands, "projection", "Projection Bands", "The highest high and the lowest low of the last bars, each carried forward along the slope of the highs and lows.")
         .params(period("p", 14, 2)).gives(over("upper").band(), over("lower").band()).reads(kHighLow).source(kWidner).valid<-2, 0, 0>(),
@@ -51,13 +52,13 @@ constexpr Row kRows[] = {
         }),
     ENTRY(qvStdErrBands, "stderrbands", "Standard Error Bands", "The least-squares average and so many standard errors on either side.")
         .params(real("k", 2, 0.1, 10), period("p", 21, 3)).gives(over("upper").band(), over("middle"), over("lower").band()).mainly(1)
-        .source("Jon Andersen, Standard Error Bands, Technical Analysis of Stocks & Commodities, 1996")
+        .source("Jon Andersen, \"Standard Error Bands\", Technical Analysis of Stocks & Commodities, 1996")
         .note("The middle is the line's forecast of one bar; charts that read the line at its last bar differ by one slope.")
         .valid([](const Valid& v) noexcept { return (v.output == 1 ? 0 : v.start) + v[1] - 1; }),
     ADAPTED(qvIchimokuKinkoHyo, ichimoku, "ichimoku", "Ichimoku Kinko Hyo", "The middles of three ranges, two of them carried ahead as a cloud, and the close carried back.")
         .params(period("p1", 9), period("p2", 26), period("p3", 52), integer("shift", 26, 1, 200))
         .gives(over("conversion"), over("base"), over("spanA").band(), over("spanB").band(), over("lagging").seesAhead()).reads(kHighLowClose)
-        .source("Goichi Hosoda, 1968")
+        .source("Goichi Hosoda, late 1960s; the work is not known to us")
         .note("The spans stand p2 - 1 bars ahead, 25 for the usual 26; charts that count the bar itself stand 26 ahead.")
         .valid([](const Valid& v) noexcept {
           const std::int64_t lines[] = {v[0] - 1, v[1] - 1, std::max(v[0], v[1]) + v[1] - 2, v[2] + v[1] - 2, 0};

@@ -13,7 +13,7 @@ int QVCALL deTrend(const QvArray* in, QvArray* out, int start) noexcept {
 constexpr Row kRows[] = {
     ENTRY(qvBOP, "bop", "Balance of Power", "The close less the previous open, over the bar's height, averaged.")
         .params(method(), period("p", 14)).gives(panel()).reads(kPrices)
-        .source("Igor Livshin, Balance of Market Power, Technical Analysis of Stocks & Commodities, 2001")
+        .source("Igor Livshin, \"Balance of Market Power\", Technical Analysis of Stocks & Commodities, 2001")
         .note("Looks at the previous bar's open; charts that take the bar's own differ, and stay between -1 and 1.").valid<0, 1>()
         .settles([](const History& h) noexcept { return h.average(h[0], h[1]); }),
     ENTRY(qvQstick, "qstick", "Qstick", "The exponential average of close less open.")
@@ -24,7 +24,7 @@ constexpr Row kRows[] = {
         .params(period("p", 14)).gives(panel().range(0, 100).zone(30).zone(70)).reads(kOpen | kClose).source(kChandeKroll).valid<-1, 0>(),
     ENTRY(qvMassIndex, "mass", "Mass Index", "The sum of the bars' smoothed height over its own smoothing: a bulge warns of a reversal.")
         .params(period("p", 25)).gives(panel().zone(26.5).zone(27)).reads(kHighLow)
-        .source("Donald Dorsey, The Mass Index, Technical Analysis of Stocks & Commodities, 1992").note(kCascade).valid<0, 0>()
+        .source("Donald Dorsey, \"The Mass Index\", Technical Analysis of Stocks & Commodities, 1992").note(kCascade).valid<0, 0>()
         .settles([](const History& h) noexcept { return History::later(h.exponential(9, 2), h[0] - 1); }),
     ENTRY(qvPVO, "pvo", "Percentage Volume Oscillator", "The difference of two averages of the volume, in percent of the second.")
         .params(period("p1", 12), period("p2", 26), method(QV_MA_EXPONENTIAL)).gives(panel().histogram()).reads(kVolume).note(kSeeded)

@@ -22,7 +22,7 @@ constexpr Row kRows[] = {
         .valid<0, 0>().settles([](const History& h) noexcept { return h.wilder(h[0], 1, 2); }),
     ENTRY(qvRMI, "rmi", "Relative Momentum Index", "The relative strength index of moves over several bars.")
         .params(period("p", 20), period("m", 5)).gives(panel().range(0, 100).zone(30).zone(70))
-        .source("Roger Altman, Relative Momentum Index: Modifying RSI, 1993").note(kStrengthNote)
+        .source("Roger Altman, \"Relative Momentum Index: Modifying RSI\", Technical Analysis of Stocks & Commodities, 1993").note(kStrengthNote)
         .valid<-1, 0, 1>().settles([](const History& h) noexcept { return History::later(h.wilder(h[0], 1, 2), h[1]); }),
     ENTRY(qvUpAverage, "upaverage", "Up Average", "Wilder's average of the rises, other bars counting as 0.")
         .params(period("p", 14)).gives(panel()).source(kWilder).note(kStrengthNote)
@@ -78,17 +78,17 @@ constexpr Row kRows[] = {
         .note("The average ends p / 2 + 1 bars later, so a value uses later bars and the last ones have none; charts that subtract an average of bars before differ.")
         .valid([](const Valid& v) noexcept { return std::max<std::int64_t>(v.start + v[0] - (v[0] / 2 + 1) - 1, 0); }),
     ENTRY(qvTRIX, "trix", "TRIX", "The change of a triple exponential average from bar to bar, in percent.")
-        .params(period("p", 15)).gives(panel().histogram()).source("Jack Hutson, Good TRIX, 1983").valid<1>()
+        .params(period("p", 15)).gives(panel().histogram()).source("Jack K. Hutson, \"Good TRIX\", Technical Analysis of Stocks & Commodities, 1983").valid<1>()
         .note("Divided by the new value, not the old one; every smoothing begins with the first value.")
         .settles([](const History& h) noexcept { return h.exponential(h.values[0], 3, 10); }),
     ENTRY(qvTSI, "tsi", "True Strength Index", "Moves smoothed twice over their absolute values smoothed alike.")
         .params(period("r", 25), period("s", 13)).gives(panel().range(-1, 1))
-        .source("William Blau, True Strength Index, 1991").valid<1>()
+        .source("William Blau, \"True Strength Index\", Technical Analysis of Stocks & Commodities, 1991").valid<1>()
         .note("A ratio, not scaled by 100; averages are seeded with the first move.")
         .settles([](const History& h) noexcept { return h.exponential(std::max(h.values[0], h.values[1]), 2); }),
     ENTRY(qvUltimateOsc, "ultimate", "Ultimate Oscillator", "Buying pressure over true range, of three periods, weighted 4, 2 and 1.")
         .params(period("p1", 7), period("p2", 14), period("p3", 28)).gives(panel().range(0, 1).zone(0.3).zone(0.7)).reads(kHighLowClose)
-        .source("Larry Williams, The Ultimate Oscillator, 1985").note("A fraction; other charts show it times 100.")
+        .source("Larry Williams, \"The Ultimate Oscillator\", Technical Analysis of Stocks & Commodities, 1985").note("A fraction; other charts show it times 100.")
         .valid([](const Valid& v) noexcept { return std::max({v[0], v[1], v[2]}); }),
 };
 // clang-format on

@@ -6,7 +6,8 @@ namespace qv::catalogue {
 namespace {
 
 constexpr const char kRefined[] =
-    "Donald Dorsey, Refining the Relative Volatility Index, Technical Analysis of Stocks & Commodities, 1995";
+    "Donald Dorsey, \"Refining the Relative Volatility Index\", Technical Analysis of Stocks & Commodities, "
+    "1995";
 constexpr const char kNotVigor[] = "Not the relative vigor index, which other charts call RVI too.";
 
 // Deviations of ten bars, smoothed by Wilder's rule.
@@ -18,7 +19,7 @@ std::int64_t volatilitySettles(const History& h) noexcept {
 constexpr Row kRows[] = {
     ENTRY(qvRVIoriginal, "rvioriginal", "Relative Volatility Index, original", "The relative strength index with ten-bar deviations in place of the moves.")
         .params(period("p", 14)).gives(panel().range(0, 100).zone(40).zone(60)).valid<8, 0>().settles(volatilitySettles).note(kNotVigor)
-        .source("Donald Dorsey, The Relative Volatility Index, Technical Analysis of Stocks & Commodities, 1993"),
+        .source("Donald Dorsey, \"The Relative Volatility Index\", Technical Analysis of Stocks & Commodities, 1993"),
     ENTRY(qvRVI, "rvi", "Relative Volatility Index", "The mean of the relative volatility indices of the highs and of the lows.")
         .params(period("p", 14)).gives(panel().range(0, 100).zone(40).zone(60)).reads(kHighLow).valid<8, 0>().settles(volatilitySettles).source(kRefined).note(kNotVigor),
     ENTRY(qvInertia, "inertia", "Inertia", "The least-squares average of the relative volatility index.")

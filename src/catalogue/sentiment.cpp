@@ -21,7 +21,7 @@ constexpr Row kRows[] = {
         .params(period("p", 13)).gives(panel().histogram()).reads(kLow | kClose).source(kElder).note(kSeeded)
         .settles([](const History& h) noexcept { return h.exponential(h.values[0], 1, 10); }),
     ENTRY(qvSONAR, "sonar", "SONAR", "The change of an exponential average over some bars, in percent.")
-        .params(period("p", 13), integer("lag", 9, 0, 200)).gives(panel()).source("Okamoto").note(kSeeded)
+        .params(period("p", 13), integer("lag", 9, 0, 200)).gives(panel()).source("Okamoto; no publication known").note(kSeeded)
         .valid([](const Valid& v) noexcept { return v[1] < 0 ? -1 : v.start + v[0] + v[1]; })
         .settles([](const History& h) noexcept { return h[1] < 0 ? History::kNever : History::later(h.exponential(h.values[0], 1, 10), h[1]); }),
 };

@@ -3,7 +3,8 @@
 
 namespace qv::catalogue {
 
-inline constexpr const char kWilder[] = "J. Welles Wilder, New Concepts in Technical Trading Systems, 1978";
+inline constexpr const char kWilder[] =
+    "J. Welles Wilder Jr., New Concepts in Technical Trading Systems, 1978";
 inline constexpr const char kChandeKroll[] =
     "Tushar S. Chande and Stanley Kroll, The New Technical Trader, 1994";
 inline constexpr const char kAchelis[] = "Steven B. Achelis, Technical Analysis from A to Z, 1995";

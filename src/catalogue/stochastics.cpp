@@ -5,7 +5,8 @@
 namespace qv::catalogue {
 namespace {
 
-constexpr const char kLane[] = "George Lane, Lane's Stochastics, 1984";
+constexpr const char kLane[] =
+    "George C. Lane, \"Lane's Stochastics\", Technical Analysis of Stocks & Commodities, 1984";
 constexpr const char kNoRange[] =
     "A window without a range reads 100, fully overbought; other charts show 0 or 50.";
 constexpr const char kSmoothedK[] =
@@ -38,17 +39,17 @@ constexpr Row kRows[] = {
         }),
     ENTRY(qvSMI, "smi", "Stochastic Momentum Index", "The close's distance from the middle of its range over half the range, both smoothed twice.")
         .params(period("p", 10), period("r", 3), period("s", 3), period("signal", 10)).gives(panel().range(-100, 100).zone(-40).zone(40), panel("signal").range(-100, 100)).reads(kHighLowClose)
-        .source("William Blau, Stochastic Momentum, 1993").valid<-1, 0>()
+        .source("William Blau, \"Stochastic Momentum\", Technical Analysis of Stocks & Commodities, 1993").valid<-1, 0>()
         .settles([](const History& h) noexcept {
           return History::later(h.exponential(std::max({h.values[1], h.values[2], h.values[3]}), 3), h[0] - 1);
         }),
     ENTRY(qvWilliamsR, "williamsr", "Williams' %R", "How far the close lies below the highest high, in percent of the range of the last bars.")
         .params(period("p", 14)).gives(panel().range(0, 100).zone(20).zone(80)).reads(kHighLowClose)
-        .source("Larry Williams, How I Made One Million Dollars Last Year Trading Commodities, 1973")
+        .source("Larry R. Williams, How I Made One Million Dollars ... Last Year ... Trading Commodities, 1973")
         .note("A positive number, 0 at the high; other charts show it from -100 to 0.").valid<-1, 0>(),
     ENTRY(qvCCI, "cci", "Commodity Channel Index", "The typical price less its average, over 0.015 mean deviations.")
         .params(period("p", 20)).gives(panel().zone(-100).zone(100)).reads(kHighLowClose)
-        .source("Donald Lambert, Commodity Channel Index: Tool for Trading Cyclic Trends, 1980")
+        .source("Donald R. Lambert, \"Commodity Channel Index\", Commodities, 1980")
         .note("All deviations are from the average of the window's last bar; charts that measure each from the average of its own bar differ.").valid<-1, 0>(),
 };
 // clang-format on

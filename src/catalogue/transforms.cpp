@@ -21,7 +21,7 @@ constexpr const char kByDate[] =
 // clang-format off
 constexpr Row kRows[] = {
     ENTRY(qvAvgPrices, "avgprice", "Average Price", "The mean of open, high, low and close.")
-        .params().gives(over()).reads(kPrices).source(kAchelis).note("Without an open (0) the mean of the other three."),
+        .params().gives(over()).reads(kPrices).note("Without an open (0) the mean of the other three."),
     ENTRY(qvMedianPrices, "median", "Median Price", "The mean of high and low.").params().gives(over()).reads(kHighLow).source(kAchelis),
     ENTRY(qvTypicalPrices, "typical", "Typical Price", "The mean of high, low and close.").params().gives(over()).reads(kHighLowClose).source(kAchelis),
     ENTRY(qvWeightedCloses, "weightedclose", "Weighted Close", "The mean of high, low and twice the close.").params().gives(over()).reads(kHighLowClose).source(kAchelis),
@@ -42,7 +42,7 @@ constexpr Row kRows[] = {
     ADAPTED(qvCompStrength, strength, "compstrength", "Comparative Strength", "One security's close over another's.")
         .params(date("startDate")).gives(panel()).reads(kClose).source(kAchelis).setsNoFirstValid().note(kByDate),
     ADAPTED(qvCompPerformance, performance, "compperformance", "Comparative Performance", "Comparative strength relative to its value at the first common date.")
-        .params(date("startDate")).gives(panel()).reads(kClose).source(kAchelis).setsNoFirstValid().note(kByDate).neverSettles(),
+        .params(date("startDate")).gives(panel()).reads(kClose).setsNoFirstValid().note(kByDate).neverSettles(),
     ADAPTED(qvSpread, spread, "spread", "Spread", "A multiple of one security's close less a multiple of another's.")
         .params(real("w1", 1, -1000, 1000), real("w2", 1, -1000, 1000), date("startDate")).gives(panel()).reads(kClose).setsNoFirstValid().note(kByDate),
 };

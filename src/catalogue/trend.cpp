@@ -10,7 +10,7 @@ constexpr const char kDirectional[] =
     "range's at bar 1, "
     "or all three at bar 0, differ until both have forgotten that.";
 constexpr const char kChandeAroon[] =
-    "Tushar S. Chande, A Time Price Oscillator, Technical Analysis of Stocks & Commodities, 1995";
+    "Tushar S. Chande, \"A Time Price Oscillator\", Technical Analysis of Stocks & Commodities, 1995";
 constexpr const char kEarliest[] =
     "The earliest of equal extremes counts; charts that let the latest count differ where prices tie.";
 constexpr std::array kZigZagModes = {"fraction", "percent"};
@@ -55,11 +55,11 @@ constexpr Row kRows[] = {
     ENTRY(qvAroonOscillator, "aroonosc", "Aroon Oscillator", "Aroon up less Aroon down.")
         .params(period("p", 25)).gives(panel().range(-100, 100)).reads(kHighLow).source(kChandeAroon).note(kEarliest).valid<0, 0>(),
     ENTRY(qvVHF, "vhf", "Vertical Horizontal Filter", "The range of the last bars over the sum of their changes: trend or no trend.")
-        .params(period("p", 28)).gives(panel()).source("Adam White, The Vertical Horizontal Filter, Futures, 1991")
+        .params(period("p", 28)).gives(panel()).source("Adam White, in Futures, 1991")
         .note("The sum is of the relative changes, so the level of the price matters; charts that sum the changes themselves show values from 0 to 1.").valid<0, 0>(),
     ENTRY(qvRWI, "rwi", "Random Walk Index", "How much farther highs and lows travelled than a random walk would have.")
         .params(period("p", 9, 2)).gives(panel("high").zone(1), panel("low")).reads(kHighLowClose)
-        .source("E. Michael Poulos, Of Trends and Random Walks, Technical Analysis of Stocks & Commodities, 1991")
+        .source("E. Michael Poulos, \"Of Trends and Random Walks\", Technical Analysis of Stocks & Commodities, 1991")
         .note("The mean range is the plain mean of the j + 1 ranges before the bar, not Wilder's average, and a gap above the previous close does not count.").valid<0, 0>(),
     ENTRY(qvZigZag, "zigzag", "Zigzag", "Straight lines between the swings that exceed a threshold.")
         .params(real("threshold", 5, 0.01, 50), choice("mode", kZigZagModes, QV_ZIGZAG_PERCENT)).gives(over().seesAhead())
@@ -71,7 +71,7 @@ constexpr Row kRows[] = {
         .params(real("limitMove", 3, 0.0001, 10000)).gives(panel()).reads(kPrices).source(kWilder).valid<1>().neverSettles(),
     ENTRY(qvTrendScore, "trendscore", "Trend Score", "Rises less falls among the last changes.")
         .params(period("p", 10)).gives(panel()).valid<0, 0>()
-        .source("Tushar S. Chande, Rating Trend Strength, Technical Analysis of Stocks & Commodities, 1993"),
+        .source("Tushar S. Chande, \"Rating Trend Strength\", Technical Analysis of Stocks & Commodities, 1993"),
 };
 // clang-format on
 

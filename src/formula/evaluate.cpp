@@ -1,4 +1,5 @@
-// Node by node in the order of the table, each into the block of its slot.
+// Node by node in the order of the table, each into the block of its slot. Itemwise nodes that follow each
+// other go through the items together, a tile at a time.
 #include "formula/evaluate.h"
 
 #include <algorithm>
@@ -18,6 +19,7 @@ namespace qv::formula {
 namespace {
 
 constexpr int kTile = 256;
+constexpr int kTogether = 4;  // itemwise nodes that go through the items in one pass
 
 using TileRule = void (*)(const double* const* in, int count, double* out) noexcept;
 
@@ -55,9 +57,13 @@ class Evaluation {
   int run(const QvBars& bars, int* firstValid) noexcept {
     if (!values_.ok()) return QV_MALLOC;
     if (const int status = frames_.build(f_, bars)) return status;
-    for (int i = 0; i <= f_.root; ++i)
-      if (!node(i).constant)
-        if (const int status = series(i)) return status;
+    for (int i = 0; i <= f_.root; ++i) {
+      if (node(i).constant) continue;
+      if (isItemwise(node(i).kind))
+        i = itemwise(i);
+      else if (const int status = series(i))
+        return status;
+    }
     return finish(bars.barsize, firstValid);
   }
 
@@ -85,10 +91,8 @@ class Evaluation {
         return QV_OK;  // the call has set it
       case Kind::Candle:
         return candle(i);
-      case Kind::Coarse:
-        return coarse(i);
       default:
-        return itemwise(i);
+        return coarse(i);
     }
   }
 
@@ -117,31 +121,61 @@ class Evaluation {
     return QV_OK;
   }
 
-  int itemwise(int i) noexcept {
-    const Node& n = node(i);
-    const bool crossing = n.kind == Kind::CrossesAbove;
-    double numbers[3][kTile];
-    const double* from[4] = {};
+  struct Step {
+    TileRule rule;
+    const double* from[4] = {};  // null: a number, or none; of a crossing the last two are the items before
+    double* out;
     int first = 0;
-    for (int k = 0; k < n.count; ++k) {
-      if (operandNode(n, k).constant) {
-        std::fill_n(numbers[k], kTile, number(n, k));
-      } else {
-        from[k] = operand(n, k).data;
-        first = std::max(first, operand(n, k).firstValid);
+    bool crossing;
+    double numbers[4][kTile];
+  };
+
+  void prepare(int i, Step& step) noexcept {
+    const Node& n = node(i);
+    step.rule = tileOf(n.kind);
+    step.crossing = n.kind == Kind::CrossesAbove;
+    for (int k = 0; k < n.count; ++k)
+      for (const int place : {k, step.crossing ? k + 2 : k}) {
+        if (operandNode(n, k).constant) {
+          std::fill_n(step.numbers[place], kTile, number(n, k));
+        } else {
+          step.from[place] = operand(n, k).data;
+          step.first = std::max(step.first, operand(n, k).firstValid);
+        }
+      }
+    if (step.crossing) step.first = saturatingSum(step.first, 1);
+    step.out = take(i);
+    value(i).firstValid = step.first;
+  }
+
+  // Node i and those behind it that can go with it; the index of the last one. One that looks back goes
+  // alone, for a node behind it may have taken over the block that it reads.
+  int itemwise(int i) noexcept {
+    Step steps[kTogether];
+    int count = 0, last = i;
+    const int size = frames_[node(i).context].size(), context = node(i).context;
+    for (int next = i; next <= f_.root && count < kTogether; ++next) {
+      const Node& n = node(next);
+      if (n.constant) continue;
+      const bool looksBack = n.kind == Kind::CrossesAbove;
+      if (!isItemwise(n.kind) || n.context != context || (looksBack && count > 0)) break;
+      prepare(next, steps[count++]);
+      last = next;
+      if (looksBack) break;
+    }
+    for (int at = 0; at < size; at += kTile) {
+      const int end = std::min(at + kTile, size);
+      for (const Step* step = steps; step < steps + count; ++step) {
+        const int first = std::clamp(step->first, at, end);
+        std::fill(step->out + at, step->out + first, 0.0);
+        if (first == end) continue;
+        const double* in[4];
+        for (int k = 0; k < 4; ++k)
+          in[k] = step->from[k] ? step->from[k] + (first - (step->crossing && k > 1)) : step->numbers[k];
+        step->rule(in, end - first, step->out + first);
       }
     }
-    if (crossing) first = saturatingSum(first, 1);
-    double* out = take(i);
-    const int end = value(i).size;
-    const TileRule rule = tileOf(n.kind);
-    for (int at = first; at < end; at += kTile) {
-      const double* in[4] = {};
-      for (int k = 0; k < n.count; ++k) in[k] = from[k] ? from[k] + at : numbers[k];
-      for (int k = 0; crossing && k < 2; ++k) in[2 + k] = from[k] ? from[k] + at - 1 : numbers[k];
-      rule(in, std::min(kTile, end - at), out + at);
-    }
-    return known(i, first);
+    return last;
   }
 
   int shift(int i) noexcept {

@@ -10,21 +10,21 @@ extern "C" {
 
 int QVCALL qvMovingAverage(const QvArray* in, QvArray* out, int method, int period, int start) noexcept {
   switch (method) {
-    case 0:
+    case QV_MA_EXPONENTIAL:
       return qvExpMA(in, out, period, start);
-    case 1:
+    case QV_MA_LEAST_SQUARES:
       return qvLstSqrMA(in, out, period, start);
-    case 2:
+    case QV_MA_SIMPLE:
       return qvSimpleMA(in, out, period, start);
-    case 3:
+    case QV_MA_WEIGHTED:
       return qvWeightedMA(in, out, period, start);
-    case 4:
+    case QV_MA_WILDER:
       return qvWellesMA(in, out, period, start);
-    case 5:
+    case QV_MA_TRIANGULAR:
       return qvTriangularMA(in, out, period, start);
-    case 6:
+    case QV_MA_VARIABLE:
       return qvVariableMA(in, out, period, start);
-    case 7:
+    case QV_MA_ZERO_LAG:
       return qvZeroLagExpMA(in, out, period, start);
     default:
       return QV_INVALID_PARM;

@@ -117,7 +117,7 @@ QVAPI int QVCALL qvForceIndex(const QvBars* bars, QvArray* out, int p, int start
 /* Ease of movement, smoothed by the average of the given method (see qvMovingAverage; its error is
    returned): the bar's midpoint less the previous bar's height, over volume per height; 0.0 where that
    is zero or not a number. First valid start + p; what the average holds before that stays.
-   Source: after Richard W. Arms Jr.; qvArmsEMV is his form. */
+   Source: after Arms, 1983; qvArmsEMV is his form. */
 QVAPI int QVCALL qvEMV(const QvBars* bars, QvArray* out, int method, int p, int start) QVNOEXCEPT;
 
 /* Ease of movement of each bar: the midpoint's change over the box ratio, volume / divisor / height;
