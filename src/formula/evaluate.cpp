@@ -43,6 +43,22 @@ TileRule tileOf(Kind kind) noexcept {
   return visitItem(kind, [](auto rule) -> TileRule { return runTile<decltype(rule)>; });
 }
 
+// And and Or of c and a comparison of a and b.
+template <typename Logic, typename Comparison>
+void runJoined(const double* const* in, int count, double* out) noexcept {
+  constexpr Logic logic{};
+  constexpr Comparison comparison{};
+  const double *a = in[0], *b = in[1], *c = in[2];
+  each(count, [=](int i) QV_LAMBDA { out[i] = logic(c[i], comparison(a[i], b[i])); });
+}
+
+TileRule joinedOf(Kind logic, Kind comparison) noexcept {
+  return visitLogic(logic, [comparison](auto outer) {
+    return visitComparison(
+        comparison, [](auto inner) -> TileRule { return runJoined<decltype(outer), decltype(inner)>; });
+  });
+}
+
 class Evaluation {
  public:
   Evaluation(const QvFormula& f, const double* numbers, double* result) noexcept
@@ -130,22 +146,42 @@ class Evaluation {
     double numbers[4][kTile];
   };
 
+  // Operand k of a node at a place of a step's operands.
+  void read(const Node& n, int k, Step& step, int place) noexcept {
+    if (operandNode(n, k).constant) {
+      std::fill_n(step.numbers[place], kTile, number(n, k));
+    } else {
+      step.from[place] = operand(n, k).data;
+      step.first = std::max(step.first, operand(n, k).firstValid);
+    }
+  }
+  void finishStep(int i, Step& step) noexcept {
+    step.out = take(i);
+    value(i).firstValid = step.first;
+  }
   void prepare(int i, Step& step) noexcept {
     const Node& n = node(i);
     step.rule = tileOf(n.kind);
     step.crossing = n.kind == Kind::CrossesAbove;
-    for (int k = 0; k < n.count; ++k)
-      for (const int place : {k, step.crossing ? k + 2 : k}) {
-        if (operandNode(n, k).constant) {
-          std::fill_n(step.numbers[place], kTile, number(n, k));
-        } else {
-          step.from[place] = operand(n, k).data;
-          step.first = std::max(step.first, operand(n, k).firstValid);
-        }
-      }
+    for (int k = 0; k < n.count; ++k) {
+      read(n, k, step, k);
+      if (step.crossing) read(n, k, step, k + 2);
+    }
     if (step.crossing) step.first = saturatingSum(step.first, 1);
-    step.out = take(i);
-    value(i).firstValid = step.first;
+    finishStep(i, step);
+  }
+
+  // A comparison that only the And or Or right behind it reads takes no step of its own.
+  bool joins(int i, int before) const noexcept {
+    const Node &n = node(i), &from = node(before);
+    return isLogic(n.kind) && isComparison(from.kind) && from.uses == 1 &&
+           (n.operands[0] == before || n.operands[1] == before);
+  }
+  void join(int i, int before, Step& step) noexcept {
+    const Node& n = node(i);
+    step.rule = joinedOf(n.kind, node(before).kind);
+    read(n, n.operands[0] == before ? 1 : 0, step, 2);
+    finishStep(i, step);
   }
 
   // Node i and those behind it that can go with it; the index of the last one. One that looks back goes
@@ -159,7 +195,10 @@ class Evaluation {
       if (n.constant) continue;
       const bool looksBack = n.kind == Kind::CrossesAbove;
       if (!isItemwise(n.kind) || n.context != context || (looksBack && count > 0)) break;
-      prepare(next, steps[count++]);
+      if (count > 0 && joins(next, last))
+        join(next, last, steps[count - 1]);
+      else
+        prepare(next, steps[count++]);
       last = next;
       if (looksBack) break;
     }

@@ -14,6 +14,26 @@ inline double holds(double a) noexcept {
   return std::fabs(a) > 0.0 ? 1.0 : 0.0;
 }
 
+// Calls visit with the rule of a comparison, and of And or Or.
+template <typename Visitor>
+auto visitComparison(Kind kind, Visitor visit) noexcept {
+  switch (kind) {
+    case Kind::Less:
+      return visit([](double a, double b) { return a < b ? 1.0 : 0.0; });
+    case Kind::LessOrEqual:
+      return visit([](double a, double b) { return a <= b ? 1.0 : 0.0; });
+    case Kind::Equal:
+      return visit([](double a, double b) { return a == b ? 1.0 : 0.0; });
+    default:  // NotEqual: false for not-a-number, as all comparisons are
+      return visit([](double a, double b) { return ((a < b) | (a > b)) ? 1.0 : 0.0; });
+  }
+}
+template <typename Visitor>
+auto visitLogic(Kind kind, Visitor visit) noexcept {
+  if (kind == Kind::And) return visit([](double a, double b) { return holds(a) * holds(b); });
+  return visit([](double a, double b) { return holds(holds(a) + holds(b)); });
+}
+
 // Calls visit with the rule of an itemwise kind, a function of one to four doubles. Those of CrossesAbove are
 // the items of both operands and the items before them.
 template <typename Visitor>
@@ -38,17 +58,13 @@ auto visitItem(Kind kind, Visitor visit) noexcept {
     case Kind::Larger:
       return visit([](double a, double b) { return b != b ? b : b > a ? b : a; });
     case Kind::Less:
-      return visit([](double a, double b) { return a < b ? 1.0 : 0.0; });
     case Kind::LessOrEqual:
-      return visit([](double a, double b) { return a <= b ? 1.0 : 0.0; });
     case Kind::Equal:
-      return visit([](double a, double b) { return a == b ? 1.0 : 0.0; });
-    case Kind::NotEqual:  // false for not-a-number, as all comparisons are
-      return visit([](double a, double b) { return ((a < b) | (a > b)) ? 1.0 : 0.0; });
+    case Kind::NotEqual:
+      return visitComparison(kind, visit);
     case Kind::And:
-      return visit([](double a, double b) { return holds(a) * holds(b); });
     case Kind::Or:
-      return visit([](double a, double b) { return holds(holds(a) + holds(b)); });
+      return visitLogic(kind, visit);
     case Kind::If:
       return visit([](double condition, double a, double b) { return std::fabs(condition) > 0.0 ? a : b; });
     default:

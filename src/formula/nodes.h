@@ -46,6 +46,13 @@ constexpr bool isItemwise(Kind kind) noexcept {
   return kind >= Kind::Negate && kind <= Kind::CrossesAbove;
 }
 
+constexpr bool isComparison(Kind kind) noexcept {
+  return kind >= Kind::Less && kind <= Kind::NotEqual;
+}
+constexpr bool isLogic(Kind kind) noexcept {
+  return kind == Kind::And || kind == Kind::Or;
+}
+
 inline constexpr int kMostOperands = 9;  // four series and five parameters
 
 struct Node {
@@ -56,6 +63,7 @@ struct Node {
   std::int32_t count = 0;  // of operands
   std::int32_t operands[kMostOperands] = {};
   std::int32_t next = -1;  // of the nodes with the same hash
+  std::int32_t uses = 0;   // operands of other nodes that it is
   std::int32_t slot = -1;  // which of its context's blocks holds its items; -1: none
   double number = 0.0;
   const QvCatalogueEntry* entry = nullptr;

@@ -18,7 +18,11 @@ class Slots {
     if (!lastUse_.ok() || !nextFree_.ok() || !firstFree_.ok()) return false;
     for (int i = 0; i < f_.nodeCount; ++i) {
       lastUse_[at(i)] = i;
-      for (int k = 0; k < node(i).count; ++k) lastUse_[at(node(i).operands[k])] = i;
+      for (int k = 0; k < node(i).count; ++k) {
+        const int operand = node(i).operands[k];
+        lastUse_[at(operand)] = i;
+        ++node(operand).uses;
+      }
     }
     lastUse_[at(f_.root)] = INT_MAX;
     for (int k = 0; k < f_.contextCount; ++k) firstFree_[at(k)] = -1;
