@@ -17,8 +17,10 @@ compare() {
 }
 
 mkdir -p build/same_bits
-stage "g++ -O1" compare gcc-O1 gcc g++ -O1
-stage "g++ -O3" compare gcc-O3 gcc g++ -O3
-stage "clang -O1" compare clang-O1 clang clang++ -O1
-stage "clang -O3" compare clang-O3 clang clang++ -O3
-stage "g++ for AVX2 alone" compare gcc-avx2 gcc g++ "-O3 -march=haswell"
+failed=0
+stage "g++ -O1" compare gcc-O1 gcc g++ -O1 || failed=1
+stage "g++ -O3" compare gcc-O3 gcc g++ -O3 || failed=1
+stage "clang -O1" compare clang-O1 clang clang++ -O1 || failed=1
+stage "clang -O3" compare clang-O3 clang clang++ -O3 || failed=1
+stage "g++ for AVX2 alone" compare gcc-avx2 gcc g++ "-O3 -march=haswell" || failed=1
+exit $failed
