@@ -20,8 +20,10 @@ inline double trueRange(const double* high, const double* low, const double* clo
 
 // Formulas, as lambdas: handed to a loop they become part of it.
 inline constexpr auto medianPrice = [](double high, double low) noexcept { return (high + low) / 2.0; };
+// By a third: a division takes four times as long as all the rest. A bar that stands still has its own price.
 inline constexpr auto typicalPrice = [](double high, double low, double close) noexcept {
-  return (high + low + close) / 3.0;
+  const double third = (high + low + close) * (1.0 / 3.0);
+  return (high == low) & (low == close) ? close : third;
 };
 inline constexpr auto weightedClose = [](double high, double low, double close) noexcept {
   return (high + low + 2.0 * close) / 4.0;

@@ -3,7 +3,7 @@
 // smoothing.
 #pragma once
 
-#include "kernels/recurrence.h"
+#include "kernels/exponential.h"
 
 namespace qv {
 

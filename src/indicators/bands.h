@@ -4,7 +4,7 @@
 #include "core/bar_prices.h"
 #include "core/calculation.h"
 #include "indicators/averages.h"
-#include "indicators/bar_ranges.h"
+#include "kernels/bar_extremes.h"
 #include "kernels/standard_error.h"
 
 namespace qv {

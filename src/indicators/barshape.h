@@ -123,11 +123,9 @@ class MassIndex {
   };
   // The first item is its own average.
   void smooth(Recurrence& average, const double* x, int count, double* y) const noexcept {
-    const auto shareOfItem = [](auto v) QV_LAMBDA { return v * kShare; };
-    const auto same = [](auto v) QV_LAMBDA { return v; };
     const int first = begun_ ? 0 : 1;
     if (first) y[0] = average.next(x[0]);
-    average.run(x + first, count - first, y + first, shareOfItem, same);
+    average.run(x + first, count - first, y + first, Times{kShare}, AsItIs{});
   }
 
   Recurrence first_{1.0 - kShare}, second_{1.0 - kShare};

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "kernels/extremes.h"
-#include "kernels/recurrence.h"
+#include "kernels/exponential.h"
 
 namespace qv {
 

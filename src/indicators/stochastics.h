@@ -3,21 +3,10 @@
 
 #include "core/calculation.h"
 #include "indicators/averages.h"
-#include "indicators/bar_ranges.h"
+#include "kernels/bar_extremes.h"
 #include "kernels/extremes.h"
 
 namespace qv {
-
-// PercentWithin all prices of the bars; those of zero do not count as lows.
-struct PercentWithinPrices : BarExtremes {
-  static constexpr int kOutputs = 1;
-
-  template <typename Number, typename Items>
-  QV_INLINE Group<Number, 1> finish(const Group<Number, 3>& e, const Items& anchors, Number k,
-                                    const Items& x) const noexcept {
-    return PercentWithin{}.finish(Group<Number, 2>{e[0], e[1]}, anchors, k, x);
-  }
-};
 
 // The close's distance from the middle of a range, and the range's height.
 constexpr auto fromMiddleOf = [](double close, double highest, double lowest) {

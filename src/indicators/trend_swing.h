@@ -4,7 +4,7 @@
 #include <cmath>
 
 #include "core/calculation.h"
-#include "kernels/recurrence.h"
+#include "kernels/exponential.h"
 
 namespace qv {
 

@@ -8,18 +8,29 @@ using namespace qv;
 
 namespace {
 
-// The mean of the items from .. to that are not zero, four sums abreast.
+// As many sums abreast as hide what an addition takes.
+constexpr int kAbreast = 8;
+
+// The mean of the items from .. to that are not zero.
 double meanOfNonZero(const double* x, int from, int to) noexcept {
-  double sums[4]{}, counts[4]{};
-  const auto take = [&](int k, double item) {
-    sums[k] += item;
-    counts[k] += item != 0.0 ? 1.0 : 0.0;
-  };
-  int i = from;
-  for (; i <= to - 3; i += 4)
-    for (int k = 0; k < 4; ++k) take(k, x[i + k]);
-  for (; i <= to; ++i) take(0, x[i]);
-  return ((sums[0] + sums[1]) + (sums[2] + sums[3])) / ((counts[0] + counts[1]) + (counts[2] + counts[3]));
+  double sums[kAbreast]{}, zeros[kAbreast]{};
+  const int count = std::max(0, to - from + 1), whole = count - count % kAbreast;
+  for (int i = 0; i < whole; i += kAbreast)
+    for (int k = 0; k < kAbreast; ++k) {
+      const double item = x[from + i + k];
+      sums[k] += item;
+      zeros[k] += item == 0.0 ? 1.0 : 0.0;
+    }
+  double sum = 0.0, items = count;
+  for (int k = 0; k < kAbreast; ++k) {
+    sum += sums[k];
+    items -= zeros[k];
+  }
+  for (int i = whole; i < count; ++i) {
+    sum += x[from + i];
+    items -= x[from + i] == 0.0 ? 1.0 : 0.0;
+  }
+  return sum / items;
 }
 
 }  // namespace

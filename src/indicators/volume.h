@@ -6,6 +6,7 @@
 #include "core/bar_prices.h"
 #include "core/calculation.h"
 #include "indicators/averages.h"
+#include "kernels/balances.h"
 
 namespace qv {
 
@@ -34,21 +35,6 @@ struct ChangeOnMoreVolume {
     return volume > volumeBefore ? change : 0.0;
   }
 };
-constexpr auto moneyFlowIndexOf = [](auto rising, auto falling)
-                                      QV_LAMBDA { return rising / (rising + falling) * 100.0; };
-
-// The money flow index of a window's flows; 0.0 without any falling flow.
-struct MoneyFlow : AddingItems<2> {
-  static constexpr int kOutputs = 1;
-
-  template <typename Number, typename Items>
-  QV_INLINE Group<Number, 1> finish(const Group<Number, 2>& flows, const Items&, Number,
-                                    const Items&) const noexcept {
-    const Number none = all<Number>(0.0), index = moneyFlowIndexOf(flows[0], flows[1]);
-    return {flows[1] == none ? none : index};
-  }
-};
-
 namespace chain {
 
 // The running total of steps from bar to bar.
@@ -88,7 +74,7 @@ class MoneyFlowIndex {
   int lead() const noexcept { return index_.lead(); }
   void run(Inputs<4> in, int count, Outputs<1> out) noexcept {
     Tile typical, flow, rising, falling;
-    map(count, typical, typicalPrice, in[0], in[1], in[2]);
+    map(count, typical, comparedPriceOf, in[0], in[1], in[2]);
     map(
         count, flow, [](double price, double volume) { return price * volume; }, typical, in[3]);
     const double before = typical_.take(typical, count);
@@ -110,6 +96,10 @@ class MoneyFlowIndex {
   }
 
  private:
+  // The typical price, by division: bars are told apart by it.
+  static constexpr auto comparedPriceOf = [](double high, double low, double close) {
+    return (high + low + close) / 3.0;
+  };
   static constexpr auto risingOf = [](double flow, double now, double before) {
     return now > before ? flow : 0.0;
   };

@@ -10,6 +10,8 @@ namespace qv {
 struct Extremes {
   static constexpr int kInputs = 2, kRows = 2;
   static constexpr double kNone = -kInfinity;
+  static constexpr bool kCountsOnce = false;
+  static constexpr int kShortWindow = 8;
 
   template <typename Items, typename Number>
   QV_INLINE Group<Number, 2> terms(const Items& x, const Items&, Number) const noexcept {
@@ -79,6 +81,8 @@ struct PercentBelow : Extremes {
 struct ExtremeAges {
   static constexpr int kInputs = 2, kRows = 4, kOutputs = 2;  // both extremes, both places
   static constexpr double kNone = -kInfinity;
+  static constexpr bool kCountsOnce = false;
+  static constexpr int kShortWindow = 8;
 
   template <typename Items, typename Number>
   QV_INLINE Group<Number, 4> terms(const Items& x, const Items&, Number k) const noexcept {

@@ -1,8 +1,9 @@
 // Two neighbouring bars side by side, and loops that are compiled for several instruction sets.
 //
-// Formulas that are written for any Number take a double or two of them (Two); all operations are the
-// processor's own for each item, so that one item, two or four at a time give the same bits. The compiler
-// knows vector types on every processor and takes them apart where there is no register for them.
+// Formulas that are written for any Number take a double, two of them (Two) or four (Four, in wide.cpp); all
+// operations are the processor's own for each item, so that one item, two or four at a time give the same
+// bits. The compiler knows vector types on every processor and takes them apart where there is no register
+// for them.
 #pragma once
 
 #include <array>
@@ -12,6 +13,9 @@
 
 #if defined(__SSE2__)
 #include <emmintrin.h>
+#endif
+#if defined(QV_FOUR_LANES)
+#include <immintrin.h>
 #endif
 
 namespace qv {
@@ -38,6 +42,49 @@ QV_INLINE Two oneBack(Two a, Two b) noexcept {
   return __builtin_shufflevector(a, b, 1, 2);
 }
 
+// What kernels that are written for Two or Four, as Lanes, take beside. The pairs of lanes are the lower and
+// the upper one, of Two both the same.
+template <typename Lanes>
+inline constexpr int kLanes = sizeof(Lanes) / sizeof(double);
+template <typename Lanes>
+QV_INLINE Lanes load(const double* p) noexcept;
+template <typename Lanes>
+QV_INLINE Lanes inAllPairs(Two pair) noexcept;
+template <>
+QV_INLINE double load<double>(const double* p) noexcept {
+  return *p;
+}
+QV_INLINE void store(double* p, double v) noexcept {
+  *p = v;
+}
+template <>
+QV_INLINE Two load<Two>(const double* p) noexcept {
+  return loadTwo(p);
+}
+template <>
+QV_INLINE Two inAllPairs<Two>(Two pair) noexcept {
+  return pair;
+}
+QV_INLINE void store(double* p, Two v) noexcept {
+  storeTwo(p, v);
+}
+QV_INLINE Two lower(Two v) noexcept {
+  return v;
+}
+QV_INLINE Two upper(Two v) noexcept {
+  return v;
+}
+// b two bars earlier; a one bar and two bars later, where b follows it.
+QV_INLINE Two twoBack(Two a, Two) noexcept {
+  return a;
+}
+QV_INLINE Two oneOn(Two a, Two b) noexcept {
+  return __builtin_shufflevector(a, b, 1, 2);
+}
+QV_INLINE Two twoOn(Two, Two b) noexcept {
+  return b;
+}
+
 template <typename Number>
 QV_INLINE Number all(double d) noexcept {
   return Number{} + d;
@@ -50,6 +97,51 @@ template <>
 QV_INLINE double all<double>(double d) noexcept {
   return d;
 }
+
+#if defined(QV_FOUR_LANES)
+typedef double Four __attribute__((vector_size(32)));
+typedef double FourAnywhere __attribute__((vector_size(32), aligned(8), may_alias));
+
+template <>
+QV_INLINE Four load<Four>(const double* p) noexcept {
+  return *reinterpret_cast<const FourAnywhere*>(p);
+}
+QV_INLINE void store(double* p, Four v) noexcept {
+  *reinterpret_cast<FourAnywhere*>(p) = v;
+}
+template <>
+QV_INLINE Four all<Four>(double d) noexcept {
+  return Four{d, d, d, d};
+}
+QV_INLINE Two lower(Four v) noexcept {
+  return __builtin_shufflevector(v, v, 0, 1);
+}
+QV_INLINE Two upper(Four v) noexcept {
+  return __builtin_shufflevector(v, v, 2, 3);
+}
+QV_INLINE Four four(Two lower, Two upper) noexcept {
+  return __builtin_shufflevector(lower, upper, 0, 1, 2, 3);
+}
+template <>
+QV_INLINE Four inAllPairs<Four>(Two pair) noexcept {
+  return four(pair, pair);
+}
+QV_INLINE Four oneBack(Four a, Four b) noexcept {
+  return __builtin_shufflevector(a, b, 3, 4, 5, 6);
+}
+QV_INLINE Four twoBack(Four a, Four b) noexcept {
+  return __builtin_shufflevector(a, b, 2, 3, 4, 5);
+}
+QV_INLINE Four oneOn(Four a, Four b) noexcept {
+  return __builtin_shufflevector(a, b, 1, 2, 3, 4);
+}
+QV_INLINE Four twoOn(Four a, Four b) noexcept {
+  return __builtin_shufflevector(a, b, 2, 3, 4, 5);
+}
+QV_INLINE Four root(Four x) noexcept {
+  return (Four)_mm256_sqrt_pd((__m256d)x);
+}
+#endif
 
 QV_INLINE double root(double x) noexcept {
   return std::sqrt(x);

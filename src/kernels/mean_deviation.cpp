@@ -12,20 +12,6 @@ constexpr int kShortPeriod = 56;  // up to here the plain sum is as quick
 // Few windows leave few items open, many bear the cost of a line together.
 constexpr int kSmallestGroup = 16, kGroupsInGroup = 8;
 
-template <typename Number>
-QV_INLINE Number load(const double* p) noexcept {
-  if constexpr (sizeof(Number) == sizeof(Two))
-    return loadTwo(p);
-  else
-    return *p;
-}
-QV_INLINE void store(double* p, Two x) noexcept {
-  storeTwo(p, x);
-}
-QV_INLINE void store(double* p, double x) noexcept {
-  *p = x;
-}
-
 // Windows side by side: the first one's items are items[0 .. period - 1] and all the open ones.
 struct Windows {
   const double* items;

@@ -8,6 +8,8 @@ namespace qv {
 // Statistics that add up their terms.
 struct Adding {
   static constexpr double kNone = 0.0;
+  static constexpr bool kCountsOnce = true;
+  static constexpr int kShortWindow = 16;
 
   template <typename Rows>
   static QV_INLINE Rows join(const Rows& a, const Rows& b) noexcept {
@@ -99,6 +101,7 @@ struct Sums : AddingItems<kSeries> {
 template <int kSeries>
 struct Means : Adding {
   using Corrected = CorrectedSums<Means>;
+  static constexpr int kShortWindow = 8;
   static constexpr int kInputs = kSeries, kRows = kSeries, kOutputs = kSeries;
   double perItem;
 
@@ -144,6 +147,7 @@ struct WeightedMean : Distances {
 
 // The mean of the first series weighed by the second; 0.0 where the weights add up to nothing.
 struct MeanByWeight : Adding {
+  static constexpr int kShortWindow = 8;
   static constexpr int kInputs = 2, kRows = 2, kOutputs = 1;
 
   template <typename Items, typename Number>

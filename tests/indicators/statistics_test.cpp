@@ -106,7 +106,7 @@ TEST(BarStretch, BarStats) {
 
 TEST(BarStretch, AvgPrice) {
   const Bars bars{{0, 0, 0, 5}, {4, 9, 0, 6}};
-  EXPECT_EQ(qvAvgPrice(&bars, 0), 5.0 / 3.0);  // no open
+  EXPECT_DOUBLE_EQ(qvAvgPrice(&bars, 0), 5.0 / 3.0);  // no open
   EXPECT_EQ(qvAvgPrice(&bars, 1), 19.0 / 4.0);
   for (int i : {-1, 4}) EXPECT_EQ(qvAvgPrice(&bars, i), 0.0);
 }

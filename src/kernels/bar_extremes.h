@@ -47,6 +47,17 @@ struct BarExtremes : Extremes {
   }
 };
 
+// PercentWithin all prices of the bars; those of zero do not count as lows.
+struct PercentWithinPrices : BarExtremes {
+  static constexpr int kOutputs = 1;
+
+  template <typename Number, typename Items>
+  QV_INLINE Group<Number, 1> finish(const Group<Number, 3>& e, const Items& anchors, Number k,
+                                    const Items& x) const noexcept {
+    return PercentWithin{}.finish(Group<Number, 2>{e[0], e[1]}, anchors, k, x);
+  }
+};
+
 // A statistic of BarExtremes over bars of four prices, in the order open, high, low, close.
 template <typename Statistic>
 class SlidingBars {

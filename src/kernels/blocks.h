@@ -1,0 +1,228 @@
+// The passes over the blocks of a sliding window (see sliding.h), two or four neighbouring bars side by side.
+//
+// Both passes look one pair of bars ahead: the result at j is that at j - 2 joined with the pair j - 1, j. So
+// four bars side by side give the bits of two.
+#pragma once
+
+#include "kernels/groups.h"
+
+namespace qv {
+
+// What a window keeps: the items of a block (length) so far, the suffixes of the block before, `room` apart.
+struct BlockMemory {
+  int period, length, place, missing, room = 0;
+  int rows, inputs;
+  double none;  // what a suffix without items is
+  bool begun = false, failed = false;
+  memory::Buffer<double> scratch;
+
+  BlockMemory(int period, int rows, int inputs, double none) noexcept;
+  bool ok() const noexcept { return !failed && (room == 0 || scratch.ok()); }
+  QV_INLINE double* suffix(int row) noexcept { return scratch.data() + std::ptrdiff_t{row} * room; }
+  QV_INLINE double* kept(int input) noexcept { return suffix(rows + input); }
+  const double* kept(int input) const noexcept {
+    return scratch.data() + std::ptrdiff_t{rows + input} * room;
+  }
+  QV_INLINE bool hasRoom(int items) noexcept { return items <= room || makeRoom(items); }
+
+ private:
+  // It grows with the first block only: a period may be longer than any series.
+  bool makeRoom(int items) noexcept;
+};
+
+// What runs on within a block: its anchors; of the last bars four results (older, newer), two pairs and
+// terms. Backwards that of the bars behind, `newer` the nearer ones.
+template <int kInputs, int kRows>
+struct RunningRows {
+  Group<Two, kInputs> anchors;
+  Group<Two, kRows> older, newer, pairs, terms;
+
+  QV_INLINE void begin(double none) noexcept { older = newer = pairs = terms = noneOf<kRows>(none); }
+};
+// The first rows of it.
+template <int kWanted, int kInputs, int kRows>
+QV_INLINE RunningRows<kInputs, kWanted> partOf(const RunningRows<kInputs, kRows>& all) noexcept {
+  RunningRows<kInputs, kWanted> part{};
+  part.anchors = all.anchors;
+  for (int r = 0; r < std::min(kRows, kWanted); ++r) {
+    part.older[r] = all.older[r];
+    part.newer[r] = all.newer[r];
+    part.pairs[r] = all.pairs[r];
+    part.terms[r] = all.terms[r];
+  }
+  return part;
+}
+template <typename Of>
+using Running = RunningRows<Of::kInputs, Of::kRows>;
+
+// The suffixes of the block before the anchors, as the window that ends at j takes them: its items j + 1 ..
+// (kOwn: j ..). From item `end` down to `begin`.
+template <bool kOwn, typename Lanes, typename Of>
+QV_INLINE void suffixesDown(const Of& ofThis, BlockMemory& memory, const Inputs<Of::kInputs>& block,
+                            int begin, int end, Running<Of>& running) noexcept {
+  constexpr int kRows = Of::kRows, kStep = kLanes<Lanes>;
+  const Of of = ofThis;
+  const auto anchors = inAllPairs<Lanes>(running.anchors);
+  auto next = inAllPairs<Lanes>(running.terms), nextPairs = inAllPairs<Lanes>(running.pairs);
+  auto ahead =
+      kStep == 2 ? ofFour<Lanes>(running.older, running.older) : ofFour<Lanes>(running.newer, running.older);
+  auto nearer = running.newer;
+  Lanes k = placesFrom<Lanes>(end - kStep - memory.length);
+  for (int j = end - kStep; j >= begin; j -= kStep) {
+    const Group<Lanes, kRows> terms = of.terms(load<Lanes>(block, j), anchors, k);
+    const Group<Lanes, kRows> shifted = oneOn(terms, next);
+    const Group<Lanes, kRows>& first = kOwn ? terms : shifted;
+    const Group<Lanes, kRows> pairs =
+        of.join(of.numbers(first), of.numbers(kOwn ? shifted : twoOn(terms, next)));
+    const Group<Lanes, kRows> result = of.join(of.join(pairs, twoOn(pairs, nextPairs)), ahead);
+    const Group<Lanes, kRows> whole = of.begunWith(first, result);
+    for (int r = 0; r < kRows; ++r) store(memory.suffix(r) + j, whole[r]);
+    if constexpr (kStep == 2) {
+      ahead = nearer;
+      nearer = result;
+    } else {
+      ahead = result;
+    }
+    next = terms;
+    nextPairs = pairs;
+    k = k - all<Lanes>(kStep);
+  }
+  running.newer = kStep == 2 ? nearer : lower(ahead);
+  running.older = upper(ahead);
+  running.terms = lower(next);
+  running.pairs = lower(nextPairs);
+}
+template <bool kOwn, typename Lanes, typename Of>
+QV_INLINE void suffixes(const Of& of, BlockMemory& memory, const Inputs<Of::kInputs>& block,
+                        Running<Of>& running) noexcept {
+  const int fours = memory.length & ~3;  // from the block's start on, as the windows will take them
+  suffixesDown<kOwn, Two>(of, memory, block, kLanes<Lanes> == 2 ? 0 : fours, memory.length, running);
+  if (kLanes<Lanes> == 4) suffixesDown<kOwn, Lanes>(of, memory, block, 0, fours, running);
+}
+// Of the window that is the whole block: nothing but that it begins with the anchor.
+template <typename Of>
+QV_INLINE void lastSuffix(const Of& of, BlockMemory& memory, const Running<Of>& running) noexcept {
+  const Group<Two, Of::kRows> own =
+      of.begunWith(of.terms(running.anchors, running.anchors, twice(0.0)), noneOf<Of::kRows>(Of::kNone));
+  for (int r = 0; r < Of::kRows; ++r) memory.suffix(r)[memory.length - 1] = own[r][0];
+}
+template <typename Lanes, typename Of>
+QV_INLINE void beginBlock(const Of& of, BlockMemory& memory, const Inputs<Of::kInputs>& block,
+                          const Inputs<Of::kInputs>& in, Running<Of>& running) noexcept {
+  for (int s = 0; s < Of::kInputs; ++s) running.anchors[s] = twice(in[s][0]);
+  running.begin(Of::kNone);
+  if (memory.begun && memory.period != memory.length) {
+    suffixes<true, Lanes>(of, memory, block, running);
+  } else if (memory.begun) {
+    // The anchor follows the block: the window that is the whole block begins with it.
+    if constexpr (!Of::kCountsOnce) running.terms = of.terms(running.anchors, running.anchors, twice(0.0));
+    suffixes<false, Lanes>(of, memory, block, running);
+  }
+  running.begin(Of::kNone);
+  memory.begun = true;
+  memory.place = 0;
+}
+
+// The windows that end at the items of a piece, all of one block. From item `from` up; returns where it
+// stopped.
+template <typename Lanes, typename Of>
+QV_INLINE int windowsUp(const Of& ofThis, BlockMemory& memory, const Inputs<Of::kInputs>& in, int from,
+                        int items, Running<Of>& running, const Outputs<Of::kOutputs>& out) noexcept {
+  constexpr int kRows = Of::kRows, kOutputs = Of::kOutputs, kStep = kLanes<Lanes>;
+  const Of of = ofThis;
+  const auto anchors = inAllPairs<Lanes>(running.anchors);
+  auto last = inAllPairs<Lanes>(running.terms), lastPairs = inAllPairs<Lanes>(running.pairs);
+  auto behind = ofFour<Lanes>(running.older, running.newer);
+  auto nearer = running.newer;
+  Inputs<kRows> before;
+  for (int r = 0; r < kRows; ++r) before[r] = memory.suffix(r) + memory.place;
+  Lanes k = placesFrom<Lanes>(memory.place + from);
+  int i = from;
+  for (; i + kStep <= items; i += kStep) {
+    const Group<Lanes, Of::kInputs> x = load<Lanes>(in, i);
+    const Group<Lanes, kRows> terms = of.numbers(of.terms(x, anchors, k));
+    const Group<Lanes, kRows> pairs = of.join(oneBack(last, terms), terms);
+    const Group<Lanes, kRows> result = of.join(behind, of.join(twoBack(lastPairs, pairs), pairs));
+    const Group<Lanes, kOutputs> y = of.finish(of.combine(load<Lanes>(before, i), result), anchors, k, x);
+    for (int o = 0; o < kOutputs; ++o) store(out[o] + i, y[o]);
+    if constexpr (kStep == 2) {
+      behind = nearer;
+      nearer = result;
+    } else {
+      behind = result;
+    }
+    last = terms;
+    lastPairs = pairs;
+    k = k + all<Lanes>(kStep);
+  }
+  running.newer = kStep == 2 ? nearer : upper(behind);
+  running.older = lower(behind);
+  running.terms = upper(last);
+  running.pairs = upper(lastPairs);
+  return i;
+}
+// The same of a single item, twice.
+template <typename Of>
+QV_INLINE void oneWindow(const Of& of, BlockMemory& memory, const Inputs<Of::kInputs>& in, int i,
+                         Running<Of>& running, const Outputs<Of::kOutputs>& out) noexcept {
+  constexpr int kRows = Of::kRows;
+  Group<Two, Of::kInputs> x;
+  for (int s = 0; s < Of::kInputs; ++s) x[s] = twice(in[s][i]);
+  const Two k = twice(static_cast<double>(memory.place + i));
+  const Group<Two, kRows> term = of.numbers(of.terms(x, running.anchors, k));
+  const Group<Two, kRows> pair = of.join(twice(running.terms, 1), term);
+  const Group<Two, kRows> one = of.join(twice(running.older, 0), of.join(twice(running.pairs, 0), pair));
+  Group<Two, kRows> rest;
+  for (int r = 0; r < kRows; ++r) rest[r] = twice(memory.suffix(r)[memory.place + i]);
+  const Group<Two, Of::kOutputs> y = of.finish(of.combine(rest, one), running.anchors, k, x);
+  for (int o = 0; o < Of::kOutputs; ++o) out[o][i] = y[o][0];
+  running.older = oneBack(running.older, running.newer);
+  running.newer = oneBack(running.newer, one);
+  running.pairs = oneBack(running.pairs, pair);
+  running.terms = oneBack(running.terms, term);
+}
+
+// The windows that end at the items of a piece of any length.
+template <typename Lanes, typename Of>
+QV_INLINE void runBlocks(const Of& of, BlockMemory& memory, Running<Of>& runningOfCaller,
+                         Inputs<Of::kInputs> in, int count, Outputs<Of::kOutputs> out) noexcept {
+  constexpr int kInputs = Of::kInputs;
+  Running<Of> running = runningOfCaller;
+  const int length = memory.length;
+  Inputs<kInputs> block{};
+  bool inPiece = false;  // the block before lies in the piece
+  while (count > 0) {
+    if (memory.place == length) {
+      if (memory.begun && !memory.hasRoom(length)) return;
+      for (int s = 0; s < kInputs && !inPiece; ++s) block[s] = memory.kept(s);
+      beginBlock<Lanes>(of, memory, block, in, running);
+    }
+    const int items = count < length - memory.place ? count : length - memory.place;
+    if (!memory.hasRoom(memory.place + items)) return;
+    if (memory.missing > 0 && memory.place + items == memory.period) lastSuffix(of, memory, running);
+    inPiece = items == length;
+    for (int s = 0; s < kInputs; ++s) {
+      block[s] = inPiece ? in[s] : memory.kept(s);
+      if (!inPiece)
+        __builtin_memcpy(memory.kept(s) + memory.place, in[s],
+                         sizeof(double) * static_cast<std::size_t>(items));
+    }
+    const int paired = windowsUp<Two>(
+        of, memory, in, windowsUp<Lanes>(of, memory, in, 0, items, running, out), items, running, out);
+    if (paired < items) oneWindow(of, memory, in, paired, running, out);
+    memory.place += items;
+    in = advanced(in, items);
+    out = advanced(out, items);
+    count -= items;
+  }
+  for (int s = 0; s < kInputs && inPiece; ++s)
+    __builtin_memcpy(memory.kept(s), block[s], sizeof(double) * static_cast<std::size_t>(length));
+  runningOfCaller = running;
+}
+
+// The same four abreast (wide.cpp).
+template <typename Of>
+void runBlocksWide(const Of& of, BlockMemory& memory, Running<Of>& running, const Inputs<Of::kInputs>& in,
+                   int count, const Outputs<Of::kOutputs>& out) noexcept;
+
+}  // namespace qv

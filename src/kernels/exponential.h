@@ -1,0 +1,201 @@
+// Averages that remember all items: exponential ones and Wilder's.
+#pragma once
+
+#include "kernels/recurrence.h"
+
+namespace qv {
+
+// What items are taken relative to, so that averages of equal items are exactly these, and differences of
+// averages are exact to the differences of prices: at first the first item. Now and then the item of the day
+// takes its place, so that a series that has wandered off, or a first item that was far out, costs nothing.
+class Origin {
+ public:
+  // Of averages that take at least this share of every item. Below what a double can tell from nothing the
+  // averages stay where they began, and so does the origin.
+  explicit Origin(double share) noexcept : moves_(share > 1e-15) {}
+  double value() const noexcept { return value_; }
+
+  // body(at, items) for pieces of x that are relative to one origin; the averages of distances from it go
+  // with it.
+  template <typename Body, typename... Averages>
+  QV_INLINE void over(const double* x, int count, Body body, Averages&... averages) noexcept {
+    for (int at = 0; at < count;) {
+      if (left_ == 0) {
+        if (!begun_ || moves_) {
+          if (begun_) (averages.shift(value_ - x[at]), ...);
+          value_ = x[at];
+        }
+        begun_ = true;
+        left_ = kItems;
+      }
+      const int items = std::min(left_, count - at);
+      body(at, items);
+      left_ -= items;
+      at += items;
+    }
+  }
+
+ private:
+  static constexpr int kItems = 1024;
+  double value_ = 0.0;
+  int left_ = 0;
+  bool moves_, begun_ = false;
+};
+
+// An exponential average as distances from an origin that the caller keeps: y = share x + (1 - share) y'.
+// It begins with the origin's first item, whose distance is zero.
+class Distance {
+ public:
+  explicit Distance(double share) noexcept : share_(share), y_(1.0 - share) {}
+  void shift(double more) noexcept { y_.shift(more, share_); }
+  // y[i], a distance, of distances x[i] + less; y may be x.
+  [[gnu::noinline]] void run(const double* x, int count, double* y, double less = 0.0) noexcept {
+    y_.run(x, count, y, Less{less}, Times{share_});
+  }
+
+ private:
+  double share_;
+  Recurrence y_;
+};
+
+// near e1 + far e2 of an exponential average e1 and that of it, e2, as a Distance.
+class DoubleDistance {
+ public:
+  DoubleDistance(double share, double near, double far) noexcept
+      : share_(share),
+        near_(near * share),
+        far_(far * share * share),
+        first_(1.0 - share),
+        second_(1.0 - share) {}
+  void shift(double more) noexcept {
+    first_.shift(more, share_);
+    second_.shift(more / share_, share_);
+  }
+  // out[i] = onto + the result for x[i] - less; out may be x.
+  [[gnu::noinline]] void run(const double* x, int count, double* out, double less, double onto) noexcept {
+    first_.runTwo(second_, x, count, out, Less{less}, BothOnto{near_, far_, onto});
+  }
+
+ private:
+  double share_, near_, far_;
+  Recurrence first_, second_;
+};
+
+// Exponential average. Begins with its first item.
+class Exponential {
+ public:
+  static constexpr int kInputs = 1, kOutputs = 1;
+
+  explicit Exponential(double share) noexcept : share_(share), origin_(share), y_(1.0 - share) {}
+  int lead() const noexcept { return 0; }
+  void shift(double more) noexcept { y_.shift(more, share_); }
+  void run(Inputs<1> in, int count, Outputs<1> out) noexcept {
+    origin_.over(
+        in[0], count, [&](int at, int items) { relative(in[0] + at, items, out[0] + at); }, *this);
+  }
+
+ private:
+  [[gnu::noinline]] void relative(const double* x, int count, double* y) noexcept {
+    const double from = origin_.value(), share = share_;
+    if (share == 1.0) {  // every item is its own average
+      std::copy_n(x, count, y);
+      return;
+    }
+    y_.run(x, count, y, Less{from}, TimesOnto{share, from});
+  }
+
+  double share_;
+  Origin origin_;
+  Recurrence y_;
+};
+
+// The same for items about zero that may die out: what is left of them keeps its full precision, so that it
+// can be compared with another by their ratio. Not relative to any item, it carries the rounding of its
+// results.
+class ExponentialAboutZero {
+ public:
+  static constexpr int kInputs = 1, kOutputs = 1;
+
+  explicit ExponentialAboutZero(double share) noexcept : share_(share), y_(1.0 - share) {}
+  int lead() const noexcept { return 0; }
+  // out may be in.
+  [[gnu::noinline]] void run(Inputs<1> in, int count, Outputs<1> out) noexcept {
+    const double *x = in[0], share = share_;
+    double* y = out[0];
+    int i = 0;
+    if (!begun_) {
+      const double first = x[0];  // exactly: a line and its signal line begin as one
+      y_.next(first / share);
+      y[i++] = first;
+    }
+    begun_ = true;
+    y_.run(x + i, count - i, y + i, AsItIs{}, Times{share});
+  }
+
+ private:
+  double share_;
+  Recurrence y_;
+  bool begun_ = false;
+};
+
+// Wilder's average: begins with the mean of its first `period` items, and every later one counts for one
+// item in `period`.
+class WilderMean {
+ public:
+  static constexpr int kInputs = 1, kOutputs = 1;
+
+  explicit WilderMean(int period) noexcept : period_(period), missing_(period), average_(1.0 / period) {}
+  int lead() const noexcept { return period_ - 1; }
+  void run(Inputs<1> in, int count, Outputs<1> out) noexcept {
+    const double* x = in[0];
+    double* y = out[0];
+    int i = 0;
+    for (; missing_ > 0 && i < count; ++i) {
+      if (missing_ == period_) first_ = x[i];
+      sum_ += x[i] - first_;
+      y[i] = 0.0;
+      if (--missing_ == 0) {
+        const double seed = first_ + sum_ / period_;
+        average_.run({&seed}, 1, {y + i});
+      }
+    }
+    if (i < count) average_.run({x + i}, count - i, {y + i});
+  }
+  double sumSoFar() const noexcept {  // of the first items, while they are not complete
+    return (period_ - missing_) * first_ + sum_;
+  }
+
+ private:
+  int period_, missing_;
+  double first_ = 0.0, sum_ = 0.0;  // of the distances from the first item
+  Exponential average_;
+};
+
+// Wilder's sum: begins with the sum of its first `period` items, and loses one part in `period` with every
+// later one.
+class WilderSum {
+ public:
+  static constexpr int kInputs = 1, kOutputs = 1;
+
+  explicit WilderSum(int period) noexcept : period_(period), missing_(period), y_((period - 1.0) / period) {}
+  int lead() const noexcept { return period_ - 1; }
+  void run(Inputs<1> in, int count, Outputs<1> out) noexcept {
+    const double* x = in[0];
+    double* y = out[0];
+    int i = 0;
+    for (; missing_ > 0 && i < count; ++i) {
+      sum_ += x[i];
+      y[i] = 0.0;
+      if (--missing_ == 0) y[i] = y_.next(sum_);
+    }
+    y_.run(x + i, count - i, y + i);
+  }
+  double sumSoFar() const noexcept { return sum_; }  // of the first items, while they are not complete
+
+ private:
+  int period_, missing_;
+  double sum_ = 0.0;
+  Recurrence y_;
+};
+
+}  // namespace qv
