@@ -18,8 +18,8 @@ namespace qv::formula {
 
 namespace {
 
-constexpr int kTile = 256;
-constexpr int kTogether = 4;  // itemwise nodes that go through the items in one pass
+constexpr int kTile = 512;
+constexpr int kTogether = 2;  // itemwise nodes that go through the items in one pass
 
 using TileRule = void (*)(const double* const* in, int count, double* out) noexcept;
 
