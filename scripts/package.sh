@@ -17,7 +17,7 @@ deb() {
   pack package DEB
 }
 archive() {
-  build release -DQV_BUILD_TESTS=OFF >/dev/null
+  build_programs
   pack release TGZ
 }
 windows() {

@@ -48,6 +48,12 @@ build() {
   cmake --preset "$@" && cmake --build --preset "$1"
 }
 
+# Library and tool of the release build; the tests stay as they were configured.
+build_programs() {
+  [ -e build/release/build.ninja ] || cmake --preset release -DQV_BUILD_TESTS=OFF >/dev/null
+  cmake --build --preset release --target QVLIB60 QVLIB60_static qv >/dev/null
+}
+
 # stage NAME COMMAND...: runs it and tells how long it took. (In the background, for only there a function still stops
 # at its first failure.)
 stage() {

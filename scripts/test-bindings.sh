@@ -4,7 +4,7 @@
 # must show what the others show. Compilers also hold the records' sizes against the library's. VBA has no compiler here.
 source "$(dirname "$0")/prepare.sh"
 prepare "${build_packages[@]}"
-[ -e build/release/libQVLIB60.so ] || build release -DQV_BUILD_TESTS=OFF >/dev/null
+build_programs
 
 made=$PWD/build/bindings
 examples=$PWD/bindings/examples

@@ -1,0 +1,58 @@
+#!/usr/bin/env bash
+# Installs what is missing, builds the DLLs and qv.exe for 32-bit and 64-bit Windows, looks at what they export and
+# import, and runs under Wine: a program that loads the DLL by name, `qv demo`, and the tests (--quick leaves them out,
+# --filter=PATTERN runs some). The 32-bit ones run only where a 32-bit Wine is installed or can be.
+source "$(dirname "$0")/prepare.sh"
+tests="*"
+for argument in "$@"; do
+  case $argument in
+    --quick) tests= ;;
+    --filter=*) tests=${argument#--filter=} ;;
+    *) echo "usage: $0 [--quick] [--filter=PATTERN]" >&2; exit 2 ;;
+  esac
+done
+prepare_or_skip "Windows builds" "${build_packages[@]}" g++-mingw-w64 googletest || exit 0
+
+work=$PWD/build/test-windows
+mkdir -p "$work"
+export WINEPREFIX=$work/wine WINEDEBUG=-all
+
+# tables TRIPLET DLL: exported are the listed names and nothing else, undecorated; imported is nothing of the compiler's;
+# and the file tells its version.
+tables() {
+  local objdump=$1-objdump dll=$2
+  "$objdump" -p "$dll" | sed -n '/Name Pointer\] Table/,/^$/p' | awk '/\[ *[0-9]+\]/ { print $NF }' |
+    LC_ALL=C sort | diff scripts/exports.txt -
+  "$objdump" -p "$dll" "$(dirname "$dll")/cli/qv.exe" | sed -n 's/.*DLL Name: //p' | sort -u >"$work/imports.txt"
+  echo "imports: $(xargs <"$work/imports.txt")"
+  ! grep -iE 'gcc|stdc|pthread' "$work/imports.txt"
+  strings -el "$dll" | grep -A1 -x FileVersion
+}
+# runs BITS TRIPLET: the built programs under Wine.
+runs() {
+  local bits=$1 triplet=$2 build=build/win$1
+  "$triplet-gcc" -std=c99 -Wall -Iinclude packaging/windows/load_library.c -o "$build/load_library.exe"
+  wine "$build/load_library.exe" scripts/exports.txt
+  wine "$build/cli/qv.exe" demo --data data | tr -d '\r' >"$work/demo$bits.txt"
+  cp "$build/QVLIB60.dll" "$build/cli"
+  build/release/cli/qv demo --data data | diff - "$work/demo$bits.txt"
+}
+tests_run() {
+  wine "build/win$1/tests/qvlib60_tests.exe" --gtest_brief=1 --gtest_filter="$tests"
+}
+
+build_programs
+for preset in win32 win64; do
+  stage "$preset build" eval "build $preset -DQV_BUILD_TESTS=$([ -n "$tests" ] && echo ON || echo OFF) >/dev/null"
+done
+stage "64-bit tables" tables x86_64-w64-mingw32 build/win64/QVLIB60.dll
+stage "32-bit tables" tables i686-w64-mingw32 build/win32/QVLIB60.dll
+
+if prepare_or_skip "64-bit programs under Wine" wine wine64; then
+  stage "64-bit programs" runs 64 x86_64-w64-mingw32
+  [ -z "$tests" ] || stage "64-bit tests" tests_run 64
+fi
+if [ -e /usr/lib/wine/wine ] || prepare_or_skip "32-bit programs under Wine" wine32:i386; then
+  stage "32-bit programs" runs 32 i686-w64-mingw32
+  [ -z "$tests" ] || stage "32-bit tests" tests_run 32
+fi
