@@ -7,6 +7,7 @@
 #include "core/bar_prices.h"
 #include "core/calculation.h"
 #include "core/numbers.h"
+#include "core/power.h"
 #include "core/stretch.h"
 
 namespace {
@@ -119,7 +120,7 @@ int QVCALL qvDecimals(double x, int digits) noexcept {
   const double whole = std::floor(std::fabs(x));
   const double fraction = std::isinf(whole) ? 0.0 : std::fabs(x) - whole;
   if (fraction <= std::numeric_limits<double>::epsilon()) return 0;
-  return truncatedInt(std::floor(fraction * std::pow(10.0, digits)));
+  return truncatedInt(std::floor(fraction * powerOf(10.0, digits)));
 }
 
 double QVCALL qvTrueHigh(const QvBars* b, int i) noexcept {

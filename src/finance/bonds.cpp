@@ -3,10 +3,13 @@
 #include <cmath>
 
 #include "core/numbers.h"
+#include "core/power.h"
 #include "qvlib60/dates.h"
 #include "qvlib60/finance.h"
 
 static_assert(sizeof(QvBond) == 36);
+
+using namespace qv;
 
 namespace {
 
@@ -33,7 +36,7 @@ double QVCALL qvBondPricing(const QvBond* bond, double yield, double settlement)
   double t = step;
   // Counted, since the times add up to the years only nearly where the step is no binary fraction.
   for (int k = 1; k <= payments; ++k, t += step)
-    price += (k == payments ? coupon + bond->face : coupon) / std::pow(1 + yield / 100, t);
+    price += (k == payments ? coupon + bond->face : coupon) / powerOf(1 + yield / 100, t);
   return price;
 }
 

@@ -1,11 +1,15 @@
 // The cumulative normal distribution, a call's value, and the risk profiles of two-option positions.
 #include <cmath>
 
+#include "core/power.h"
+#include "kernels/logarithm.h"
 #include "qvlib60/dates.h"
 #include "qvlib60/finance.h"
 
 static_assert(sizeof(QvOptionLeg) == 28);
 static_assert(sizeof(QvOption) == 176);
+
+using namespace qv;
 
 namespace {
 
@@ -64,7 +68,7 @@ extern "C" {
 double QVCALL qvApprxCumProbDist(double x) noexcept {
   const double t = 1 / (1 + 0.23164191 * std::fabs(x));
   const double p = (((1.330274 * t - 1.821256) * t + 1.781478) * t - 0.3565638) * t + 0.319381511;
-  const double z = 0.39894232 * std::exp(-x * x / 2);
+  const double z = 0.39894232 * exponentialOf(-x * x / 2);
   return x > 0 ? 1 - z * t * p : z * t * p;
 }
 
@@ -75,12 +79,12 @@ double QVCALL qvBlackScholes(const QvOptionLeg* leg, double underlying, double r
   const double years = qvDateDiff("D", date, leg->expiry) / 360.0;
   const double rootYears = std::sqrt(years);
   const double volatility = std::sqrt(variance);
-  const double d1 = (std::log(underlying / leg->strike) + r * years) / (rootYears * volatility) +
+  const double d1 = (logarithmOf(underlying / leg->strike) + r * years) / (rootYears * volatility) +
                     rootYears * (volatility * 0.5);
   const double d2 = d1 - rootYears * volatility;
   // The discount factor stands on this shortened e, as callers know its prices.
   return underlying * qvApprxCumProbDist(d1) -
-         leg->strike * qvApprxCumProbDist(d2) * std::pow(2.71828, -1 * r * years);
+         leg->strike * qvApprxCumProbDist(d2) * powerOf(2.71828, -1 * r * years);
 }
 
 int QVCALL qvOptionInit(QvOption* option) noexcept {

@@ -1,15 +1,18 @@
 // Present and future values of a sum and of a yearly payment.
 #include <cmath>
 
+#include "core/power.h"
 #include "qvlib60/finance.h"
 
 static_assert(sizeof(QvTvm) == 28);
+
+using namespace qv;
 
 namespace {
 
 // What 1 becomes in `exponent` of the record's compounding periods.
 double growth(const QvTvm& t, double exponent) noexcept {
-  return std::pow(1 + t.rate / 100 / t.periodsPerYear, exponent);
+  return powerOf(1 + t.rate / 100 / t.periodsPerYear, exponent);
 }
 
 double periods(const QvTvm& t) noexcept {
@@ -40,20 +43,20 @@ double QVCALL qvFutureValuePrinc(QvTvm* tvm, double futureValue) noexcept {
 
 double QVCALL qvFutureValueInt(QvTvm* tvm, double futureValue) noexcept {
   if (!tvm) return 0.0;
-  return tvm->rate = (std::pow(futureValue / tvm->principal, 1 / tvm->years) - 1) * 100;
+  return tvm->rate = (powerOf(futureValue / tvm->principal, 1 / tvm->years) - 1) * 100;
 }
 
 double QVCALL qvFutureValueAnnuity(const QvTvm* tvm) noexcept {
   if (!tvm) return 0.0;
   const double r = tvm->rate / 100;
-  return tvm->principal * (std::pow(1 + r, tvm->years) - 1) / r;
+  return tvm->principal * (powerOf(1 + r, tvm->years) - 1) / r;
 }
 
 double QVCALL qvPresentValueAnnuity(const QvTvm* tvm) noexcept {
   if (!tvm) return 0.0;
   if (tvm->rate <= 0) return QV_INVALID_PARM;
   const double r = tvm->rate / 100;
-  return tvm->principal * (1 - 1 / std::pow(1 + r, tvm->years)) / r;
+  return tvm->principal * (1 - 1 / powerOf(1 + r, tvm->years)) / r;
 }
 
 }  // extern "C"

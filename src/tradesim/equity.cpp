@@ -10,6 +10,7 @@
 
 #include "core/calculation.h"
 #include "core/memory.h"
+#include "core/power.h"
 #include "qvlib60/tradesim.h"
 #include "tradesim/trade_result.h"
 
@@ -62,7 +63,7 @@ double percentGrowth(double first, double last) noexcept {
 
 double annualGrowth(double first, double last, double years) noexcept {
   if (!(first > 0) || !(years > 0)) return 0.0;
-  return last > 0 ? 100 * (std::pow(last / first, 1 / years) - 1) : -100.0;
+  return last > 0 ? 100 * (powerOf(last / first, 1 / years) - 1) : -100.0;
 }
 
 double barsPerYearOf(const QvArray* dates, int first, int last) noexcept {
@@ -113,7 +114,7 @@ class Returns {
 
 void setRatios(QvEquityFigures& f, const double* equity, int count, double rate) noexcept {
   if (f.barsPerYear <= 0) return;
-  const Returns returns(equity, count, std::pow(1 + rate, 1 / f.barsPerYear) - 1);
+  const Returns returns(equity, count, powerOf(1 + rate, 1 / f.barsPerYear) - 1);
   if (returns.count() < 1) return;
   const double mean = returns.mean(), root = std::sqrt(f.barsPerYear);
   if (returns.count() > 1 && !returns.allEqual()) {

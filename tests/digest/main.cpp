@@ -1,17 +1,14 @@
 // Whether two builds give the same bits: a line with the digest of all results of each function, and one over
 // all of them.
 //
-//   qv_digest DATA [--c-library] [--narrow] [LIST]
+//   qv_digest DATA [--narrow] [LIST]
 //
-// DATA is the folder of the bundled data. --c-library: the functions that call the C library's logarithm,
-// exponential or power, whose last bits are that library's, instead of all others. --narrow: the loops of
-// processors without wide registers. With a LIST, a file of such lines, only those that differ are printed,
-// and the exit code is 1 where one does.
+// DATA is the folder of the bundled data. --narrow: the loops of processors without wide registers. With a
+// LIST, a file of such lines, only those that differ are printed, and the exit code is 1 where one does.
 #include <cinttypes>
 #include <cstdio>
 #include <cstring>
 #include <fstream>
-#include <set>
 
 #include "digest.h"
 #include "kernels/lanes.h"
@@ -19,11 +16,6 @@
 namespace {
 
 using namespace qvtest;
-
-const std::set<std::string> kOfCLibrary = {"qvApprxCumProbDist",   "qvBlackScholes",       "qvBondPricing",
-                                           "qvBondDuration",       "qvFutureValue",        "qvPresentValue",
-                                           "qvFutureValuePrinc",   "qvFutureValueInt",     "qvDecimals",
-                                           "qvFutureValueAnnuity", "qvPresentValueAnnuity"};
 
 std::vector<Bar> roughBars() {
   std::vector<Bar> bars;
@@ -49,8 +41,8 @@ std::vector<Bar> roughBars() {
   return bars;
 }
 
-// Text lines of the wanted functions, then the total.
-std::map<std::string, std::string> linesOf(const Digests& digests, bool ofCLibrary) {
+// Text lines of all functions, then the total.
+std::map<std::string, std::string> linesOf(const Digests& digests) {
   std::map<std::string, std::string> lines;
   Digest total;
   const auto text = [](std::uint64_t v) {
@@ -58,11 +50,10 @@ std::map<std::string, std::string> linesOf(const Digests& digests, bool ofCLibra
     std::snprintf(line, sizeof line, "%016" PRIx64, v);
     return std::string(line);
   };
-  for (const auto& [name, digest] : digests)
-    if (kOfCLibrary.count(name) == ofCLibrary) {
-      lines[name] = text(digest.value());
-      total.addBits(digest.value());
-    }
+  for (const auto& [name, digest] : digests) {
+    lines[name] = text(digest.value());
+    total.addBits(digest.value());
+  }
   lines["total"] = text(total.value());
   return lines;
 }
@@ -70,18 +61,15 @@ std::map<std::string, std::string> linesOf(const Digests& digests, bool ofCLibra
 }  // namespace
 
 int main(int argc, char** argv) {
-  bool ofCLibrary = false;
   std::vector<std::string> files;
   for (int k = 1; k < argc; ++k) {
-    if (!std::strcmp(argv[k], "--c-library"))
-      ofCLibrary = true;
-    else if (!std::strcmp(argv[k], "--narrow"))
+    if (!std::strcmp(argv[k], "--narrow"))
       qv::wideLoops = false;
     else
       files.emplace_back(argv[k]);
   }
   if (files.empty() || files.size() > 2) {
-    std::fprintf(stderr, "usage: qv_digest DATA [--c-library] [--narrow] [LIST]\n");
+    std::fprintf(stderr, "usage: qv_digest DATA [--narrow] [LIST]\n");
     return 2;
   }
 
@@ -92,7 +80,7 @@ int main(int argc, char** argv) {
   digestCalculations(data, digests);
   digestFunctions(data, digests);
   digestRuns(data, digests);
-  const auto lines = linesOf(digests, ofCLibrary);
+  const auto lines = linesOf(digests);
 
   if (files.size() == 1) {
     for (const auto& [name, digest] : lines) std::printf("%s %s\n", name.c_str(), digest.c_str());
