@@ -2,7 +2,7 @@
 from xml.sax.saxutils import escape
 
 KEYWORDS = set("in out ref params object string base event operator fixed lock long short is as checked".split())
-SCALARS = {"int8": "sbyte", "uint8": "byte", "char": "byte", "int16": "short", "int32": "int", "float": "float",
+SCALARS = {"int8": "sbyte", "uint8": "byte", "char": "byte", "int16": "short", "int32": "int", "uint32": "uint", "float": "float",
            "double": "double", "void": "void"}
 
 
@@ -16,7 +16,7 @@ def summary(lines, indent):
     return "".join(f"{indent}/// {line}\n" for line in ["<summary>", *map(escape, lines), "</summary>"])
 
 
-WIDTHS = {"int8": 1, "uint8": 1, "char": 1, "int16": 2, "int32": 4, "float": 4, "double": 8}
+WIDTHS = {"int8": 1, "uint8": 1, "char": 1, "int16": 2, "int32": 4, "uint32": 4, "float": 4, "double": 8}
 
 
 def layout(record, pack, bits, records):

@@ -9,7 +9,7 @@ TARGETS = {32: "i686-w64-mingw32", 64: "x86_64-linux-gnu"}
 
 @dataclass
 class Type:
-    """`name` is int8 .. int32, uint8, float, double, char, void or a record's; then come pointers and arrays."""
+    """`name` is int8 .. int32, uint8, uint32, float, double, char, void or a record's; then come pointers and arrays."""
     name: str
     pointers: int = 0
     length: int = 0  # items of an array in a record
@@ -72,7 +72,7 @@ def comment_of(cursor):
 SCALARS = {
     cindex.TypeKind.INT: "int32", cindex.TypeKind.SHORT: "int16", cindex.TypeKind.SCHAR: "int8",
     cindex.TypeKind.UCHAR: "uint8", cindex.TypeKind.CHAR_S: "char", cindex.TypeKind.FLOAT: "float",
-    cindex.TypeKind.DOUBLE: "double", cindex.TypeKind.VOID: "void",
+    cindex.TypeKind.DOUBLE: "double", cindex.TypeKind.VOID: "void", cindex.TypeKind.UINT: "uint32",
 }
 
 
@@ -82,6 +82,8 @@ def type_of(clang_type):
         inner = type_of(kind.element_type)
         inner.length = kind.element_count
         return inner
+    if kind.kind == cindex.TypeKind.POINTER and kind.get_pointee().kind == cindex.TypeKind.FUNCTIONPROTO:
+        return Type("void", 1)  # an address, whose signature the header tells
     if kind.kind == cindex.TypeKind.POINTER:
         inner = type_of(kind.get_pointee())
         inner.pointers += 1

@@ -2,7 +2,7 @@
 KEYWORDS = set("""in out type end begin var const file string array record unit of to set with object name date
     interface implementation exports program library close open high low index read write message""".split())
 FIELD_KEYWORDS = set("in type end begin var const file string array record unit of to set with object".split())
-SCALARS = {"int8": "ShortInt", "uint8": "Byte", "char": "AnsiChar", "int16": "SmallInt", "int32": "LongInt",
+SCALARS = {"int8": "ShortInt", "uint8": "Byte", "char": "AnsiChar", "int16": "SmallInt", "int32": "LongInt", "uint32": "LongWord",
            "float": "Single", "double": "Double"}
 
 

@@ -1,6 +1,6 @@
 """A module over ctypes, which needs nothing but Python."""
 KEYWORDS = set("in from is as with lambda def class pass global import and or not".split())
-SCALARS = {"int8": "c_int8", "uint8": "c_uint8", "char": "c_char", "int16": "c_int16", "int32": "c_int32",
+SCALARS = {"int8": "c_int8", "uint8": "c_uint8", "char": "c_char", "int16": "c_int16", "int32": "c_int32", "uint32": "c_uint32",
            "float": "c_float", "double": "c_double"}
 
 
@@ -25,7 +25,7 @@ def comment(lines, indent):
 
 def generate(interface, note):
     out = [f"# {note}\n", "import ctypes\nimport os\nimport sys\nfrom ctypes import (POINTER, c_char, c_char_p, c_double, "
-           "c_float, c_int8, c_int16, c_int32, c_uint8, c_void_p)\n\n"
+           "c_float, c_int8, c_int16, c_int32, c_uint8, c_uint32, c_void_p)\n\n"
            "_wide = ctypes.sizeof(c_void_p) == 8\n_windows = sys.platform == \"win32\"\n"
            "_library = (ctypes.WinDLL if _windows else ctypes.CDLL)(\n"
            "    os.environ.get(\"QVLIB60_LIBRARY\", \"QVLIB60.dll\" if _windows else \"libQVLIB60.so.0\"))\n\n"]

@@ -1,6 +1,6 @@
 """A Rust module: raw declarations, to be taken in as `mod qvlib60;`."""
 KEYWORDS = set("in type fn let mut ref use mod match move where loop as box final override priv yield abstract become do macro try typeof unsized virtual".split())
-SCALARS = {"int8": "i8", "uint8": "u8", "char": "c_char", "int16": "i16", "int32": "i32", "float": "f32",
+SCALARS = {"int8": "i8", "uint8": "u8", "char": "c_char", "int16": "i16", "int32": "i32", "uint32": "u32", "float": "f32",
            "double": "f64", "void": "c_void"}
 
 

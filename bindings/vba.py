@@ -1,7 +1,7 @@
 """A module for VBA 7, in 32-bit and 64-bit Office. No line is longer than VBA takes."""
 KEYWORDS = set("""in out date open close type end next name index low high loop mod is as string text get put let set
     stop step select case to until with and or not print write line input seek lock left right mid""".split())
-SCALARS = {"int8": "Byte", "uint8": "Byte", "char": "Byte", "int16": "Integer", "int32": "Long", "float": "Single",
+SCALARS = {"int8": "Byte", "uint8": "Byte", "char": "Byte", "int16": "Integer", "int32": "Long", "uint32": "Long", "float": "Single",
            "double": "Double"}
 
 

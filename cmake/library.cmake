@@ -18,11 +18,11 @@ foreach(room IN LISTS qv_rooms)
   file(GLOB_RECURSE found CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/src/${room}/*.cpp)
   list(APPEND qv_sources ${found})
 endforeach()
-# `platform` has one source for each operating system.
+# `platform` has sources for each operating system.
 if(WIN32)
-  list(REMOVE_ITEM qv_sources ${CMAKE_CURRENT_SOURCE_DIR}/src/platform/posix.cpp)
+  list(FILTER qv_sources EXCLUDE REGEX "/src/platform/posix[^/]*$")
 else()
-  list(REMOVE_ITEM qv_sources ${CMAKE_CURRENT_SOURCE_DIR}/src/platform/win32.cpp)
+  list(FILTER qv_sources EXCLUDE REGEX "/src/platform/win32[^/]*$")
 endif()
 # The heap door is compiled a second time for the tests, with the switch that makes the
 # k-th allocation fail.
@@ -75,6 +75,9 @@ endforeach()
 add_library(QVLIB60::QVLIB60 ALIAS QVLIB60)
 if(WIN32)
   include(cmake/windows.cmake)
+  foreach(library IN LISTS qv_libraries)
+    target_link_libraries(${library} PRIVATE gdi32)
+  endforeach()
 else()
   # Calls between exported functions of the library bind inside it.
   target_link_options(QVLIB60 PRIVATE -Wl,-Bsymbolic-functions)
@@ -89,4 +92,7 @@ if(QV_BUILD_TESTS)
   target_compile_definitions(qvlib60_testable PUBLIC QV_ALLOCATION_FAULTS)
   target_include_directories(qvlib60_testable PUBLIC
     ${CMAKE_CURRENT_SOURCE_DIR}/src ${CMAKE_CURRENT_SOURCE_DIR}/include)
+  if(WIN32)
+    target_link_libraries(qvlib60_testable PUBLIC gdi32)
+  endif()
 endif()

@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "qvlib60.h"
+#include "qvlib60/charting.h"
 
 namespace qvtest {
 namespace {
@@ -48,6 +49,7 @@ std::string typeName() {
 #define NAMED(type) else if constexpr (std::is_same_v<T, type>) return #type
   NAMED(double);
   NAMED(int32_t);
+  NAMED(uint32_t);
   NAMED(int8_t);
   NAMED(char);
   NAMED(QvArray);
@@ -142,6 +144,13 @@ TEST(RecordLayout, IsAsThePageTells) {
              F(lastEntryDate), F(barsInLong), F(barsInShort), F(barsInPosition), F(longStatistics),
              F(shortStatistics), F(netStatistics), F(orders), F(positions), F(trades), F(orderCapacity),
              F(orderCount), F(positionCapacity), F(positionCount), F(tradeCapacity), F(tradeCount), F(bars)),
+      RECORD(QvPoint, F(x), F(y)),
+      RECORD(QvGraphShape, F(kind), F(bar), F(price), F(bar2), F(direction), F(price2), F(deviations),
+             F(text)),
+      RECORD(QvGraphStyle, F(colour), F(colour2), F(width), F(dash), F(hidden), F(name)),
+      RECORD(QvGraphTheme, F(background), F(text), F(faint), F(grid), F(frame), F(up), F(down), F(zone),
+             F(cursor), F(palette), F(reserved), F(fontSize), F(lineWidth), F(font)),
+      RECORD(QvGraphHit, F(subWindow), F(bar), F(item), F(part), F(price)),
       RECORD(QvOptVar, F(start), F(end), F(step), F(count), F(value)),
       RECORD(QvEquityFigures, F(first), F(last), F(totalGrowth), F(annualGrowth), F(sharpe), F(sortino),
              F(greatestDrawdown), F(greatestDrawdownPercent), F(barsPerYear), F(greatestDrawdownBars), F(bars)),
