@@ -54,7 +54,7 @@ std::vector<double> rangeOf(double first, double last, double step, const std::s
   if (!(steps < kMostValues)) refuse(text, "too many values");
   std::vector<double> values;
   values.push_back(first);
-  for (double k = 1; k <= steps; ++k) values.push_back(asWritten(first + k * step));
+  for (int k = 1; k <= static_cast<int>(steps); ++k) values.push_back(asWritten(first + k * step));
   if (std::fabs(values.back() - last) <= 1e-9 * std::fabs(step)) values.back() = last;
   return values;
 }

@@ -87,6 +87,7 @@ std::vector<double> medianFigures(const std::vector<const Figures*>& all) {
   std::vector<double> medians;
   for (const Figure& figure : figureList()) {
     std::vector<double> values;
+    values.reserve(all.size());
     for (const Figures* f : all) values.push_back(figure.of(*f));
     medians.push_back(median(std::move(values)));
   }
@@ -108,6 +109,7 @@ Combinations checkedCombinations(const SweepRequest& request) {
 std::vector<double> SweepRequest::valuesOf(std::size_t combination) const {
   const Combinations combinations(sets, {});
   std::vector<double> values;
+  values.reserve(sets.size());
   for (std::size_t k = 0; k < sets.size(); ++k) values.push_back(combinations.value(k, combination));
   return values;
 }
