@@ -2,10 +2,12 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <cstdlib>
 
 #ifdef _WIN32
 #include <io.h>
 #else
+#include <sys/ioctl.h>
 #include <unistd.h>
 #endif
 
@@ -23,7 +25,32 @@ bool standardErrorIsTerminal() {
 #endif
 }
 
+// A number of the environment within sensible bounds, else what it was.
+void takeNumber(const char* name, int& number) {
+  const char* text = std::getenv(name);
+  const long given = text ? std::strtol(text, nullptr, 10) : 0;
+  if (given >= 20 && given <= 1000) number = static_cast<int>(given);
+}
+
 }  // namespace
+
+TerminalSize terminalSize() {
+  TerminalSize size;
+  takeNumber("COLUMNS", size.columns);
+  takeNumber("LINES", size.rows);
+#ifdef _WIN32
+  size.isTerminal = _isatty(_fileno(stdout)) != 0;
+#else
+  size.isTerminal = isatty(fileno(stdout)) != 0;
+  winsize window{};
+  if (size.isTerminal && ioctl(fileno(stdout), TIOCGWINSZ, &window) == 0 && window.ws_col > 0 &&
+      window.ws_row > 2) {
+    size.columns = std::min<int>(window.ws_col, 1000);
+    size.rows = std::min<int>(window.ws_row - 2, 1000);
+  }
+#endif
+  return size;
+}
 
 ProgressBar::ProgressBar(const std::string& what) : what_(what), isShown_(standardErrorIsTerminal()) {}
 

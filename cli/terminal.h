@@ -5,6 +5,13 @@
 
 namespace qvcli {
 
+// That of standard output; where it is no terminal, one that prints well, or COLUMNS and LINES.
+struct TerminalSize {
+  int columns = 100, rows = 32;
+  bool isTerminal = false;
+};
+TerminalSize terminalSize();
+
 // A bar on standard error; nothing where that is no terminal.
 class ProgressBar {
  public:

@@ -3,7 +3,7 @@
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 
-build_packages=(g++ cmake ninja-build libcli11-dev libcsv-dev)
+build_packages=(g++ cmake ninja-build libcli11-dev libcsv-dev libcairo2-dev)
 test_packages=(libgtest-dev python3)
 bench_packages=(libbenchmark-dev)
 check_packages=(clang clang-format clang-tidy cppcheck)

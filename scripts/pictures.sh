@@ -1,0 +1,9 @@
+#!/usr/bin/env bash
+# Makes the pictures of the README out of the bundled prices.
+#   usage: scripts/pictures.sh [QV]     (build/release/cli/qv)
+set -euo pipefail
+cd "$(dirname "$0")/.."
+qv=${1:-build/release/cli/qv}
+mkdir -p docs/pictures
+"$qv" chart data/text/SPX.CSV --last 160 --title 'S&P 500' --volume 'bollinger(2,20)' 'sma(50)' 'rsi(14)' \
+  'macd(12,26,9)' -o docs/pictures/spx.svg
