@@ -23,7 +23,7 @@ archive() {
 windows() {
   prepare g++-mingw-w64
   build win32 -DQV_WARNINGS_AS_ERRORS=OFF >/dev/null
-    build win64 -DQV_WARNINGS_AS_ERRORS=OFF >/dev/null
+  build win64 -DQV_WARNINGS_AS_ERRORS=OFF >/dev/null
   pack win64 ZIP -D CPACK_SYSTEM_NAME=windows \
     -D CPACK_INSTALL_CMAKE_PROJECTS="$PWD/build/win32;QVLIB60;ALL;/win32;$PWD/build/win64;QVLIB60;ALL;/win64"
 }
