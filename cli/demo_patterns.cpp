@@ -2,7 +2,6 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdio>
-#include <filesystem>
 #include <fstream>
 #include <string>
 #include <vector>
@@ -10,6 +9,7 @@
 #include "cli/demo.h"
 #include "cli/records.h"
 #include "cli/table.h"
+#include "runs/temporary_file.h"
 
 namespace qvcli {
 
@@ -37,16 +37,6 @@ struct Candles : QvCandles {
   ~Candles() { qvCandleFree(this); }
   Candles(const Candles&) = delete;
   Candles& operator=(const Candles&) = delete;
-};
-
-// A file of the system's temporary directory that is removed again.
-struct TemporaryFile {
-  std::filesystem::path path;
-  explicit TemporaryFile(const std::string& name) : path(std::filesystem::temp_directory_path() / name) {}
-  ~TemporaryFile() {
-    std::error_code ignored;
-    std::filesystem::remove(path, ignored);
-  }
 };
 
 }  // namespace
@@ -93,7 +83,7 @@ void showPointAndFigure(const DemoData& demo) {
   check(qvBars2PNFhilo(&bars, &columns, &columnOf, box, kReversal, start), "point and figure");
   heading("Point and figure, the last " + std::to_string(kYears) + " years, box " +
           std::to_string(static_cast<int>(box)) + ", reversal " + std::to_string(kReversal));
-  const TemporaryFile file("qv-point-and-figure.txt");
+  const qv::runs::TemporaryFile file;
   check(qvPNFchart(&columns, box, file.path.string().c_str(), 0), "point-and-figure chart");
   std::ifstream chart(file.path);
   // The newest columns, as many as fit beside the price.

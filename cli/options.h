@@ -5,13 +5,15 @@
 #include <string>
 
 #include "qvlib60.hpp"
+#include "runs/csv_values.h"
 #include "runs/load.h"
 
 namespace qvcli {
 
-// How a price file is read: --type, --dates, --adjusted.
+// How a price file is read: --type, --dates, --decimal, --adjusted, --verbose.
 struct FileOptions {
   qv::runs::LoadOptions load;
+  bool verbose = false;
 };
 void addFileOptions(CLI::App& command, FileOptions& options);
 
@@ -22,11 +24,23 @@ struct RangeOptions {
 };
 void addRangeOptions(CLI::App& command, RangeOptions& options);
 
+// Numbers above 0, and from 0 on.
+CLI::Validator above0();
+CLI::Validator from0();
+
 // The threads to use: --jobs.
 void addJobsOption(CLI::App& command, int& jobs);
 
-// The bars of a file as both sets of options want them.
+// A file, its bars compressed as --every says. Tells on standard error how many rows were left out.
+qv::runs::Loaded load(const std::string& file, const FileOptions& options, const std::string& every = "");
+// The bars of a file that both sets of options want, and no others.
 qv::Bars loadBars(const std::string& file, const FileOptions& options, const RangeOptions& range = {});
+
+// The bars first .. end - 1 that the options ask for.
+struct Range {
+  int first, end;
+};
+Range rangeOf(const qv::Bars& bars, const RangeOptions& options);
 
 // A date that was given as an option, YYYY-MM-DD with or without HH:MM[:SS]; throws UsageError for any other
 // text.
@@ -34,5 +48,7 @@ double dateOption(const std::string& name, const std::string& text);
 
 // Throws UsageError where the formula means nothing.
 qv::Formula openFormula(const std::string& text);
+// Throws UsageError where the formula can't be used as it is: a parameter without a value.
+QvFormulaNeeds needsOf(const qv::Formula& formula, const std::string& text, double tolerance = 1e-3);
 
 }  // namespace qvcli

@@ -163,4 +163,25 @@ void Rows::print() const {
   put("\n]\n");
 }
 
+void printRecord(Form form, const std::vector<Field>& fields) {
+  if (form != Form::Table) {
+    std::vector<Column> columns;
+    std::vector<Cell> cells;
+    for (const Field& f : fields) {
+      columns.push_back({f.title});
+      cells.push_back(f.value);
+    }
+    Rows rows(form, columns);
+    rows.add(cells);
+    return rows.print();
+  }
+  std::size_t width = 0;
+  for (const Field& f : fields) width = std::max(width, f.title.size());
+  for (const Field& f : fields) {
+    const int decimals = f.decimals >= 0 ? f.decimals : decimalsOf({{f.value}}, 0);
+    const std::string text = tableText(f.value, decimals);
+    if (!text.empty()) put(f.title + std::string(width + 2 - f.title.size(), ' ') + text + '\n');
+  }
+}
+
 }  // namespace qvcli

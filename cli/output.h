@@ -41,6 +41,14 @@ class Rows {
   std::vector<std::vector<Cell>> rows_;
 };
 
+// One thing with its properties: a line for each in a table, one row for machines.
+struct Field {
+  std::string title;
+  Cell value;
+  int decimals = -1;
+};
+void printRecord(Form form, const std::vector<Field>& fields);
+
 // "2020-04-17", and with its time of day, if it has one, "2020-04-17T09:35:00". `separator` stands between
 // both.
 std::string isoDate(double date, char separator = 'T');

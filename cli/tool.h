@@ -53,8 +53,20 @@ class Tool {
 
 // The subcommands, in the order in which they are listed.
 void addFunctions(Tool& tool);
+void addNeed(Tool& tool);
+void addList(Tool& tool);
+void addInfo(Tool& tool);
+void addRead(Tool& tool);
+void addCheck(Tool& tool);
+void addCalc(Tool& tool);
+void addPatterns(Tool& tool);
+void addScreen(Tool& tool);
 void addBacktest(Tool& tool);
 void addSweep(Tool& tool);
+void addPointAndFigure(Tool& tool);
+void addOption(Tool& tool);
+void addBond(Tool& tool);
 void addDemo(Tool& tool);
+void addCompletion(Tool& tool);  // and the manual page
 
 }  // namespace qvcli
