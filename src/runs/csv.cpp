@@ -62,8 +62,7 @@ class RowReader {
 
   bool readCell(const CsvRow& row, CsvField field, double& value) {
     const std::string_view cell = table_.cell(row, layout_.column[field]);
-    return (!isMissing(cell) && readNumber(cell, layout_.decimalComma, value)) ||
-           fail(field, cell, "no number");
+    return readNumber(cell, layout_.decimalComma, value) || fail(field, cell, "no number");
   }
 
   void readPrices(const CsvRow& row, double date) {
@@ -86,10 +85,12 @@ class RowReader {
       const auto field = static_cast<CsvField>(kVolume + k);
       const std::string_view cell = table_.cell(row, layout_.column[field]);
       if (!layout_.has(field)) continue;
-      if (isMissing(cell))
-        volume[k] = kMissing;
-      else if (!readCell(row, field, volume[k]))
+      if (readNumber(cell, layout_.decimalComma, volume[k])) continue;
+      if (!isMissing(cell)) {
+        fail(field, cell, "no number");
         return;
+      }
+      volume[k] = kMissing;
     }
     Bars& b = to_.bars;
     const int i = b.barsize++;

@@ -16,29 +16,28 @@ namespace qv::runs {
 // What libcsv's callbacks work on.
 struct CsvSplitting {
   CsvTable& table;
-  std::size_t used = 0;  // of the text
-  std::size_t first = 0;
-  int line = 1;            // the one that is being read
-  int begin = 1;           // the one where the row began
-  bool overLines = false;  // a cell of the row goes over several lines
+  std::size_t used = 0, start = 0;  // of the text: so far, and up to the row
+  std::size_t first = 0;            // of the row's cells
+  int line = 1;                     // where the row begins
+  bool overLines = false;           // a cell of the last row went over several lines
 
   static void cell(void* text, std::size_t length, void* data) {
     auto& s = *static_cast<CsvSplitting*>(data);
-    if (s.table.cells_.size() == s.first) s.begin = s.line;
     char* const to = s.table.text_.get() + s.used;
     if (length > 0) std::memcpy(to, text, length);
     s.used += length;
     s.table.cells_.emplace_back(to, length);
-    const auto lines = std::count(to, to + length, '\n');
-    s.line += static_cast<int>(lines);
-    s.overLines |= lines > 0;
   }
   static void row(int end, void* data) {
     auto& s = *static_cast<CsvSplitting*>(data);
     const std::size_t count = s.table.cells_.size() - s.first;
-    if (count > 0) s.table.rows_.push_back({s.begin, s.first, count});
+    if (count > 0) s.table.rows_.push_back({s.line, s.first, count});
+    const char* const text = s.table.text_.get();
+    const auto lines = std::count(text + s.start, text + s.used, '\n');
+    s.overLines = lines > 0;
+    s.line += static_cast<int>(lines) + (end == '\n');
+    s.start = s.used;
     s.first = s.table.cells_.size();
-    if (end == '\n') ++s.line;
   }
 };
 
@@ -58,7 +57,7 @@ CsvTable::CsvTable(const std::string& file, std::string_view text, char delimite
     throw Error(file, csv_strerror(csv_error(&parser)), QV_MALLOC);
   // A quote that is not closed takes in all lines up to the file's end.
   if (splitting.overLines)
-    throw Error(file, "line " + std::to_string(splitting.begin) + ": a quote is not closed", QV_FILE_READ);
+    throw Error(file, "line " + std::to_string(rows_.back().line) + ": a quote is not closed", QV_FILE_READ);
 }
 
 #else

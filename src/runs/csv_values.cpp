@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <charconv>
 #include <cmath>
+#include <cstdint>
 #include <iterator>
 
 #include "core/characters.h"
@@ -55,6 +56,28 @@ Amount amountOf(std::string_view cell) {
     a.digits = trimmed(a.digits.substr(0, a.digits.size() - 1));
   }
   return a;
+}
+
+// What most cells are: digits with a point or without, few enough that both the number without its point and
+// the power of ten are exact, so that their quotient is the nearest double.
+bool readPlain(std::string_view cell, double& value) {
+  constexpr double kPowers[] = {1e0, 1e1, 1e2,  1e3,  1e4,  1e5,  1e6,  1e7,
+                                1e8, 1e9, 1e10, 1e11, 1e12, 1e13, 1e14, 1e15};
+  if (cell.empty() || cell.size() > 16 || !isDigit(cell.front())) return false;
+  std::int64_t digits = 0;
+  std::size_t point = cell.size() - 1;
+  for (std::size_t i = 0; i < cell.size(); ++i) {
+    if (isDigit(cell[i])) {
+      digits = digits * 10 + (cell[i] - '0');
+    } else if (cell[i] == '.' && point == cell.size() - 1) {
+      point = i;
+    } else {
+      return false;
+    }
+  }
+  if (digits > (std::int64_t{1} << 53)) return false;
+  value = static_cast<double>(digits) / kPowers[cell.size() - 1 - point];
+  return true;
 }
 
 // Takes a run of digits, at most nine; answers how many.
@@ -177,7 +200,8 @@ bool isMissing(std::string_view cell) {
 }
 
 Sign decimalSignOf(std::string_view cell) {
-  const std::string_view s = amountOf(cell).digits;
+  const bool isPlain = !cell.empty() && isDigit(cell.front()) && isDigit(cell.back());
+  const std::string_view s = isPlain ? cell : amountOf(cell).digits;
   std::size_t points = 0, commas = 0, last = 0;
   for (std::size_t i = 0; i < s.size(); ++i) {
     if (s[i] == '.') ++points, last = i;
@@ -194,6 +218,7 @@ Sign decimalSignOf(std::string_view cell) {
 }
 
 bool readNumber(std::string_view cell, bool decimalComma, double& value) {
+  if (!decimalComma && readPlain(cell, value)) return true;
   const Amount a = amountOf(cell);
   const char point = decimalComma ? ',' : '.', between = decimalComma ? '.' : ',';
   if (a.digits.empty() || a.digits.size() > 60) return false;
