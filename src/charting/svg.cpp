@@ -1,5 +1,4 @@
 // The painter that writes SVG.
-#include <charconv>
 #include <cmath>
 #include <cstdio>
 
@@ -195,9 +194,9 @@ class Writer {
   void number(double v) noexcept {
     char digits[32];
     auto hundredths = static_cast<std::int64_t>(std::floor(std::fabs(v) * 100.0 + 0.5));
-    char* at = digits;
-    if (v < 0.0 && hundredths != 0) *at++ = '-';
-    at = std::to_chars(at, digits + sizeof digits - 4, hundredths / 100).ptr;
+    const char* sign = v < 0.0 && hundredths != 0 ? "-" : "";
+    const auto whole = static_cast<long long>(hundredths / 100);
+    char* at = digits + std::snprintf(digits, sizeof digits - 4, "%s%lld", sign, whole);
     hundredths %= 100;
     if (hundredths) {
       *at++ = '.';
