@@ -1,8 +1,8 @@
 // Relative strength: the share of the rises in a series' recent moves, both smoothed as Wilder does.
 #pragma once
 
-#include "kernels/extremes.h"
 #include "kernels/exponential.h"
+#include "kernels/extremes.h"
 
 namespace qv {
 

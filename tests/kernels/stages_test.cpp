@@ -10,10 +10,10 @@
 
 #include "indicators/bands_projection.h"
 #include "kernels/bar_extremes.h"
+#include "kernels/exponential.h"
 #include "kernels/logarithm.h"
 #include "kernels/mean_deviation.h"
 #include "kernels/moments.h"
-#include "kernels/exponential.h"
 #include "kernels/standard_error.h"
 #include "support/expect.h"
 #include "support/series.h"
