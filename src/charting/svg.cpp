@@ -90,12 +90,7 @@ class Writer {
   void rectangle(double x, double y, double width, double height, uint32_t fill) noexcept {
     startPath({fill, 0.0, 0, false});
     move(x, y);
-    add("h");
-    number(width);
-    add("v");
-    number(height);
-    add("h");
-    number(-width);
+    sides(width, height);
     add("z");
   }
   void polygon(const QvPoint* points, int count, uint32_t fill) noexcept {
@@ -130,12 +125,7 @@ class Writer {
     add(id);
     add("\"><path d=\"M");
     pair(x, y);
-    add("h");
-    number(width);
-    add("v");
-    number(height);
-    add("h");
-    number(-width);
+    sides(width, height);
     add("z\"/></clipPath><g clip-path=\"url(#");
     add(id);
     add(")\">\n");
@@ -151,6 +141,15 @@ class Writer {
     bool operator==(const Path&) const = default;
   };
 
+  // Three sides of a rectangle from its corner on.
+  void sides(double width, double height) noexcept {
+    add("h");
+    number(width);
+    add("v");
+    number(height);
+    add("h");
+    number(-width);
+  }
   void startPath(const Path& wanted) noexcept {
     if (inPath_ && path_ == wanted) return;
     endPath();
