@@ -5,7 +5,7 @@ source "$(dirname "$0")/prepare.sh"
 prepare "${build_packages[@]}" "${test_packages[@]}" "${check_packages[@]}"
 
 formatted() {
-  find include src cli tests bench examples -name '*.h' -o -name '*.c' -o -name '*.cpp' |
+  find include src cli python tests bench examples -name '*.h' -o -name '*.c' -o -name '*.cpp' |
     xargs clang-format --dry-run --Werror
 }
 # Silent but for findings; clang-tidy tells how many warnings it does not show.

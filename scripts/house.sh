@@ -1,10 +1,9 @@
 #!/usr/bin/env bash
 # Checks how the tree hangs together: no include climbs a floor, every header compiles alone, and the library exports
 # what the headers declare and scripts/exports.txt lists.
-#   usage: scripts/house.sh LIBRARY     (a built libQVLIB60.so)
+#   usage: scripts/house.sh [LIBRARY]     (a built libQVLIB60.so; that of the release build unless given)
 set -euo pipefail
-[ $# -eq 1 ] || { echo "usage: $0 LIBRARY" >&2; exit 2; }
-library=$(realpath "$1")
+library=$(realpath "${1:-$(dirname "$0")/../build/release/libQVLIB60.so}")
 cd "$(dirname "$0")/.."
 
 # The rooms, a line for each floor: those of the library, and above them what stands on it.
@@ -18,7 +17,7 @@ floors() {
 
 # A header belongs to the room whose name its path begins with: core/memory.h and qvlib60/core.h to core.
 includes_keep_their_floor() {
-  grep -rHE '^ *# *include "' src include cli | awk -F'[":]' '
+  grep -rHE '^ *# *include "' src include cli python | awk -F'[":]' '
     function roomOf(path) {
       sub(/^(src|include)\//, "", path)
       sub(/^qvlib60\//, "", path)

@@ -1,0 +1,22 @@
+// The extension of the Python package qvlib60. Its objects are raw: the package's modules make them what
+// people use.
+#include "python/extension/bars.h"
+#include "python/extension/calculations.h"
+#include "python/extension/errors.h"
+#include "python/extension/formulas.h"
+
+PYBIND11_MODULE(_core, module) {
+  using namespace qv::python;
+  py::register_exception_translator([](std::exception_ptr p) {
+    try {
+      if (p) std::rethrow_exception(p);
+    } catch (const qv::Error& e) {
+      setError(e);
+    }
+  });
+  module.attr("version") = qvVersion();
+  connect(module);
+  addBars(module);
+  addCalculations(module);
+  addFormulas(module);
+}
