@@ -1,5 +1,4 @@
 // Painting: 5,000 bars with six lines, and a million bars, at 1,600 by 900 units; into nothing, and as SVG.
-#include "qvlib60/charting.h"
 #include "support.h"
 
 namespace {

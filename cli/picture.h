@@ -6,7 +6,6 @@
 #include <string>
 
 #include "qvlib60.hpp"
-#include "qvlib60/charting.h"
 
 namespace qvcli {
 

@@ -3,6 +3,7 @@
 #define QVLIB60_H
 
 #include "qvlib60/catalogue.h"
+#include "qvlib60/charting.h"
 #include "qvlib60/codes.h"
 #include "qvlib60/core.h"
 #include "qvlib60/datafiles.h"

@@ -10,7 +10,6 @@
 #include <vector>
 
 #include "qvlib60.h"
-#include "qvlib60/charting.h"
 
 namespace qvtest {
 namespace {
