@@ -6,8 +6,10 @@
 
 #include "cli/options.h"
 #include "cli/output.h"
+#include "cli/picture.h"
 #include "cli/rules.h"
 #include "cli/tool.h"
+#include "runs/backtest_chart.h"
 
 namespace qvcli {
 
@@ -24,6 +26,7 @@ struct Options {
   FileOptions how;
   RangeOptions range;
   OutputOptions output;
+  PictureOptions chart;
   bool trades = false, orders = false, equity = false;
 };
 
@@ -170,6 +173,7 @@ int run(const Options& options) {
   const Form form = options.output.form();
   if (form != Form::Table && options.trades + options.orders + options.equity > 1)
     throw UsageError("--csv and --json print one table: choose one of --trades, --orders, --equity");
+  checkPictureOptions(options.chart);
   const qv::runs::BacktestSettings settings = settingsOf(options.system);
   Rules rules = rulesOf(options.system);
   const qv::Bars bars = loadBars(options.file, options.how, options.range);
@@ -189,6 +193,8 @@ int run(const Options& options) {
   list(options.trades, "Trades", printTrades);
   list(options.orders, "Orders", printOrders);
   list(options.equity, "Equity", printEquity);
+  if (!options.chart.file.empty())
+    showPicture(qv::runs::backtestGraph(test, options.file, themeOf(options.chart)).get(), options.chart);
   return kDone;
 }
 
@@ -200,13 +206,16 @@ void addBacktest(Tool& tool) {
       "backtest", "Test a trading system by rules on a file",
       {"qv backtest data/text/SPX.CSV --long 'sma(20) crosses above sma(100)' "
        "--exit 'sma(20) crosses below sma(100)' --stop '2 * atr(14)' --cost 5bp",
-       "qv backtest data/text/SPX.CSV --long 'rsi($n) < 30' --exit 'rsi($n) > 60' --set n=7 --trades"},
+       "qv backtest data/text/SPX.CSV --long 'rsi($n) < 30' --exit 'rsi($n) > 60' --set n=7 --trades",
+       "qv backtest data/text/SPX.CSV --long 'close > sma(200)' --exit 'close < sma(200)' --chart "
+       "trades.svg"},
       [options] { return run(*options); });
   command.add_option("FILE", options->file, "A price file, or DIR/NAME in a vendor's directory")->required();
   addRuleOptions(command, options->system);
   command.add_flag("--trades", options->trades, "List the trades");
   command.add_flag("--orders", options->orders, "List the orders");
   command.add_flag("--equity", options->equity, "List the equity of every bar");
+  addPictureOptions(command, options->chart, "--chart", "--chart-size");
   addRangeOptions(command, options->range);
   addFileOptions(command, options->how);
   addOutputOptions(command, options->output);

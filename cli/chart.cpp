@@ -46,10 +46,12 @@ void setRange(QvGraph* graph, const qv::Bars& bars, const RangeOptions& range) {
 }
 
 int run(const Options& options) {
+  checkPictureOptions(options.picture);
   RangeOptions loaded;
   loaded.every = options.range.every;
   const qv::Bars bars = loadBars(options.file, options.how, loaded);
-  const GraphPointer graph = openGraph(bars, options.title.empty() ? options.file : options.title);
+  const qv::runs::GraphPointer graph =
+      qv::runs::openGraph(bars, options.title.empty() ? options.file : options.title);
   const auto kind =
       std::find_if(kKinds.begin(), kKinds.end(), [&](const auto& k) { return k.first == options.kind; });
   qv::check(qvGraphChart(graph.get(), QV_GRAPH_NEW, 0, nullptr, kind->second, 0, QV_GRAPH_REFER),
@@ -60,9 +62,10 @@ int run(const Options& options) {
               "the volumes");
   }
   for (const std::string& formula : options.formulas) {
+    needsOf(openFormula(formula), formula);
     char error[300];
     const int item = qvGraphFormula(graph.get(), QV_GRAPH_NEW, formula.c_str(), error, sizeof error);
-    if (item < 0) throw UsageError(formula + ": " + error);
+    if (item < 0) throw qv::Error(formula, error, item);
   }
   const int scale = options.log ? QV_SCALE_LOG : options.percent ? QV_SCALE_PERCENT : QV_SCALE_LINEAR;
   qv::check(qvGraphScale(graph.get(), 0, QV_SIDE_RIGHT, scale, 0, 0), "the scale");

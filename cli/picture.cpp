@@ -16,46 +16,41 @@ Size sizeOf(const std::string& text) {
   Size size;
   if (text.empty()) return size;
   char more = 0;
-  constexpr double kLargest = 20000;
+  using qv::runs::kLargestPicture;
   if (std::sscanf(text.c_str(), "%lfx%lf%c", &size.width, &size.height, &more) != 2 || !(size.width >= 1) ||
-      !(size.height >= 1) || size.width > kLargest || size.height > kLargest)
-    throw UsageError("--size " + text + ": WIDTHxHEIGHT is wanted, up to 20000x20000");
+      !(size.height >= 1) || size.width > kLargestPicture || size.height > kLargestPicture)
+    throw UsageError("size " + text + ": WIDTHxHEIGHT is wanted, up to 20000x20000");
   return size;
 }
 
 }  // namespace
 
-GraphPointer openGraph(const qv::Bars& bars, const std::string& title) {
-  GraphPointer graph(qvGraphOpen(&bars, title.c_str(), QV_GRAPH_REFER));
-  if (!graph) throw qv::Error("the chart", QV_MALLOC);
-  return graph;
-}
-
-void addPictureOptions(CLI::App& command, PictureOptions& options) {
-  command.add_option("-o,--output", options.file, "The picture: a file that ends in .svg, .png or .pdf");
-  command.add_option("--size", options.size, "WIDTHxHEIGHT (900x600)");
+void addPictureOptions(CLI::App& command, PictureOptions& options, const char* output, const char* size) {
+  command.add_option(output, options.file, "The picture: a file that ends in .svg, .png or .pdf");
+  command.add_option(size, options.size, "WIDTHxHEIGHT (900x600)");
   command.add_option("--scale", options.scale, "PNG: device pixels to a unit")->check(CLI::Range(0.5, 8.0));
   command.add_option("--theme", options.theme, "light or dark")->check(CLI::IsMember({"light", "dark"}));
 }
 
-void showPicture(QvGraph* graph, const PictureOptions& options) {
+QvGraphTheme themeOf(const PictureOptions& options) {
   QvGraphTheme theme;
   qv::check(qvGraphTheme(options.theme == "dark" ? QV_THEME_DARK : QV_THEME_LIGHT, &theme), "the theme");
+  return theme;
+}
+
+void checkPictureOptions(const PictureOptions& options) {
+  sizeOf(options.size);
+  if (!options.file.empty() && qv::runs::pictureKindOf(options.file) == qv::runs::PictureKind::None)
+    throw UsageError(options.file + ": pictures end in .svg, .png or .pdf");
+}
+
+void showPicture(QvGraph* graph, const PictureOptions& options) {
+  checkPictureOptions(options);
+  const QvGraphTheme theme = themeOf(options);
+  if (options.file.empty()) return printBlocks(graph, theme);
   qv::check(qvGraphSetTheme(graph, &theme), "the theme");
   const Size size = sizeOf(options.size);
-  if (options.file.empty()) return printBlocks(graph, options.theme);
-  const auto endsIn = [&](const char* ending) {
-    std::string name = options.file;
-    for (char& c : name)
-      if (c >= 'A' && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');
-    return name.ends_with(ending);
-  };
-  if (endsIn(".svg"))
-    qv::check(qvGraphWriteSVG(graph, options.file.c_str(), size.width, size.height), options.file);
-  else if (endsIn(".png") || endsIn(".pdf"))
-    writeCairo(graph, options.file, endsIn(".pdf"), size.width, size.height, options.scale);
-  else
-    throw UsageError(options.file + ": pictures end in .svg, .png or .pdf");
+  qv::runs::writePicture(graph, options.file, size.width, size.height, options.scale);
 }
 
 }  // namespace qvcli

@@ -70,11 +70,13 @@ class Blocks {
   }
 
   static Blocks& self(void* c) { return *static_cast<Blocks*>(c); }
-  static int QVCALL line(void* c, double x1, double y1, double x2, double y2, uint32_t colour, double, int) {
+  static int QVCALL line(void* c, double x1, double y1, double x2, double y2, uint32_t colour, double,
+                         int dash) {
     if (!self(c).isSeen(colour)) return 0;
     const double steps =
         std::ceil(std::max(std::fabs(x2 - x1) / kCellWidth, std::fabs(y2 - y1) / kCellHeight) * 4) + 1;
-    for (double i = 0; i <= steps; ++i)
+    // Of a line that is not solid every other place.
+    for (double i = 0; i <= steps; i += dash && std::fmod(i, 8) == 3 ? 5 : 1)
       self(c).dot(x1 + (x2 - x1) * i / steps, y1 + (y2 - y1) * i / steps, colour);
     return 0;
   }
@@ -115,7 +117,7 @@ class Blocks {
   static int QVCALL extent(void*, const char* text, const char*, double, int, double* width) {
     int letters = 0;
     for (; *text; ++text) letters += (static_cast<unsigned char>(*text) & 0xC0u) != 0x80u;
-    *width = letters * kCellWidth;
+    *width = (letters + 0.5) * kCellWidth;  // so that words stay apart when they are laid on whole places
     return 0;
   }
   static int QVCALL clip(void* c, double x, double, double width, double) {
@@ -133,14 +135,12 @@ class Blocks {
 
 }  // namespace
 
-void printBlocks(QvGraph* graph, const std::string& theme) {
-  QvGraphTheme colours;
-  qv::check(qvGraphTheme(theme == "dark" ? QV_THEME_DARK : QV_THEME_LIGHT, &colours), "the theme");
-  colours.fontSize = kFontSize;
-  colours.frame = colours.grid;  // no room for either
-  qv::check(qvGraphSetTheme(graph, &colours), "the theme");
+void printBlocks(QvGraph* graph, QvGraphTheme theme) {
+  theme.fontSize = kFontSize;
+  theme.frame = theme.grid;  // no room for either
+  qv::check(qvGraphSetTheme(graph, &theme), "the theme");
   const TerminalSize size = terminalSize();
-  Blocks blocks(size.columns, size.rows, colours.background, colours.grid);
+  Blocks blocks(size.columns, size.rows, theme.background, theme.grid);
   const QvPainter painter = blocks.painter();
   qv::check(qvGraphPaint(graph, &painter, blocks.width(), blocks.height()), "the chart");
   blocks.print(size.isTerminal);

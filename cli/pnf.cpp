@@ -5,6 +5,7 @@
 
 #include "cli/options.h"
 #include "cli/output.h"
+#include "cli/picture.h"
 #include "cli/tool.h"
 #include "runs/temporary_file.h"
 
@@ -19,6 +20,7 @@ struct Options {
   FileOptions how;
   RangeOptions range;
   OutputOptions output;
+  PictureOptions picture;
 };
 
 // About a hundredth of the price: 1, 2 or 5 times a power of ten.
@@ -41,7 +43,21 @@ void printChart(const qv::Bars& columns, double box) {
   }
 }
 
+std::string titleOf(const Options& options, const qv::Bars& bars, double box) {
+  return options.file + ", " + isoDate(bars.date.data[0]) + " to " +
+         isoDate(bars.date.data[bars.barsize - 1]) + ", box " + fullNumber(box) + ", reversal " +
+         fullNumber(options.reversal) + " boxes, by " + (options.hilo ? "highs and lows" : "closes");
+}
+
+void writeChart(const Options& options, const qv::Bars& columns, double box, const std::string& title) {
+  const qv::runs::GraphPointer graph = qv::runs::openGraph(columns, title);
+  qv::check(qvGraphChart(graph.get(), QV_GRAPH_NEW, 0, nullptr, QV_CHART_PNF, box, QV_GRAPH_REFER),
+            "the chart");
+  showPicture(graph.get(), options.picture);
+}
+
 int run(const Options& options) {
+  checkPictureOptions(options.picture);
   const qv::Bars bars = loadBars(options.file, options.how, options.range);
   const double last = bars.close.data[bars.barsize - 1];
   const double box = options.box > 0.0 ? options.box : last > 0.0 ? usualBox(last) : 1.0;
@@ -52,11 +68,13 @@ int run(const Options& options) {
     throw qv::Error(options.file,
                     "the price never moves a box of " + fullNumber(box) + ": give a smaller --box",
                     QV_INVALID_PARM);
+  const std::string title = titleOf(options, bars, box);
+  if (!options.picture.file.empty()) {
+    writeChart(options, columns, box, title);
+    return kDone;
+  }
   if (options.output.form() == Form::Table) {
-    std::printf("%s, %s to %s, box %s, reversal %s boxes, by %s\n", options.file.c_str(),
-                isoDate(bars.date.data[0]).c_str(), isoDate(bars.date.data[bars.barsize - 1]).c_str(),
-                fullNumber(box).c_str(), fullNumber(options.reversal).c_str(),
-                options.hilo ? "highs and lows" : "closes");
+    std::printf("%s\n", title.c_str());
     printChart(columns, box);
     return kDone;
   }
@@ -74,7 +92,8 @@ int run(const Options& options) {
 void addPointAndFigure(Tool& tool) {
   auto options = std::make_shared<Options>();
   CLI::App& command = tool.add("pnf", "Draw a point-and-figure chart",
-                               {"qv pnf data/text/SPX.CSV --box 20 --reversal 3 --from 2019-01-01"},
+                               {"qv pnf data/text/SPX.CSV --box 20 --reversal 3 --from 2019-01-01",
+                                "qv pnf data/text/SPX.CSV --box 50 -o columns.svg"},
                                [options] { return run(*options); });
   command.add_option("FILE", options->file, "Price file, or DIR/NAME of a security")->required();
   command.add_option("--box", options->box, "Size of a box; about a hundredth of the price unless given")
@@ -83,6 +102,7 @@ void addPointAndFigure(Tool& tool) {
       ->check(above0())
       ->capture_default_str();
   command.add_flag("--hilo", options->hilo, "By highs and lows instead of closes");
+  addPictureOptions(command, options->picture);
   addRangeOptions(command, options->range);
   addFileOptions(command, options->how);
   addOutputOptions(command, options->output);

@@ -1,12 +1,14 @@
-// PNG and PDF through Cairo, where the tool is built with it.
-#include "cli/picture.h"
+// PNG and PDF through Cairo, where it was there when this was built.
+#include "runs/picture.h"
 
 #ifdef QV_WITH_CAIRO
 #include <cairo-pdf.h>
 #include <cairo.h>
+
+#include <algorithm>
 #endif
 
-namespace qvcli {
+namespace qv::runs {
 
 #ifdef QV_WITH_CAIRO
 
@@ -105,35 +107,31 @@ int QVCALL clip(void* context, double x, double y, double width, double height) 
 
 }  // namespace
 
-void writeCairo(QvGraph* graph, const std::string& file, bool pdf, double width, double height,
-                double scale) {
+int writeCairo(QvGraph* graph, const std::string& file, bool pdf, double width, double height, double scale) {
   using Surface = std::unique_ptr<cairo_surface_t, decltype(&cairo_surface_destroy)>;
   if (pdf) scale = 1;
+  const auto pixels = [scale](double units) { return std::max(1, static_cast<int>(units * scale)); };
   const Surface surface(pdf ? cairo_pdf_surface_create(file.c_str(), width, height)
-                            : cairo_image_surface_create(CAIRO_FORMAT_ARGB32, static_cast<int>(width * scale),
-                                                         static_cast<int>(height * scale)),
+                            : cairo_image_surface_create(CAIRO_FORMAT_ARGB32, pixels(width), pixels(height)),
                         cairo_surface_destroy);
-  if (cairo_surface_status(surface.get()) != CAIRO_STATUS_SUCCESS) throw qv::Error(file, QV_FILE_OPEN);
+  if (cairo_surface_status(surface.get()) != CAIRO_STATUS_SUCCESS) return pdf ? QV_FILE_OPEN : QV_MALLOC;
   const std::unique_ptr<cairo_t, decltype(&cairo_destroy)> context(cairo_create(surface.get()),
                                                                    cairo_destroy);
   cairo_scale(context.get(), scale, scale);
   const QvPainter painter = {context.get(), scale, line, polyline, rectangle, polygon, text, extent, clip};
-  qv::check(qvGraphPaint(graph, &painter, width, height), file);
-  if (pdf)
-    cairo_surface_finish(surface.get());
-  else if (cairo_surface_write_to_png(surface.get(), file.c_str()) != CAIRO_STATUS_SUCCESS)
-    throw qv::Error(file, QV_FILE_WRITE);
-  if (pdf && cairo_surface_status(surface.get()) != CAIRO_STATUS_SUCCESS)
-    throw qv::Error(file, QV_FILE_WRITE);
+  if (const int status = qvGraphPaint(graph, &painter, width, height); status != QV_OK) return status;
+  if (pdf) cairo_surface_finish(surface.get());
+  const cairo_status_t written =
+      pdf ? cairo_surface_status(surface.get()) : cairo_surface_write_to_png(surface.get(), file.c_str());
+  return written == CAIRO_STATUS_SUCCESS ? QV_OK : QV_FILE_WRITE;
 }
 
 #else
 
-void writeCairo(QvGraph*, const std::string& file, bool, double, double, double) {
-  throw qv::Error(file, "this qv was built without Cairo (Debian: libcairo2-dev); it writes .svg",
-                  QV_UNKNOWN);
+int writeCairo(QvGraph*, const std::string& file, bool, double, double, double) {
+  throw Error(file, "this qv was built without Cairo (Debian: libcairo2-dev); it writes .svg", QV_UNKNOWN);
 }
 
 #endif
 
-}  // namespace qvcli
+}  // namespace qv::runs

@@ -1,0 +1,35 @@
+#include "runs/picture.h"
+
+namespace qv::runs {
+
+GraphPointer openGraph(const QvBars& bars, const std::string& title) {
+  GraphPointer graph(qvGraphOpen(&bars, title.c_str(), QV_GRAPH_REFER));
+  if (!graph) throw Error("the chart", QV_MALLOC);
+  return graph;
+}
+
+PictureKind pictureKindOf(const std::string& file) {
+  std::string name = file;
+  for (char& c : name)
+    if (c >= 'A' && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');
+  return name.ends_with(".svg")   ? PictureKind::Svg
+         : name.ends_with(".png") ? PictureKind::Png
+         : name.ends_with(".pdf") ? PictureKind::Pdf
+                                  : PictureKind::None;
+}
+
+void writePicture(QvGraph* graph, const std::string& file, double width, double height, double scale) {
+  const auto isSize = [](double units) { return units >= 1 && units <= kLargestPicture; };
+  if (!isSize(width) || !isSize(height))
+    throw Error(file, "pictures are 1 to 20000 units wide and high", QV_INVALID_PARM);
+  const PictureKind kind = pictureKindOf(file);
+  if (kind == PictureKind::None) throw Error(file, "pictures end in .svg, .png or .pdf", QV_INVALID_PARM);
+  const int status = kind == PictureKind::Svg
+                         ? qvGraphWriteSVG(graph, file.c_str(), width, height)
+                         : writeCairo(graph, file, kind == PictureKind::Pdf, width, height, scale);
+  if (status == QV_FILE_OPEN || status == QV_FILE_WRITE)
+    throw Error(file, "the picture can't be written there", status);
+  check(status, file);
+}
+
+}  // namespace qv::runs

@@ -1,0 +1,31 @@
+// Pictures of graphs in files: SVG by the library, PNG and PDF through Cairo.
+#pragma once
+
+#include <memory>
+#include <string>
+
+#include "qvlib60.hpp"
+
+namespace qv::runs {
+
+struct CloseGraph {
+  void operator()(QvGraph* graph) const { qvGraphClose(graph); }
+};
+using GraphPointer = std::unique_ptr<QvGraph, CloseGraph>;
+
+// Refers to the bars, which must outlive it.
+GraphPointer openGraph(const QvBars& bars, const std::string& title);
+
+enum class PictureKind { None, Svg, Png, Pdf };
+PictureKind pictureKindOf(const std::string& file);  // by its ending, in any case
+
+constexpr double kLargestPicture = 20000;  // units, wide and high
+
+// As the file ends. PNG has the size times the scale pixels, PDF a point to a unit. Throws for a file that
+// ends otherwise or can't be written, a size that is none, and where Cairo is missing.
+void writePicture(QvGraph* graph, const std::string& file, double width, double height, double scale = 1);
+
+// The same through Cairo; 0 or a code. Throws where Cairo is missing.
+int writeCairo(QvGraph* graph, const std::string& file, bool pdf, double width, double height, double scale);
+
+}  // namespace qv::runs
