@@ -8,7 +8,7 @@ build_programs
 pages=build/docs/calculations
 rm -rf build/docs
 mkdir -p build/docs
-python3 scripts/make_pages.py build/release/libQVLIB60.so "$pages"
+python3 scripts/make_pages.py --pictures build/release/cli/qv build/release/libQVLIB60.so "$pages"
 QV_VERSION=$(sed -nE 's/^#define QVLIB60_VERSION_[A-Z]+ +([0-9]+)$/\1/p' include/qvlib60/version.h | paste -sd.) \
   QV_OUTPUT=build/docs QV_PAGES=$pages doxygen docs/doxygen/Doxyfile
 echo "$(find build/docs/html -name '*.html' | wc -l) pages: build/docs/html/index.html"

@@ -1,17 +1,20 @@
 #!/usr/bin/env python3
 """Writes a page for every calculation and candlestick pattern, out of the catalogue and the headers.
 
-usage: scripts/make_pages.py LIBRARY DIRECTORY [COMPILER]
+usage: scripts/make_pages.py [--compiler CC] [--pictures QV] LIBRARY DIRECTORY
 
-LIBRARY is a built libQVLIB60.so. With a COMPILER the examples in C are compiled, too. Formulas are opened
-where the library has them. Ends with 1 when a page lacks something.
+LIBRARY is a built libQVLIB60.so. With a compiler the examples in C are compiled, too; with the tool each page has a
+picture. Ends with 1 when a page lacks something.
 """
+import argparse
 import ctypes
 import re
 import subprocess
 import sys
 from ctypes import POINTER, c_char_p, c_double, c_int, c_int32, c_void_p
 from pathlib import Path
+
+import page_pictures
 
 ROOT = Path(__file__).resolve().parent.parent
 
@@ -147,9 +150,9 @@ def example(name, declaration, entry, choice=None):
             f"int status = {name}({', '.join(call)});", "/* ... */", *(f"qvFreeArray(&{o});" for o in outputs), *after]
 
 
-def formula(entry, output=None, choice=None):
-    """The entry as a formula; empty where it takes what a bar set does not hold."""
-    series = [SERIES.get(i.series) for i in entry.inputs[:entry.inputCount]]
+def formula(entry, output=None, choice=None, stand_ins=None):
+    """The entry as a formula; empty where it takes what a bar set does not hold and nothing stands in for it."""
+    series = [SERIES.get(i.series) or (stand_ins or {}).get(text(i.name)) for i in entry.inputs[:entry.inputCount]]
     if entry.barsCount > 1 or None in series:
         return ""
     if entry.paramCount and entry.params[0].kind == CHOICE and text(entry.params[0].name) == "name":
@@ -209,11 +212,26 @@ def needs(library, pointer):
     return "## How many bars\n\n" + "\n".join(lines) + "\n"
 
 
-def page(library, pointer, declaration):
+def picture(entry, pictures, name, title, choice=None):
+    """The lines that show a picture; notes it down to be drawn."""
+    drawn = formula(entry, choice=choice, stand_ins=page_pictures.STAND_INS)
+    if pictures is None or not drawn:
+        return ""
+    main = entry.outputs[max(entry.mainOutput, 0)]
+    open_interest = "openInterest" in [name for bit, name in SERIES.items() if entry.series & bit]
+    open_interest = open_interest or any(i.series == 64 for i in entry.inputs[:entry.inputCount])
+    pictures.append((f"{name}.svg", title, drawn, main.style >= 4, open_interest))
+    given = drawn if formula(entry, choice=choice) != drawn else ""
+    instead = " The volumes stand for the open interest." if open_interest else ""
+    return (f"![{title}]({name}.svg)\n" + (f"\nAs an example of the series it takes: `{given}`.\n" if given else "")
+            + (f"\n{instead.strip()}\n" if instead else "") + "\n")
+
+
+def page(library, pointer, declaration, pictures):
     entry = pointer.contents
     name = text(entry.name)
     parts = [f"# {text(entry.title)}\n\n`{name}`, in formulas `{text(entry.shortName)}`; {text(entry.group)}\n\n"
-             f"{text(entry.summary)}\n"]
+             f"{text(entry.summary)}\n", picture(entry, pictures, name, text(entry.title))]
     if entry.note:
         parts.append(f"**Why other charts may differ:** {text(entry.note)}\n")
     parts += described(entry) + [needs(library, pointer)]
@@ -231,19 +249,20 @@ def page(library, pointer, declaration):
     return "\n".join(parts), texts
 
 
-def candle_page(choice, declaration, fill, entry):
+def candle_page(choice, declaration, fill, entry, pictures):
     words = re.sub(r"(?<=[a-z])(?=[A-Z0-9])", " ", choice)
     call = formula(entry, choice=choice)
     return (f"# {words}\n\n`{'qv' + choice}`, candlestick pattern; {declaration.section.lower()}\n\n{declaration.comment}\n\n"
-            f"**Why other charts may differ:** {text(entry.note)}\n\n## In C\n\n"
+            f"{picture(entry, pictures, choice, words, choice)}**Why other charts may differ:** {text(entry.note)}\n\n## In C\n\n"
             + "".join(f"    {line}\n" for line in example("qvCandleFill", fill, entry, choice))
             + f"\n`{declaration.text}` tells of one bar.\n\n## As a formula\n\n    {call}\n\n"
               f"A formula measures bodies against those of the bars before, without looking ahead.\n\n"
               f"## Source\n\n{text(entry.source)}\n\n{declaration.rules}\n"), [call]
 
 
-def main(library_path, directory, compiler=None):
+def main(library_path, directory, compiler, tool):
     library, declared, missing = load(library_path), declarations(), []
+    pictures = [] if tool else None
     out = Path(directory)
     (out / "candles").mkdir(parents=True, exist_ok=True)
     index, group, examples = [f"# Calculations\n\nQVLIB60 {text(library.qvVersion())}\n"], None, []
@@ -264,7 +283,7 @@ def main(library_path, directory, compiler=None):
         name, declaration = text(entry.name), declared[text(entry.name)]
         if not declaration.comment:
             missing.append(f"{name}: no text in {declaration.header}")
-        content, formulas = page(library, pointer, declaration)
+        content, formulas = page(library, pointer, declaration, pictures)
         write(f"{name}.md", content, formulas, example(name, declaration, entry))
         if entry.group != group:
             group = entry.group
@@ -275,7 +294,7 @@ def main(library_path, directory, compiler=None):
                 pattern = declared["qv" + choice]
                 if not pattern.comment:
                     missing.append(f"qv{choice}: no text")
-                write(f"candles/{choice}.md", *candle_page(choice, pattern, declaration, entry),
+                write(f"candles/{choice}.md", *candle_page(choice, pattern, declaration, entry, pictures),
                       example(name, declaration, entry, choice))
                 index.append(f"  - [{choice}](candles/{choice}.md)")
     (out / "index.md").write_text("\n".join(index) + "\n")
@@ -288,12 +307,18 @@ def main(library_path, directory, compiler=None):
                                 for k, lines in enumerate(examples)))
     if compiler:
         subprocess.run([compiler, "-std=gnu99", "-Wall", "-fsyntax-only", "-I", ROOT / "include", source], check=True)
-    print(f"{len(examples)} pages in {out}")
+    if tool:
+        page_pictures.draw(tool, out, pictures)
+    print(f"{len(examples)} pages, {len(pictures or [])} pictures in {out}")
     print("\n".join(missing), end="\n" if missing else "")
     return 1 if missing else 0
 
 
 if __name__ == "__main__":
-    if len(sys.argv) not in (3, 4):
-        sys.exit(__doc__)
-    sys.exit(main(*sys.argv[1:]))
+    parser = argparse.ArgumentParser(description=__doc__, formatter_class=argparse.RawDescriptionHelpFormatter)
+    parser.add_argument("library")
+    parser.add_argument("directory")
+    parser.add_argument("--compiler")
+    parser.add_argument("--pictures")
+    given = parser.parse_args()
+    sys.exit(main(given.library, given.directory, given.compiler, given.pictures))
