@@ -8,8 +8,7 @@ namespace qv::charting {
 
 namespace {
 
-// Pieces of text from left to right, row by row. What does not fit into the rows is left out, with an
-// ellipsis.
+// Pieces of text from left to right, row by row. What does not fit into the rows is left out.
 class Rows {
  public:
   Rows(Canvas& canvas, const Rect& plot, double height, bool draw) noexcept

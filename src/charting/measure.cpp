@@ -154,7 +154,7 @@ void Painting::fitScale(int subWindow, int side) noexcept {
   const bool exact = all.known() && fixed.known() && !log && all.low >= fixed.low && all.high <= fixed.high;
   if (exact) all.take(fixed);
   if (onZero && !log && !percent && all.known()) all.take(0.0);
-  const double legendHeight = s.plot.height() > 4.0 * rowHeight() ? legend(subWindow, false) : 0.0;
+  const double legendHeight = hasLegend(s) ? legend(subWindow, false) : 0.0;
   scale.fit(all, (onZero && all.low == 0.0) || (exact && all.low == fixed.low),
             exact && all.high == fixed.high, s.plot.top + (legendHeight > 0.0 ? legendHeight + 4.0 : 4.0),
             s.plot.bottom - 3.0);

@@ -112,9 +112,8 @@ void Painting::paintSubWindow(int subWindow) noexcept {
   DateTick dates[kMostDateTicks];
   const int count = dateTicks(*g_.bars.record, g_.axis, g_.area.right, canvas_.fontSize(), canvas_, dates);
   paintGrid(s, dates, count);
-  const bool hasLegend = s.plot.height() > 4.0 * rowHeight();
   noteCount_ = 0;
-  if (hasLegend)
+  if (hasLegend(s))
     notes_[noteCount_++] = {s.plot.left, s.plot.top, s.plot.right, s.plot.top + legend(subWindow, false)};
   paintItems(subWindow);
   const bool nothing = !s.scales[0].known() && !s.scales[1].known();
@@ -123,7 +122,7 @@ void Painting::paintSubWindow(int subWindow) noexcept {
     canvas_.text((s.plot.left + s.plot.right) / 2,
                  (s.plot.top + s.plot.bottom + canvas_.fontSize() * 0.7) / 2, missing, g_.theme.faint,
                  Align::Centre);
-  if (hasLegend) legend(subWindow, true);
+  if (hasLegend(s)) legend(subWindow, true);
   canvas_.clip(whole_);
   for (const int side : {QV_SIDE_RIGHT, QV_SIDE_LEFT}) paintScale(subWindow, side);
   canvas_.outline(s.plot, {g_.theme.frame, 1.0, QV_DASH_SOLID});

@@ -105,6 +105,7 @@ class Painting {
   Prices pricesOf(const Item& item) const noexcept { return charting::pricesOf(*item.bars.record); }
   const Item* firstPrices(int subWindow) const noexcept;
   double rowHeight() const noexcept { return canvas_.theme().fontSize * 1.4; }
+  bool hasLegend(const SubWindow& s) const noexcept { return s.plot.height() > 2.5 * rowHeight(); }
   // The bars that are both visible and there.
   int firstBar() const noexcept { return std::max(g_.axis.first, 0); }
   int endBar() const noexcept { return std::min(g_.axis.last, count_ - 1) + 1; }
