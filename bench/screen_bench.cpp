@@ -28,7 +28,7 @@ class PriceFiles {
              "vol = 6\ndtformat = YMD\n";
     const QvBars& bars = qvbench::barSets(qvbench::kMillion).front();
     for (int f = 0; f < kFiles; ++f) {
-      const std::string name = "S" + std::to_string(10000 + f) + ".csv";
+      const std::string name = std::to_string(10000 + f) + ".csv";
       std::FILE* file = std::fopen((directory_ / name).string().c_str(), "wb");
       if (!file) return;
       std::fputs("Date,Open,High,Low,Close,Volume\n", file);

@@ -186,7 +186,7 @@ void Canvas::to(double x, double y) noexcept {
   x = nearer(x), y = nearer(y);
   double x1 = lastX_, y1 = lastY_, x2 = x, y2 = y;
   lastX_ = x, lastY_ = y;
-  if (x1 != x1) return;
+  if (x1 != x1 || (x1 == x && y1 == y)) return;
   if (!cut(x1, y1, x2, y2)) return flush();
   if (count_ == 0 || points_[count_ - 1].x != x1 || points_[count_ - 1].y != y1) {
     flush();

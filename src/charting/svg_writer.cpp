@@ -153,20 +153,31 @@ void SvgWriter::pair(double x, double y) noexcept {
   number(y);
 }
 
-// To the hundredth, without zeros at the end.
+// To the hundredth, without zeros at the end. Most of a picture is numbers: they are written from behind.
 void SvgWriter::number(double v) noexcept {
   char digits[32];
-  auto hundredths = static_cast<std::int64_t>(std::floor(std::fabs(v) * 100.0 + 0.5));
-  const char* sign = v < 0.0 && hundredths != 0 ? "-" : "";
-  const auto whole = static_cast<long long>(hundredths / 100);
-  char* at = digits + std::snprintf(digits, sizeof digits - 4, "%s%lld", sign, whole);
-  hundredths %= 100;
-  if (hundredths) {
-    *at++ = '.';
-    *at++ = static_cast<char>('0' + hundredths / 10);
-    if (hundredths % 10) *at++ = static_cast<char>('0' + hundredths % 10);
+  char* const end = digits + sizeof digits;
+  char* at = end;
+  auto left = static_cast<std::uint64_t>(std::fabs(v) * 100.0 + 0.5);
+  const bool negative = v < 0.0 && left != 0;
+  const auto digit = [&] {
+    *--at = static_cast<char>('0' + left % 10);
+    left /= 10;
+  };
+  if (left % 100 == 0) {
+    left /= 100;
+  } else {
+    if (left % 10 == 0)
+      left /= 10;
+    else
+      digit();
+    digit();
+    *--at = '.';
   }
-  add(digits, static_cast<std::size_t>(at - digits));
+  do digit();
+  while (left != 0);
+  if (negative) *--at = '-';
+  add(at, static_cast<std::size_t>(end - at));
 }
 
 void SvgWriter::paint(const char* attribute, uint32_t colour) noexcept {
