@@ -223,6 +223,7 @@ void settleDecimals(const std::string& file, const CsvTable& table, DecimalSign 
   std::string_view seen[5];
   for (const CsvRow& row : table.rows()) {
     if (row.line <= layout.headerLine) continue;
+    if (line[static_cast<std::size_t>(Sign::Point)] && !table.canHoldCommas()) break;  // settled
     for (const CsvField field : {kOpen, kHigh, kLow, kClose, kVolume, kOpenInterest, kAdjustedClose}) {
       const std::string_view cell = table.cell(row, layout.column[field]);
       const auto sign = static_cast<std::size_t>(decimalSignOf(cell));

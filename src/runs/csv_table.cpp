@@ -32,9 +32,9 @@ struct CsvSplitting {
     auto& s = *static_cast<CsvSplitting*>(data);
     const std::size_t count = s.table.cells_.size() - s.first;
     if (count > 0) s.table.rows_.push_back({s.line, s.first, count});
-    const char* const text = s.table.text_.get();
-    const auto lines = std::count(text + s.start, text + s.used, '\n');
-    s.overLines = lines > 0;
+    const std::string_view text(s.table.text_.get() + s.start, s.used - s.start);
+    s.overLines = text.find('\n') != std::string_view::npos;
+    const auto lines = s.overLines ? std::count(text.begin(), text.end(), '\n') : 0;
     s.line += static_cast<int>(lines) + (end == '\n');
     s.start = s.used;
     s.first = s.table.cells_.size();
@@ -44,6 +44,7 @@ struct CsvSplitting {
 CsvTable::CsvTable(const std::string& file, std::string_view text, char delimiter)
     : text_(new char[text.size() + 1]) {
   cells_.reserve(text.size() / 6 + 16);
+  canHoldCommas_ = delimiter != ',' || text.find('"') != std::string_view::npos;
   CsvSplitting splitting{*this};
   csv_parser parser;
   // Every end of a line is reported, so that rows know their line.

@@ -24,12 +24,14 @@ class CsvTable {
   std::string_view cell(const CsvRow& row, std::size_t column) const {
     return column < row.count ? cells_[row.first + column] : std::string_view();
   }
+  bool canHoldCommas() const { return canHoldCommas_; }  // the cells
 
  private:
   friend struct CsvSplitting;
   std::unique_ptr<char[]> text_;  // of all cells: together they are no longer than the file
   std::vector<std::string_view> cells_;
   std::vector<CsvRow> rows_;
+  bool canHoldCommas_ = true;
 };
 
 }  // namespace qv::runs
