@@ -10,6 +10,7 @@
 #include "cli/rules.h"
 #include "cli/tool.h"
 #include "runs/backtest_chart.h"
+#include "runs/report.h"
 
 namespace qvcli {
 
@@ -46,53 +47,14 @@ Rules rulesOf(const RuleOptions& options) {
   });
 }
 
-struct FigureRow {
-  const char* title;
-  const char* format;
-  double system;
-  Cell hold;
-};
-
-std::vector<FigureRow> figureRows(const Figures& f, const QvEquityFigures& h) {
-  const QvEquityFigures& e = f.equity;
-  const QvTradeFigures& t = f.trades;
-  return {{"Final equity", "%.2f", e.last, h.last},
-          {"Total growth %", "%.2f", e.totalGrowth, h.totalGrowth},
-          {"Annual growth %", "%.2f", e.annualGrowth, h.annualGrowth},
-          {"Sharpe ratio", "%.3f", e.sharpe, h.sharpe},
-          {"Sortino ratio", "%.3f", e.sortino, h.sortino},
-          {"Greatest drawdown", "%.2f", e.greatestDrawdown, h.greatestDrawdown},
-          {"Greatest drawdown %", "%.2f", e.greatestDrawdownPercent, h.greatestDrawdownPercent},
-          {"Longest drawdown, bars", "%.0f", 1.0 * e.greatestDrawdownBars, 1.0 * h.greatestDrawdownBars},
-          {"Exposure %", "%.1f", t.exposure, Unknown{}},
-          {"Profit factor of all trades", "%.3f", t.profitFactor, Unknown{}},
-          {"Expectancy of a trade", "%.2f", t.expectancy, Unknown{}},
-          {"Bars a year", "%.2f", e.barsPerYear, h.barsPerYear}};
-}
-
-std::string textOf(const char* format, double x) {
-  if (std::isinf(x)) return "no loss";
-  char text[400];
-  std::snprintf(text, sizeof text, format, x);
-  return text;
-}
-
 void printFigures(const Figures& figures, const QvEquityFigures& hold, Form form) {
   if (form == Form::Table) {
-    std::printf("\n%-30s%16s%16s\n", "What that report lacks", "SYSTEM", "BUY AND HOLD");
-    for (const FigureRow& row : figureRows(figures, hold)) {
-      const double* held = std::get_if<double>(&row.hold);
-      std::printf("  %-28s%16s%s\n", row.title, textOf(row.format, row.system).c_str(),
-                  held ? (std::string(16 - std::min<std::size_t>(16, textOf(row.format, *held).size()), ' ') +
-                          textOf(row.format, *held))
-                             .c_str()
-                       : "");
-    }
+    std::printf("\n%s", qv::runs::figureTable(figures, hold).c_str());
     return;
   }
   Rows rows(form, {{"figure"}, {"system"}, {"buy and hold"}});
-  for (const FigureRow& row : figureRows(figures, hold))
-    rows.add({std::string(row.title), row.system, row.hold});
+  for (const qv::runs::FigureRow& row : qv::runs::figureRows(figures, hold))
+    rows.add({std::string(row.title), row.system, std::isnan(row.hold) ? Cell(Unknown{}) : Cell(row.hold)});
   rows.print();
 }
 

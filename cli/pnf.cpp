@@ -1,13 +1,12 @@
 // qv pnf: a point-and-figure chart in the terminal.
-#include <cmath>
+#include "runs/pnf.h"
+
 #include <cstdio>
-#include <fstream>
 
 #include "cli/options.h"
 #include "cli/output.h"
 #include "cli/picture.h"
 #include "cli/tool.h"
-#include "runs/temporary_file.h"
 
 namespace qvcli {
 
@@ -22,26 +21,6 @@ struct Options {
   OutputOptions output;
   PictureOptions picture;
 };
-
-// About a hundredth of the price: 1, 2 or 5 times a power of ten.
-double usualBox(double price) {
-  const double power = std::pow(10.0, std::floor(std::log10(price / 100.0)));
-  const double digits = price / 100.0 / power;
-  return power * (digits < 2.0 ? 1.0 : digits < 5.0 ? 2.0 : 5.0);
-}
-
-// The library writes charts to files only.
-void printChart(const qv::Bars& columns, double box) {
-  const qv::runs::TemporaryFile file;
-  qv::check(qvPNFchart(&columns, box, file.path.string().c_str(), 0), "chart");
-  std::ifstream chart(file.path);
-  std::string line;
-  while (std::getline(chart, line)) {
-    if (line.empty()) continue;
-    line.erase(line.find_last_not_of(' ') + 1);
-    std::printf("%s\n", line.c_str());
-  }
-}
 
 std::string titleOf(const Options& options, const qv::Bars& bars, double box) {
   return options.file + ", " + isoDate(bars.date.data[0]) + " to " +
@@ -59,23 +38,16 @@ void writeChart(const Options& options, const qv::Bars& columns, double box, con
 int run(const Options& options) {
   checkPictureOptions(options.picture);
   const qv::Bars bars = loadBars(options.file, options.how, options.range);
-  const double last = bars.close.data[bars.barsize - 1];
-  const double box = options.box > 0.0 ? options.box : last > 0.0 ? usualBox(last) : 1.0;
-  qv::Bars columns;
-  qv::Series columnOf;
-  const auto chart = options.hilo ? qvBars2PNFhilo : qvBars2PNF;
-  if (chart(&bars, &columns, &columnOf, box, options.reversal, 0) != QV_OK)
-    throw qv::Error(options.file,
-                    "the price never moves a box of " + fullNumber(box) + ": give a smaller --box",
-                    QV_INVALID_PARM);
-  const std::string title = titleOf(options, bars, box);
+  const qv::runs::PointAndFigure chart =
+      qv::runs::pointAndFigure(bars, options.file, options.box, options.reversal, options.hilo);
+  const qv::Bars& columns = chart.columns;
+  const std::string title = titleOf(options, bars, chart.box);
   if (!options.picture.file.empty()) {
-    writeChart(options, columns, box, title);
+    writeChart(options, columns, chart.box, title);
     return kDone;
   }
   if (options.output.form() == Form::Table) {
-    std::printf("%s\n", title.c_str());
-    printChart(columns, box);
+    std::printf("%s\n%s", title.c_str(), chart.text.c_str());
     return kDone;
   }
   Rows rows(options.output.form(), {{"column"}, {"date"}, {"direction"}, {"high"}, {"low"}});

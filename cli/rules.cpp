@@ -4,6 +4,8 @@
 #include <cmath>
 #include <cstdio>
 
+#include "runs/report.h"
+
 namespace qvcli {
 
 namespace {
@@ -78,25 +80,7 @@ std::vector<qv::runs::ParameterSet> setsOf(const RuleOptions& options) {
 }
 
 void printTerms(const RuleOptions& options) {
-  const qv::runs::BacktestSettings s = settingsOf(options);
-  for (int rule = 0; rule < qv::runs::kRuleCount; ++rule)
-    if (!options.rules[rule].empty())
-      std::printf("%-8s%s\n", qv::runs::kRuleNames[rule], options.rules[rule].c_str());
-  std::printf(
-      "fills   Rules are known at a bar's close, count from their first valid bar on, and are filled at the "
-      "next\n"
-      "        open.");
-  if (!options.rules[qv::runs::kStop].empty())
-    std::printf(
-        " The stop's distance is that of the entry's bar; it waits from the next bar on and is filled\n"
-        "        at its price, or at the open of a bar that opens beyond it.");
-  std::printf("\ncosts   %g bp of the traded value and %g bp slippage, %.2f fixed, for each fill\n",
-              s.cost * 1e4, s.slip * 1e4, s.fixed);
-  std::printf("account %.2f, entries of %d, %g %% a year without risk\n", s.capital, s.size, s.rate * 100);
-  if (s.tick > 0)
-    std::printf("tick    %g, prices are truncated to its multiples\n", s.tick);
-  else
-    std::printf("tick    none, prices are as the file has them\n");
+  std::printf("%s", qv::runs::termsText(options.rules, settingsOf(options)).c_str());
 }
 
 }  // namespace qvcli

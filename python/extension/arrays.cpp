@@ -47,7 +47,9 @@ bool isPlain(PyObject* object) {
   if (Py_TYPE(object) != Numpy::get().PyArray_Type_) return false;
   const py::detail::PyArray_Proxy* a = proxyOf(object);
   constexpr int kNeeded = Numpy::NPY_ARRAY_C_CONTIGUOUS_ | Numpy::NPY_ARRAY_ALIGNED_;
-  return a->nd == 1 && a->descr == doubleType() && (a->flags & kNeeded) == kNeeded;
+  if (a->nd != 1 || (a->flags & kNeeded) != kNeeded) return false;
+  // Arrays that were pickled have a type of their own that means the same.
+  return a->descr == doubleType() || Numpy::get().PyArray_EquivTypes_(a->descr, doubleType());
 }
 
 int firstNumber(const double* items, int size) {
@@ -69,9 +71,8 @@ Input inputOf(PyObject* object, const char* name) {
   Input in;
   if (!isPlain(object)) {
     in.keeper = py::handle(package.doubles)(py::handle(object), name);
-    // A type of its own that means the same, as pickled arrays have it.
-    const bool isSame = Array::check_(in.keeper) && proxyOf(in.keeper.ptr())->nd == 1;
-    if (!isSame) throw py::type_error(std::string(name) + ": numbers in one dimension are wanted");
+    if (!isPlain(in.keeper.ptr()))
+      throw py::type_error(std::string(name) + ": numbers in one dimension are wanted");
     object = in.keeper.ptr();
   }
   const int size = sizeOf(object, name);

@@ -13,8 +13,6 @@ namespace qv::python {
 
 namespace py = pybind11;
 
-using Array = py::array_t<double, py::array::c_style>;
-
 // What the package's Python side does for the extension; set once, when the package is imported.
 struct Package {
   PyObject* doubles = nullptr;      // (values, name): an array of doubles

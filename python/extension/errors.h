@@ -11,7 +11,8 @@ namespace qv::python {
 
 namespace py = pybind11;
 
-// Sets the exception that stands for an error: OSError for files, MemoryError, else ValueError.
+// Sets the exception that stands for an error: OSError for files that are not there or not to be written,
+// MemoryError, else ValueError.
 inline void setError(const Error& e) {
   switch (e.code()) {
     case QV_MALLOC:
@@ -24,7 +25,6 @@ inline void setError(const Error& e) {
     case QV_FILE_EXISTS:
       PyErr_SetString(PyExc_FileExistsError, e.what());
       return;
-    case QV_FILE_READ:
     case QV_FILE_WRITE:
     case QV_FILE_SEEK:
       PyErr_SetString(PyExc_OSError, e.what());

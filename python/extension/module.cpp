@@ -1,9 +1,14 @@
 // The extension of the Python package qvlib60. Its objects are raw: the package's modules make them what
 // people use.
+#include "python/extension/backtests.h"
 #include "python/extension/bars.h"
+#include "python/extension/batch.h"
 #include "python/extension/calculations.h"
 #include "python/extension/errors.h"
+#include "python/extension/finance.h"
 #include "python/extension/formulas.h"
+#include "python/extension/simulator.h"
+#include "python/extension/sweeps.h"
 
 PYBIND11_MODULE(_core, module) {
   using namespace qv::python;
@@ -19,4 +24,9 @@ PYBIND11_MODULE(_core, module) {
   addBars(module);
   addCalculations(module);
   addFormulas(module);
+  addBatch(module);
+  addBacktests(module);
+  addSimulator(module);
+  addSweeps(module);
+  addFinance(module);
 }

@@ -14,9 +14,16 @@ from . import _arrays, _core, bars as _bars, catalogue, dates, results as _resul
 _core.connect(_arrays.doubles, _arrays.index_of, _arrays.wrapped, _results.result_type, dates.number, _bars.Bars,
               _bars.of_frame)
 
+from .backtests import *  # noqa: E402
 from .bars import *  # noqa: E402
+from .batches import *  # noqa: E402
 from .catalogue import calculations, info  # noqa: E402
+from .finance import *  # noqa: E402
 from .formulas import *  # noqa: E402
 from .indicators import *  # noqa: E402
+from .patterns import *  # noqa: E402
+from .screens import *  # noqa: E402
+from .simulator import *  # noqa: E402
+from .sweeps import *  # noqa: E402
 
 __version__: str = _core.version

@@ -345,7 +345,10 @@ def read(path: Union[str, os.PathLike[str]], *, type: str = "", dates: str = "",
     CSV files that do not settle it. adjusted: prices as the column Adj Close says.
     """
     kind, order, sign = _checked(type, dates, decimal)
-    bar_set, _, layout, left_out = _core.read(os.fspath(path), kind, order, sign, adjusted)
+    try:
+        bar_set, _, layout, left_out = _core.read(os.fspath(path), kind, order, sign, adjusted)
+    except ValueError as error:
+        raise ValueError(str(error).replace(": give --", ": give ")) from None
     bars = Bars._of(bar_set)
     bars.layout, bars.left_out = layout, tuple(LeftOut(*row) for row in left_out)
     return bars
