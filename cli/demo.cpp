@@ -17,7 +17,7 @@ struct Chapter {
 constexpr Chapter kChapters[] = {
     {"averages", showAverages}, {"momentum", showMomentum},  {"bands", showBands},
     {"candles", showCandles},   {"pnf", showPointAndFigure}, {"finance", showFinance},
-    {"trading", showTrading},   {"files", showDataFiles},
+    {"trading", showTrading},   {"streams", showStreams},    {"files", showDataFiles},
 };
 
 std::string chapterNames() {

@@ -22,5 +22,6 @@ void showCandles(const DemoData& demo);
 void showPointAndFigure(const DemoData& demo);
 void showFinance(const DemoData& demo);
 void showTrading(const DemoData& demo);
+void showStreams(const DemoData& demo);
 
 }  // namespace qvcli

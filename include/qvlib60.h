@@ -13,6 +13,7 @@
 #include "qvlib60/indicators.h"
 #include "qvlib60/patterns.h"
 #include "qvlib60/pnf.h"
+#include "qvlib60/stream.h"
 #include "qvlib60/tradesim.h"
 #include "qvlib60/version.h"
 

@@ -321,6 +321,67 @@ class Formula {
   std::unique_ptr<QvFormula, Close> f_;
 };
 
+// ---- Streams ------------------------------------------------------------------------------------
+
+// A calculation or formula bar by bar; qvlib60/stream.h says how values and outputs lie. Copies are streams
+// of their own in the same state.
+class Stream {
+ public:
+  explicit Stream(const QvCatalogueEntry& entry, const double* params = nullptr, int start = 0) {
+    QvStream* opened = nullptr;
+    check(qvStreamOpen(&entry, params, start, &opened), entry.name);
+    s_.reset(opened);
+  }
+  explicit Stream(const Formula& formula) {
+    QvStream* opened = nullptr;
+    check(qvStreamOpenFormula(formula.get(), &opened), "qvStreamOpenFormula");
+    s_.reset(opened);
+  }
+  static Stream load(std::span<const unsigned char> block) {
+    QvStream* loaded = nullptr;
+    check(qvStreamLoad(block.data(), static_cast<int>(block.size()), &loaded), "qvStreamLoad");
+    return Stream(loaded);
+  }
+  Stream(const Stream& other) {
+    QvStream* copy = nullptr;
+    check(qvStreamCopy(other.get(), &copy), "qvStreamCopy");
+    s_.reset(copy);
+  }
+  Stream(Stream&&) noexcept = default;
+  Stream& operator=(Stream other) noexcept {
+    s_.swap(other.s_);
+    return *this;
+  }
+
+  void update(const double* const* values, int count, double* const* outputs) {
+    check(qvStreamUpdate(get(), values, count, outputs), "qvStreamUpdate");
+  }
+  void peek(const double* const* values, double* const* outputs) {
+    check(qvStreamPeek(get(), values, outputs), "qvStreamPeek");
+  }
+  void replaceLast(const double* const* values, double* const* outputs) {
+    check(qvStreamReplaceLast(get(), values, outputs), "qvStreamReplaceLast");
+  }
+  int bars() const noexcept { return qvStreamBars(get()); }
+  int outputCount() const noexcept { return qvStreamOutputCount(get()); }
+  int firstValid(int output = 0) const noexcept { return qvStreamFirstValid(get(), output); }
+  std::vector<unsigned char> save() const {
+    const int size = check(qvStreamSave(get(), nullptr, 0), "qvStreamSave");
+    std::vector<unsigned char> block(static_cast<std::size_t>(size));
+    check(qvStreamSave(get(), block.data(), size), "qvStreamSave");
+    return block;
+  }
+  QvStream* get() const noexcept { return s_.get(); }
+
+ private:
+  explicit Stream(QvStream* s) noexcept : s_(s) {}
+
+  struct Close {
+    void operator()(QvStream* s) const noexcept { qvStreamClose(s); }
+  };
+  std::unique_ptr<QvStream, Close> s_;
+};
+
 }  // namespace qv
 
 #endif

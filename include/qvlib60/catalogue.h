@@ -36,7 +36,9 @@ enum {
   QV_CALC_WHOLE_SERIES = 4, /* some output looks at later bars (QvCatalogueOutput.repaints): what it
                                shows at a bar was not known at that bar. Not for a backtest. */
   QV_CALC_TWO_BARS = 8,     /* takes two bar sets */
-  QV_CALC_SIGNALS = 16      /* every output is a series of signals */
+  QV_CALC_SIGNALS = 16,     /* every output is a series of signals */
+  QV_CALC_NO_STREAM = 32    /* every output looks at later bars: there are no updates bar by bar, and
+                               qvStreamOpen answers -10 */
 };
 
 /* QvCatalogueParam.kind. */

@@ -113,17 +113,19 @@ consteval auto items(const char* group) {
   for (std::size_t k = 0; k < result.size(); ++k) {
     const Row& r = rows[k];
     int flags = r.flags;
-    bool signals = true;
+    bool signals = true, ahead = true;
     for (int o = 0; o < r.outputCount; ++o) {
       if (!outputs[o].name || outputs[o].name[0] == 0) rowDoesNotFitItsFunction();
       if (outputs[o].repaints) flags |= QV_CALC_WHOLE_SERIES;
       signals = signals && outputs[o].style == QV_STYLE_SIGNAL;
+      ahead = ahead && outputs[o].repaints;
     }
     for (int p = 0; p < r.paramCount; ++p)
       if (!params[p].name) rowDoesNotFitItsFunction();
     for (int i = 0; i < r.inputCount; ++i)
       if (!inputs[i].name) rowDoesNotFitItsFunction();
     if (signals) flags |= QV_CALC_SIGNALS;
+    if (ahead) flags |= QV_CALC_NO_STREAM;
     if (r.barsCount == 2) flags |= QV_CALC_TWO_BARS;
     result[k] = {{r.name, r.shortName, r.title, group, r.summary, r.origin, r.remark, params, inputs, outputs,
                   r.barsCount, r.inputCount, r.outputCount, r.paramCount, r.main, r.series, flags, 0},

@@ -1,6 +1,8 @@
 // Price transforms, simple changes, comparisons of two securities, and array steps.
+#include "indicators/transforms.h"
 #include "catalogue/entry.h"
 #include "catalogue/sources.h"
+#include "kernels/calculate.h"
 
 namespace qv::catalogue {
 namespace {
@@ -15,6 +17,16 @@ int QVCALL spread(const QvBars* bars1, const QvBars* bars2, QvArray* out, double
                   int) noexcept {
   return qvSpread(bars1, bars2, out, w1, w2, date);
 }
+// The steps of arrays are no chains where they stand: a stream takes these.
+int QVCALL divide(const QvArray* a, const QvArray* b, QvArray* out, double factor, int start) noexcept {
+  return openingOf(out) ? calculate<chain::Divide>({a, b}, {out}, start, factor)
+                        : qvDivide(a, b, out, factor, start);
+}
+int QVCALL multAdd(const QvArray* in, QvArray* out, double mult, double add, int start) noexcept {
+  return openingOf(out) ? calculate<chain::MultAddArray>({in}, {out}, start, mult, add)
+                        : qvMultAddArray(in, out, mult, add, start);
+}
+
 constexpr const char kByDate[] =
     "Bars are matched by their dates; the start is that of the dates, not of a call.";
 
@@ -28,9 +40,9 @@ constexpr Row kRows[] = {
     ENTRY(qvPerformancePct, "performance", "Performance", "The change since the first item, in percent.").params().gives(panel()).source(kAchelis).neverSettles(),
     ENTRY(qvDiffValue, "diff", "Difference", "The change over the last bars.").params(period("p", 1)).gives(panel())
         .valid([](const Valid& v) noexcept { return v[0]; }),
-    ENTRY(qvDivide, "divide", "Quotient", "One series over another times a factor, 0 where that is zero.")
+    ADAPTED(qvDivide, divide, "divide", "Quotient", "One series over another times a factor, 0 where that is zero.")
         .takes({{{"a", QV_SERIES_CLOSE, 0}, {"b", 0, 0}}}).params(real("factor", 1, 0.0001, 10000)).gives(panel()),
-    ENTRY(qvMultAddArray, "multadd", "Multiple and Sum", "A multiple of the series plus a constant.")
+    ADAPTED(qvMultAddArray, multAdd, "multadd", "Multiple and Sum", "A multiple of the series plus a constant.")
         .params(real("mult", 1, -1000, 1000), real("add", 0, -1000, 1000)).gives(over()).inPlace().setsNoFirstValid(),
     ENTRY(qvScaleArray, "scale", "Scaled Series", "The series mapped from one range onto another.")
         .params(real("oldMin", 0, -1000000, 1000000), real("oldMax", 0, -1000000, 1000000), real("newMin", 0, -1000000, 1000000), real("newMax", 100, -1000000, 1000000), choice("skipZeros", kOffOn, 0))

@@ -4,6 +4,7 @@
 #include <cstring>
 #include <limits>
 
+#include "core/array_formulas.h"
 #include "core/bar_prices.h"
 #include "core/calculation.h"
 #include "core/numbers.h"
@@ -60,7 +61,7 @@ void QVCALL qvShiftArray(QvArray* a, int k) noexcept {
 int QVCALL qvMultAddArray(const QvArray* in, QvArray* out, double mult, double add, int start) noexcept {
   const int n = prepareOutputInPlace(in, out);
   if (n < 1) return n;
-  mapItems(*in, *out, firstValidOf(start, {in}), n, [=](double x) { return mult * x + add; });
+  mapItems(*in, *out, firstValidOf(start, {in}), n, [=](double x) { return multipleOf(x, mult, add); });
   return QV_OK;
 }
 
@@ -68,7 +69,7 @@ int QVCALL qvDivide(const QvArray* a, const QvArray* b, QvArray* out, double fac
   const int n = prepareOutputs({}, {a, b}, {out});
   if (n < 1) return n;
   const int s = firstValidOf(start, {a, b});
-  for (int i = s; i < n; ++i) out->data[i] = b->data[i] != 0.0 ? a->data[i] / b->data[i] * factor : 0.0;
+  for (int i = s; i < n; ++i) out->data[i] = quotientOf(a->data[i], b->data[i], factor);
   qvSetFirstValid(out, s);
   return QV_OK;
 }

@@ -71,16 +71,6 @@ class TimeSpans {
 
 // ---- Groups of bars -----------------------------------------------------------------------------
 
-// A group is dated and closed by its last bar.
-void addToGroup(Bar& group, const Bar& bar) noexcept {
-  group.date = bar.date;
-  if (bar.high > group.high) group.high = bar.high;
-  if (bar.low < group.low) group.low = bar.low;
-  group.close = bar.close;
-  group.volume += bar.volume;
-  group.openInterest += bar.openInterest;
-}
-
 // Both sets may be the same: a group is stored at or below the last bar that it took.
 template <typename Periods>
 int groupBars(QvBars& in, QvBars& out, Periods periods, double startDate, double endDate) noexcept {

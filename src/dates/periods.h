@@ -3,10 +3,21 @@
 
 #include <cmath>
 
+#include "core/bar.h"
 #include "qvlib60/codes.h"
 #include "qvlib60/dates.h"
 
 namespace qv {
+
+// A group is dated and closed by its last bar.
+inline void addToGroup(Bar& group, const Bar& bar) noexcept {
+  group.date = bar.date;
+  if (bar.high > group.high) group.high = bar.high;
+  if (bar.low < group.low) group.low = bar.low;
+  group.close = bar.close;
+  group.volume += bar.volume;
+  group.openInterest += bar.openInterest;
+}
 
 // Compares each date with the one examined before it.
 class CalendarPeriods {

@@ -19,6 +19,9 @@ using namespace qv::formula;
 int parse(const char* text, int length, QvFormula& f, Complaint& complaint) noexcept {
   constexpr int kUsualNodes = 32;
   if (!f.nodes.grow(kUsualNodes) || !f.contexts.grow(1)) return QV_MALLOC;
+  f.text = memory::Buffer<char>(static_cast<std::size_t>(length) + 1);
+  if (!f.text.ok()) return QV_MALLOC;
+  std::memcpy(f.text.data(), text, static_cast<std::size_t>(length));
   f.contexts[0] = {};
   f.contextCount = 1;
   return Parser(text, length, f, complaint).run();

@@ -86,6 +86,7 @@ struct Parameter {
 }  // namespace qv::formula
 
 struct QvFormula {
+  qv::memory::Buffer<char> text;  // as it was opened
   qv::memory::Buffer<qv::formula::Node> nodes;
   qv::memory::Buffer<qv::formula::Context> contexts;
   qv::memory::Buffer<qv::formula::Parameter> parameters;

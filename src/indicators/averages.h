@@ -70,6 +70,10 @@ class TriangularMA {
     meansOfMeans_.run({means}, count, out);
   }
   void endShort(int items, Outputs<1> last) const noexcept { meansOfMeans_.endShort(items, last); }
+  template <typename V>
+  void fields(V& v) noexcept {
+    v(means_, meansOfMeans_);
+  }
 
  private:
   SimpleMA means_;
@@ -97,6 +101,10 @@ class MovingAverage {
         if (items <= average.lead()) average.endShort(items, last);
     };
     std::visit(end, average_);
+  }
+  template <typename V>
+  void fields(V& v) noexcept {
+    v(average_);
   }
 
  private:

@@ -39,6 +39,10 @@ class VIDYA {
     for (; i < count; ++i) y[i] = average = shares[i] * x[i] + (1.0 - shares[i]) * average;
     average_ = average;
   }
+  template <typename V>
+  void fields(V& v) noexcept {
+    v(seed_, momentum_, average_, begun_);
+  }
 
  private:
   int first_;

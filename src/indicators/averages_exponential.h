@@ -35,6 +35,10 @@ class ExponentialPair {
         },
         first_, second_);
   }
+  template <typename V>
+  void fields(V& v) noexcept {
+    v(origin_, first_, second_);
+  }
 
  private:
   Origin origin_;
@@ -52,6 +56,10 @@ class ExpMA {
   explicit ExpMA(double period) noexcept : average_(shareOf(period)) {}
   int lead() const noexcept { return 0; }
   void run(Inputs<1> in, int count, Outputs<1> out) noexcept { average_.run(in, count, out); }
+  template <typename V>
+  void fields(V& v) noexcept {
+    v(average_);
+  }
 
  private:
   Exponential average_;
@@ -73,6 +81,10 @@ class DEMA {
         },
         averages_);
   }
+  template <typename V>
+  void fields(V& v) noexcept {
+    v(origin_, averages_);
+  }
 
  private:
   Origin origin_;
@@ -93,6 +105,10 @@ class TEMA {
     origin_.over(
         in[0], count, [&](int at, int items) { relative(in[0] + at, items, out[0] + at); }, first_, second_,
         third_);
+  }
+  template <typename V>
+  void fields(V& v) noexcept {
+    v(origin_, first_, second_, third_);
   }
 
  private:
@@ -133,6 +149,11 @@ class T3 {
   }
   void shift(double more) noexcept {
     for (std::size_t k = 0; k < passes_.count(); ++k) passes_[k].shift(more);
+  }
+  template <typename V>
+  void fields(V& v) noexcept {
+    v(origin_);
+    v.buffer(passes_, passes_.count());
   }
 
  private:
@@ -176,6 +197,10 @@ class ZeroLagExpMA {
       average_.run({ahead}, items, {out[0] + at});
     }
   }
+  template <typename V>
+  void fields(V& v) noexcept {
+    v(lag_, average_, seed_, begun_);
+  }
 
  private:
   Delay lag_;
@@ -197,6 +222,10 @@ class WellesMA {
   void endShort(int items, Outputs<1> last) const noexcept {
     if (items > 0) *last[0] = average_.sumSoFar() / period_;
   }
+  template <typename V>
+  void fields(V& v) noexcept {
+    v(average_);
+  }
 
  private:
   int period_;
@@ -214,6 +243,10 @@ class WellesSum {
   void run(Inputs<1> in, int count, Outputs<1> out) noexcept { sum_.run(in, count, out); }
   void endShort(int items, Outputs<1> last) const noexcept {
     if (items > 0) *last[0] = sum_.sumSoFar();
+  }
+  template <typename V>
+  void fields(V& v) noexcept {
+    v(sum_);
   }
 
  private:

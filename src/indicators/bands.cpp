@@ -3,29 +3,12 @@
 
 #include <cstdint>
 
-#include "core/stretch.h"
 #include "kernels/calculate.h"
-#include "qvlib60/indicators/averages.h"
 #include "qvlib60/indicators/bands.h"
 
 using namespace qv;
 
 namespace {
-
-// The middle of the highest high and the lowest low of the last q bars; where there is one bar less, of
-// these.
-int rangeMiddle(const QvBars& bars, int q, int n, Temporary& lowest, double* middle) noexcept {
-  Sliding<HighestLowest> window(q);
-  window.run({bars.high.data, bars.low.data}, n, {middle, lowest.data});
-  if (!window.ok()) return QV_MALLOC;
-  for (int i = 0; i < n; ++i) middle[i] = (middle[i] + lowest.data[i]) / 2.0;
-  if (q > 1 && q - 2 < n) {
-    const Stretch begin{0, q - 2};
-    middle[q - 2] =
-        (statsOf(bars.high.data, begin, false).maximum + statsOf(bars.low.data, begin, false).minimum) / 2.0;
-  }
-  return QV_OK;
-}
 
 // Stores v at index i when the output has room there: the leading spans run ahead of the last bar.
 void storeAhead(QvArray* out, std::int64_t i, double v) noexcept {
@@ -66,10 +49,13 @@ int QVCALL qvMAEnvelope(const QvArray* in, QvArray* outUpper, QvArray* outLower,
 int QVCALL qvMAHighLow(const QvBars* bars, QvArray* outHigh, QvArray* outLow, int method, int p,
                        int start) noexcept {
   if (p < 1) return QV_INVALID_PARM;
-  const int n = prepareOutputs({{bars, kHighLow}}, {}, {outHigh, outLow});
-  if (n < 1) return n;
-  if (const int status = qvMovingAverage(&bars->high, outHigh, method, p, start)) return status;
-  return qvMovingAverage(&bars->low, outLow, method, p, start);
+  const int s = std::max(start, 0);
+  if (!isAverageMethod(method)) {
+    const int n = prepareOutputs({{bars, kHighLow}}, {}, {outHigh, outLow});
+    return n < 1 ? n : int{QV_INVALID_PARM};
+  }
+  return calculate<chain::MAHighLow>(bars, {outHigh, outLow}, s, method, p, startOf(bars, kHigh, s) - s,
+                                     startOf(bars, kLow, s) - s);
 }
 
 int QVCALL qvPriceChannels(const QvBars* bars, QvArray* outUpper, QvArray* outLower, int p,
@@ -91,24 +77,30 @@ int QVCALL qvIchimokuKinkoHyo(const QvBars* bars, QvArray* outConversion, QvArra
                               int reserved, int start) noexcept {
   static_cast<void>(reserved);
   if (p1 < 1 || p2 < 1 || p3 < 1) return QV_INVALID_PARM;
-  const int n =
-      prepareOutputs({{bars, kHighLowClose}}, {}, {outConversion, outBase, outSpanA, outSpanB, outLagging});
-  if (n < 1) return n;
-  const int s = firstValidOf(start, {});
-  Temporary middle, lowest;
-  if (const int status = allocArrays(n, {&middle, &lowest})) return status;
-  const double* m = middle.data;
-  const int longer = std::max(p1, p2);
-  const std::int64_t ahead = std::int64_t{p2} - 1;
+  if (bars && !hasSeries({bars, kHighLowClose})) return QV_INVALID_PARM;
+  const int s = std::max(start, 0);
+  if (const int status = calculate<chain::IchimokuKinkoHyo>(
+          bars, {outConversion, outBase, outSpanA, outSpanB, outLagging}, 0, p1, p2, p3, s))
+    return status;
+  int n = bars->barsize;
+  for (const QvArray* out : {outConversion, outBase, outSpanA, outSpanB, outLagging})
+    n = std::min(n, out->size);
+  if (n < 1) return QV_OK;
 
-  if (const int status = rangeMiddle(*bars, p1, n, lowest, middle.data)) return status;
-  for (int i = saturatingSum(s, p1, -1); i < n; ++i) outConversion->data[i] = m[i];
-  if (const int status = rangeMiddle(*bars, p2, n, lowest, middle.data)) return status;
-  for (int i = std::max(0, saturatingSum(s, p2, -2)); i < n; ++i) outBase->data[i] = m[i];
-  for (int i = std::max(0, saturatingSum(s, longer, -2)); i < n; ++i)
+  // What the spans have for the bars that are still to come.
+  const std::int64_t ahead = std::int64_t{p2} - 1;
+  const int begin = static_cast<int>(std::max<std::int64_t>(0, n - ahead));
+  for (int i = std::max(begin, chain::IchimokuKinkoHyo::spanAFrom(p1, p2, s)); i < n; ++i)
     storeAhead(outSpanA, i + ahead, (outConversion->data[i] + outBase->data[i]) / 2.0);
-  if (const int status = rangeMiddle(*bars, p3, n, lowest, middle.data)) return status;
-  for (int i = std::max(0, saturatingSum(s, p3, -2)); i < n; ++i) storeAhead(outSpanB, i + ahead, m[i]);
+  const int back = std::max(0, saturatingSum(begin, -std::int64_t{p3}, 1));
+  chain::RangeMiddle window(p3);
+  overTiles(back, n, [&](int at, int count) {
+    Tile middle;
+    window.run(bars->high.data + at, bars->low.data + at, count, middle);
+    for (int i = std::max({at, begin, chain::IchimokuKinkoHyo::spanBFrom(p3, s)}); i < at + count; ++i)
+      storeAhead(outSpanB, i + ahead, middle[i - at]);
+  });
+  if (!window.ok()) return QV_MALLOC;
 
   int lag = s;
   for (; lag < n && std::int64_t{lag} + shift - 1 < n; ++lag) {
@@ -116,12 +108,6 @@ int QVCALL qvIchimokuKinkoHyo(const QvBars* bars, QvArray* outConversion, QvArra
     outLagging->data[lag] = later >= 0 ? bars->close.data[later] : 0.0;
   }
   outLagging->size = std::min(lag, n);
-
-  qvSetFirstValid(outConversion, saturatingSum(s, p1, -1));
-  qvSetFirstValid(outBase, saturatingSum(s, p2, -1));
-  qvSetFirstValid(outSpanA, saturatingSum(s, longer, p2, -2));
-  qvSetFirstValid(outSpanB, saturatingSum(s, p3, p2, -2));
-  qvSetFirstValid(outLagging, s);
   return QV_OK;
 }
 

@@ -3,8 +3,10 @@
 
 #include "core/bar_prices.h"
 #include "core/calculation.h"
+#include "core/stretch.h"
 #include "indicators/averages.h"
 #include "kernels/bar_extremes.h"
+#include "kernels/extremes.h"
 #include "kernels/standard_error.h"
 
 namespace qv {
@@ -46,6 +48,10 @@ class Bollinger {
     const auto items = window_.itemsSoFar();
     *last[1] = std::accumulate(items.rbegin(), items.rend(), 0.0) / period_;
   }
+  template <typename V>
+  void fields(V& v) noexcept {
+    v(window_, begin_);
+  }
 
  private:
   double k_;
@@ -71,6 +77,10 @@ class BollingerWidth {
         count, out[0], [k = k_](double deviation) { return 2.0 * k * deviation; }, out[0]);
     begin_.pass(count, out[0]);
   }
+  template <typename V>
+  void fields(V& v) noexcept {
+    v(window_, begin_);
+  }
 
  private:
   double k_;
@@ -89,6 +99,8 @@ class Envelope {
     map(count, out[0], BandAbove{k_}, in[1], in[0]);
     map(count, out[1], BandBelow{k_}, in[1], in[0]);
   }
+  template <typename V>
+  void fields(V&) noexcept {}
 
  private:
   double k_;
@@ -102,6 +114,8 @@ class EnvelopePct {
   explicit EnvelopePct(double k) noexcept : bands_(k) {}
   int lead() const noexcept { return 0; }
   void run(Inputs<1> in, int count, Outputs<2> out) noexcept { bands_.run({in[0], in[0]}, count, out); }
+  template <typename V>
+  void fields(V&) noexcept {}
 
  private:
   Envelope bands_;
@@ -120,10 +134,41 @@ class MAEnvelope {
     average_.run(in, count, {average});
     bands_.run({average}, count, out);
   }
+  template <typename V>
+  void fields(V& v) noexcept {
+    v(average_, bands_);
+  }
 
  private:
   MovingAverage average_;
   After<EnvelopePct> bands_;
+};
+
+// The averages of the highs and of the lows, which may begin later than the bars.
+class MAHighLow {
+ public:
+  static constexpr unsigned kSeries = kHighLow;
+  static constexpr int kInputs = 2, kOutputs = 2;
+
+  MAHighLow(int method, int period, int highsAfter = 0, int lowsAfter = 0) noexcept
+      : high_(highsAfter, method, period), low_(lowsAfter, method, period) {}
+  bool ok() const noexcept { return high_.ok() && low_.ok(); }
+  int lead(int output) const noexcept { return output == 0 ? high_.lead() : low_.lead(); }
+  void run(Inputs<2> in, int count, Outputs<2> out) noexcept {
+    high_.run({in[0]}, count, {out[0]});
+    low_.run({in[1]}, count, {out[1]});
+  }
+  void endShort(int items, Outputs<2> last) const noexcept {
+    high_.endShort(items, {last[0]});
+    low_.endShort(items, {last[1]});
+  }
+  template <typename V>
+  void fields(V& v) noexcept {
+    v(high_, low_);
+  }
+
+ private:
+  After<MovingAverage> high_, low_;
 };
 
 // The highest and the lowest price of the bars before.
@@ -141,6 +186,10 @@ class PriceChannels {
     oneOn(highest, count, highestBefore_, out[0]);
     oneOn(lowest, count, lowestBefore_, out[1]);
   }
+  template <typename V>
+  void fields(V& v) noexcept {
+    v(window_, highestBefore_, lowestBefore_);
+  }
 
  private:
   static void oneOn(const double* x, int count, Before& before, double* out) noexcept {
@@ -150,6 +199,86 @@ class PriceChannels {
 
   SlidingBars<HighestLowestOf<BarExtremes>> window_;
   Before highestBefore_{0.0}, lowestBefore_{0.0};
+};
+
+// The middle of the highest high and the lowest low; where there is one bar less, of these.
+class RangeMiddle {
+ public:
+  explicit RangeMiddle(int period) noexcept : window_(period), partial_(period - 1) {}
+  bool ok() const noexcept { return window_.ok(); }
+  void run(const double* high, const double* low, int count, double* out) noexcept {
+    Tile lowest;
+    const int first = partial_.pass(count);
+    window_.run({high, low}, first, {out, lowest});
+    if (first > 0 && partial_.left() == 0 && window_.ok()) {
+      const auto highs = window_.itemsSoFar(0), lows = window_.itemsSoFar(1);
+      const Stretch all{0, static_cast<int>(highs.size()) - 1};
+      out[first - 1] = statsOf(highs.data(), all, false).maximum;
+      lowest[first - 1] = statsOf(lows.data(), all, false).minimum;
+    }
+    window_.run({high + first, low + first}, count - first, {out + first, lowest + first});
+    map(
+        count, out, [](double most, double least) { return (most + least) / 2.0; }, out, lowest);
+  }
+  template <typename V>
+  void fields(V& v) noexcept {
+    v(window_, partial_);
+  }
+
+ private:
+  Sliding<HighestLowest> window_;
+  Lead partial_;
+};
+
+// Conversion and base line, and the two leading spans, which are as many bars later as the base looks back.
+// All begin with the first bar; `start` is where values are wanted. The lagging line is the close of a later
+// bar: it stays 0.0 here.
+class IchimokuKinkoHyo {
+ public:
+  static constexpr unsigned kSeries = kHighLow;
+  static constexpr int kInputs = 2, kOutputs = 5, kLooksAhead = 4;
+
+  IchimokuKinkoHyo(int p1, int p2, int p3, int start) noexcept
+      : first_{saturatingSum(start, p1, -1), saturatingSum(start, p2, -1),
+               saturatingSum(start, std::max(p1, p2), p2, -2), saturatingSum(start, p3, p2, -2), start},
+        middles_{RangeMiddle(p1), RangeMiddle(p2), RangeMiddle(p3)},
+        begins_{Lead(first_[0]), Lead(std::max(0, saturatingSum(start, p2, -2))),
+                Lead(spanAFrom(p1, p2, start)), Lead(spanBFrom(p3, start))},
+        later_{Delay(p2 - 1), Delay(p2 - 1)} {}
+  static int spanAFrom(int p1, int p2, int start) noexcept {
+    return std::max(0, saturatingSum(start, std::max(p1, p2), -2));
+  }
+  static int spanBFrom(int p3, int start) noexcept { return std::max(0, saturatingSum(start, p3, -2)); }
+  bool ok() const noexcept {
+    return middles_[0].ok() && middles_[1].ok() && middles_[2].ok() && later_[0].ok() && later_[1].ok();
+  }
+  int lead(int output) const noexcept { return first_[static_cast<std::size_t>(output)]; }
+  void run(Inputs<2> in, int count, Outputs<5> out) noexcept {
+    const auto [conversion, base, spanA, spanB, lagging] = out;
+    Tile middle, longest;
+    middles_[0].run(in[0], in[1], count, conversion);
+    middles_[1].run(in[0], in[1], count, base);
+    middles_[2].run(in[0], in[1], count, longest);
+    begins_[0].pass(count, conversion);
+    begins_[1].pass(count, base);
+    map(
+        count, middle, [](double a, double b) { return (a + b) / 2.0; }, conversion, base);
+    begins_[2].pass(count, middle);
+    begins_[3].pass(count, longest);
+    later_[0].run({middle}, count, {spanA});
+    later_[1].run({longest}, count, {spanB});
+    std::fill_n(lagging, count, 0.0);
+  }
+  template <typename V>
+  void fields(V& v) noexcept {
+    v(middles_, begins_, later_);
+  }
+
+ private:
+  std::array<int, 5> first_;
+  std::array<RangeMiddle, 3> middles_;
+  std::array<Lead, 4> begins_;
+  std::array<Delay, 2> later_;
 };
 
 // Around the forecast of the least-squares line. The bands may begin later than the line: `after` items.
@@ -168,6 +297,10 @@ class StdErrBands {
     map(count, out[0], BandAbove{k_}, error, out[1]);
     map(count, out[2], BandBelow{k_}, error, out[1]);
     begin_.pass(count, out[0], out[2]);
+  }
+  template <typename V>
+  void fields(V& v) noexcept {
+    v(line_, error_, begin_);
   }
 
  private:

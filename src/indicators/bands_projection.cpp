@@ -58,15 +58,33 @@ bool Hull::turns(const double* y, int a, int b, int c) const noexcept {
   return sign_ * (y[b] - (y[a] + along * (y[c] - y[a]))) > 0.0;
 }
 
+bool FurthestProjection::makeRoom() noexcept {
+  const auto period = static_cast<std::size_t>(period_), held = y_.count();
+  if (!y_.grow(2 * period) || !suffix_.makeRoom(period) || !prefix_.makeRoom(period)) return false;
+  std::fill(y_.data() + held, y_.data() + y_.count(), 0.0);
+  return true;
+}
+
+bool FurthestProjection::restored() noexcept {
+  if (!begun_) return true;
+  if (!makeRoom()) return false;
+  const int place = place_;
+  blockIsFull();
+  for (; place_ < place; ++place_) {
+    suffix_.takeBack();
+    prefix_.add(block(), place_);
+  }
+  return true;
+}
+
 double FurthestProjection::next(double y, double slope) noexcept {
-  const auto period = static_cast<std::size_t>(period_);
   if (!begun_) {
     failed_ = !y_.grow(static_cast<std::size_t>(place_) + 1);
     if (failed_) return 0.0;
     y_[static_cast<std::size_t>(place_++)] = y;
     if (place_ < period_) return 0.0;
     begun_ = true;
-    failed_ = !y_.grow(2 * period) || !suffix_.makeRoom(period) || !prefix_.makeRoom(period);
+    failed_ = !makeRoom();
     if (failed_) return 0.0;
     blockIsFull();
     return furthest(-1, slope);

@@ -25,6 +25,11 @@ class Hull {
   void takeBack() noexcept;
   // The projection to bar i along slope g that lies furthest out, not inside `best`.
   double furthest(const double* y, int i, double g, double best) const noexcept;
+  template <typename V>
+  void fields(V& v, int points) noexcept {
+    v.scratch(corners_, points);
+    v.scratch(log_, points);
+  }
 
  private:
   struct Step {
@@ -51,8 +56,24 @@ class FurthestProjection {
   void run(Inputs<2> in, int count, Outputs<1> out) noexcept {
     for (int j = 0; j < count; ++j) out[0][j] = failed_ ? 0.0 : next(in[0][j], in[1][j]);
   }
+  bool reserve(int count) noexcept {
+    return begun_ || (saturatingSum(place_, count) < period_
+                          ? y_.grow(static_cast<std::size_t>(place_) + static_cast<std::size_t>(count))
+                          : makeRoom());
+  }
+  template <typename V>
+  void fields(V& v) noexcept {
+    v.within(place_, 0, period_);
+    v(begun_);
+    v.buffer(y_,
+             begun_ ? std::size_t{2} * static_cast<std::size_t>(period_) : static_cast<std::size_t>(place_));
+    suffix_.fields(v, begun_ ? period_ : 0);
+    prefix_.fields(v, begun_ ? period_ : 0);
+  }
+  bool restored() noexcept;  // the hulls of the items
 
  private:
+  bool makeRoom() noexcept;
   double next(double y, double slope) noexcept;
   // Of the newest block, whose items are numbered from 0; those of the one before from -period.
   double* block() noexcept { return y_.data() + period_; }
@@ -81,6 +102,10 @@ class ProjectionBands {
     upper_.run(in[0], count, out[0]);
     lower_.run(in[1], count, out[1]);
   }
+  template <typename V>
+  void fields(V& v) noexcept {
+    v(upper_, lower_);
+  }
 
  private:
   struct Band {
@@ -94,6 +119,10 @@ class ProjectionBands {
       Tile slope, intercept;
       line.run({y}, count, {slope, intercept});
       extreme.run({y, slope}, count, {out});
+    }
+    template <typename V>
+    void fields(V& v) noexcept {
+      v(line, extreme);
     }
   };
   Band upper_, lower_;
@@ -115,6 +144,10 @@ class ProjectionBandwidth {
     bands_.run(in, count, {upper, lower});
     map(count, out[0], widthOf, upper, lower);
     begin_.pass(count, out[0]);
+  }
+  template <typename V>
+  void fields(V& v) noexcept {
+    v(bands_, begin_);
   }
 
  private:
@@ -146,6 +179,10 @@ class ProjectionOscillator {
     if (smoothing_ > 1) return average_.run({position}, count, out);
     std::copy_n(position, count, out[0]);
     begin_.pass(count, out[0]);
+  }
+  template <typename V>
+  void fields(V& v) noexcept {
+    v(bands_, begin_, average_);
   }
 
  private:

@@ -1,9 +1,9 @@
 // Oscillators built from the shape of each bar, and two that measure the distance from a regression line.
 #include "indicators/barshape.h"
 
+#include "indicators/momentum_macd.h"
 #include "kernels/calculate.h"
 #include "qvlib60/indicators/barshape.h"
-#include "qvlib60/indicators/momentum.h"
 #include "qvlib60/indicators/statistics.h"
 
 using namespace qv;
@@ -36,9 +36,12 @@ int QVCALL qvMassIndex(const QvBars* bars, QvArray* out, int p, int start) noexc
 
 int QVCALL qvPVO(const QvBars* bars, QvArray* out, int p1, int p2, int method, int start) noexcept {
   if (p1 < 1 || p2 < 1) return QV_INVALID_PARM;
-  const int n = prepareOutputs({{bars, kVolume}}, {}, {out});
-  if (n < 1) return n;
-  return qvPriceOscillatorPct(&bars->volume, out, p1, p2, method, start);
+  if (!isAverageMethod(method)) {
+    const int n = prepareOutputs({{bars, kVolume}}, {}, {out});
+    return n < 1 ? n : int{QV_INVALID_PARM};
+  }
+  return calculate<chain::PVO>(bars, {out}, startOf(bars, kVolume, start), p1, p2, method,
+                               bars ? itemsBehind(&bars->volume, start) : 0);
 }
 
 int QVCALL qvForecastOscillator(const QvArray* in, QvArray* out, QvArray* outSignal, int p, int signalPeriod,

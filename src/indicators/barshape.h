@@ -41,6 +41,10 @@ class BOP {
     average_.run({power}, count, out);
   }
   void endShort(int items, Outputs<1> last) const noexcept { average_.endShort(items, last); }
+  template <typename V>
+  void fields(V& v) noexcept {
+    v(isFirst_, open_, average_);
+  }
 
  private:
   int first_;
@@ -60,6 +64,10 @@ class Qstick {
     Tile bodies;
     map(count, bodies, bodyOf, in[1], in[0]);
     average_.run({bodies}, count, out);
+  }
+  template <typename V>
+  void fields(V& v) noexcept {
+    v(average_);
   }
 
  private:
@@ -88,6 +96,10 @@ class IMI {
       *last[0] = strengthOf(std::accumulate(white.begin(), white.end(), 0.0),
                             std::accumulate(black.begin(), black.end(), 0.0));
   }
+  template <typename V>
+  void fields(V& v) noexcept {
+    v(sums_);
+  }
 
  private:
   Sliding<Sums<2>> sums_;
@@ -114,6 +126,10 @@ class MassIndex {
     sum_.run({once}, count, out);
   }
   void endShort(int items, Outputs<1> last) const noexcept { sum_.endShort(items, last); }
+  template <typename V>
+  void fields(V& v) noexcept {
+    v(first_, second_, begun_, sum_);
+  }
 
  private:
   static constexpr double kShare = 0.2;
@@ -151,6 +167,10 @@ class ForecastOscillator {
     map(count - 1, out[0] + 1, missOf, in[0] + 1, forecast);
     begin_.pass(count, out[0]);
     signal_.run({out[0]}, count, {out[1]});
+  }
+  template <typename V>
+  void fields(V& v) noexcept {
+    v(line_, forecast_, begin_, signal_);
   }
 
  private:

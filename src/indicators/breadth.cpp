@@ -59,13 +59,12 @@ int QVCALL qvTRIN(const QvArray* adv, const QvArray* dec, const QvArray* advVol,
   return calculate<chain::TRIN>({adv, dec, advVol, decVol}, {out}, start);
 }
 
-// The sum is taken of whatever the index left.
+// Where the index is refused, the sum is taken of what the output held.
 int QVCALL qvBretzTRIN5(const QvArray* adv, const QvArray* dec, const QvArray* advVol, const QvArray* decVol,
                         QvArray* out, int start) noexcept {
-  constexpr int kPeriod = 5;
-  qvTRIN(adv, dec, advVol, decVol, out, start);
-  qvMovingSum(out, out, kPeriod, start);
-  return QV_OK;
+  const int status = calculate<chain::BretzTRIN5>({adv, dec, advVol, decVol}, {out}, start);
+  if (status == QV_INVALID_PARM) qvMovingSum(out, out, 5, start);
+  return std::max(status, int{QV_OK});
 }
 
 int QVCALL qvOpen10TRIN(const QvArray* adv, const QvArray* dec, const QvArray* advVol, const QvArray* decVol,

@@ -87,6 +87,10 @@ class AveragedOfEachBar {
     a.endShort(items, last);
   }
   { average_.endShort(items, last); }
+  template <typename V>
+  void fields(V& v) noexcept {
+    v(average_);
+  }
 
  private:
   Average average_;
@@ -111,6 +115,10 @@ class CVI {
     map(count, out[0], NetOf{}, in[0], in[1]);
     sum_.run({out[0]}, count, out);
   }
+  template <typename V>
+  void fields(V& v) noexcept {
+    v(sum_);
+  }
 
  private:
   Total sum_;
@@ -131,6 +139,29 @@ class TRIN {
   }
 };
 using ArmsIdx = TRIN;
+
+// Its sum over five bars.
+class BretzTRIN5 {
+ public:
+  static constexpr int kInputs = 4, kOutputs = 1;
+
+  bool ok() const noexcept { return sum_.ok(); }
+  int lead() const noexcept { return sum_.lead(); }
+  void run(Inputs<4> in, int count, Outputs<1> out) noexcept {
+    Tile index;
+    index_.run(in, count, {index});
+    sum_.run({index}, count, out);
+  }
+  void endShort(int items, Outputs<1> last) const noexcept { sum_.endShort(items, last); }
+  template <typename V>
+  void fields(V& v) noexcept {
+    v(sum_);
+  }
+
+ private:
+  TRIN index_;
+  MovingSum sum_{5};
+};
 
 // Of the sums of ten bars. A series that is too short has one value, at its last item.
 class Open10TRIN {
@@ -153,6 +184,10 @@ class Open10TRIN {
     };
     *last[0] = openIndexOf(sum(0), sum(1), sum(2), sum(3));
   }
+  template <typename V>
+  void fields(V& v) noexcept {
+    v(sums_, begin_);
+  }
 
  private:
   static constexpr int kPeriod = 10;
@@ -170,6 +205,10 @@ class BoltonTremblay {
     map(count, out[0], tremblayStepOf, in[0], in[1], in[2]);
     begin_.pass(count, out[0]);
     sum_.run({out[0]}, count, out);
+  }
+  template <typename V>
+  void fields(V& v) noexcept {
+    v(begin_, sum_);
   }
 
  private:
@@ -191,6 +230,10 @@ class McClellanOscillator {
       map(items, out[0] + at, NetOf{}, fast, slow);
     });
   }
+  template <typename V>
+  void fields(V& v) noexcept {
+    v(averages_);
+  }
 
  private:
   ExponentialPair averages_;
@@ -205,6 +248,10 @@ class McClellanSummation {
   void run(Inputs<2> in, int count, Outputs<1> out) noexcept {
     oscillator_.run(in, count, out);
     sum_.run({out[0]}, count, out);
+  }
+  template <typename V>
+  void fields(V& v) noexcept {
+    v(oscillator_, sum_);
   }
 
  private:
@@ -222,6 +269,10 @@ class McClellanOscSum {
   void run(Inputs<2> in, int count, Outputs<2> out) noexcept {
     oscillator_.run(in, count, {out[0]});
     sum_.run({out[0]}, count, {out[1]});
+  }
+  template <typename V>
+  void fields(V& v) noexcept {
+    v(oscillator_, sum_);
   }
 
  private:

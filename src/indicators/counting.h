@@ -42,6 +42,10 @@ class PsychologyLine {
         count, out[0], [p = period_](double rising) { return rising / p * 100.0; }, out[0]);
     begin_.pass(count, out[0]);
   }
+  template <typename V>
+  void fields(V& v) noexcept {
+    v(before_, rises_, begin_);
+  }
 
  private:
   int period_;
@@ -63,6 +67,10 @@ class WilliamsAD {
     map(count - 1, flow + 1, williamsFlowOf, close + 1, high + 1, low + 1, close);
     total_.run({flow}, count, out);
   }
+  template <typename V>
+  void fields(V& v) noexcept {
+    v(before_, total_);
+  }
 
  private:
   Before before_;
@@ -82,6 +90,10 @@ class PVrank {
     map(count - 1, out[0] + 1, rankOf, close + 1, volume + 1, close, volume);
     begin_.pass(count, out[0]);
   }
+  template <typename V>
+  void fields(V& v) noexcept {
+    v(close_, volume_, begin_);
+  }
 
  private:
   Before close_, volume_;
@@ -100,6 +112,10 @@ class LineOsc {
     means_.run(in, count, {a, b});
     map(
         count, out[0], [](double first, double second) { return first - second; }, a, b);
+  }
+  template <typename V>
+  void fields(V& v) noexcept {
+    v(means_);
   }
 
  private:
@@ -122,6 +138,10 @@ class NMO {
   void endShort(int items, Outputs<1> last) const noexcept { rsi_.endShort(items, last); }
 
   static constexpr auto balanced = [](double strength) { return 2.0 * strength - 100.0; };
+  template <typename V>
+  void fields(V& v) noexcept {
+    v(rsi_, begin_);
+  }
 
  private:
   RSI rsi_;

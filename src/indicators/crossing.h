@@ -1,6 +1,7 @@
 // Where one series crosses another: shared by the crossover functions and the composite oscillators.
 #pragma once
 
+#include "kernels/tiles.h"
 #include "qvlib60/core.h"
 
 namespace qv {
@@ -16,8 +17,30 @@ inline int crossing(const double* a, const double* b, int i) noexcept {
   return static_cast<int>(crossingOf(a[i], b[i], a[i - 1], b[i - 1]));
 }
 
-// The calculation of qvCrossOverFill: signals from f + 1 up to, not including, `end`; f is the larger
-// of start and the inputs' first valid indices, and the first valid index of out.
-int fillCrossings(const QvArray* a, const QvArray* b, QvArray* out, int start, int end) noexcept;
+namespace chain {
+
+// Signals from the second item on.
+class CrossOverFill {
+ public:
+  static constexpr int kInputs = 2, kOutputs = 1;
+  static constexpr bool kWhole = true;
+
+  int lead() const noexcept { return 0; }
+  void run(Inputs<2> in, int count, Outputs<1> out) noexcept {
+    const auto [a, b] = in;
+    const double aBefore = a_.take(a, count), bBefore = b_.take(b, count);
+    out[0][0] = crossingOf(a[0], b[0], aBefore, bBefore);
+    map(count - 1, out[0] + 1, crossingOf, a + 1, b + 1, a, b);
+  }
+  template <typename V>
+  void fields(V& v) noexcept {
+    v(a_, b_);
+  }
+
+ private:
+  Before a_, b_;
+};
+
+}  // namespace chain
 
 }  // namespace qv

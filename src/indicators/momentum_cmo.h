@@ -23,6 +23,10 @@ class CMO {
     map(count - 1, moves + 1, changeOf, x + 1, x);
     balance_.run({moves}, count, out);
   }
+  template <typename V>
+  void fields(V& v) noexcept {
+    v(before_, balance_);
+  }
 
  private:
   Before before_;

@@ -3,6 +3,7 @@
 
 #include <functional>
 
+#include "core/calculation.h"
 #include "indicators/averages.h"
 #include "indicators/crossing.h"
 
@@ -30,6 +31,10 @@ class AveragePair {
     second_.run({x}, count, {second});
     body(0, count, 0.0, first, second);
   }
+  template <typename V>
+  void fields(V& v) noexcept {
+    v(pair_, first_, second_);
+  }
 
  private:
   bool exponential_;
@@ -51,6 +56,10 @@ class MACD {
       map(items, out[0] + at, std::minus<>{}, fast, slow);
     });
     signal_.run({out[0]}, count, {out[1]});
+  }
+  template <typename V>
+  void fields(V& v) noexcept {
+    v(averages_, signal_);
   }
 
  private:
@@ -81,6 +90,10 @@ class MACDx {
     map(count - 1, cross + 1, crossingOf, macd + 1, signal + 1, macd, signal);
     const int none = noCrossing_.pass(count);
     std::fill_n(cross, none, 0.0);
+  }
+  template <typename V>
+  void fields(V& v) noexcept {
+    v(averages_, signal_, macd_, signalLine_, noCrossing_);
   }
 
  private:
@@ -138,6 +151,10 @@ class OfAverages {
                   });
     missing_.pass(count, out[0]);
   }
+  template <typename V>
+  void fields(V& v) noexcept {
+    v(averages_, missing_);
+  }
 
  private:
   AveragePair averages_;
@@ -146,6 +163,12 @@ class OfAverages {
 };
 using PriceOscillator = OfAverages<false>;
 using PriceOscillatorPct = OfAverages<true>;
+class PVO : public PriceOscillatorPct {
+ public:
+  static constexpr unsigned kSeries = kVolume;
+
+  using OfAverages::OfAverages;
+};
 
 }  // namespace chain
 }  // namespace qv

@@ -3,6 +3,7 @@
 #include "indicators/momentum_rates.h"
 
 #include "core/numbers.h"
+#include "indicators/transforms.h"
 #include "kernels/calculate.h"
 #include "qvlib60/indicators/momentum.h"
 #include "qvlib60/indicators/transforms.h"
@@ -35,6 +36,8 @@ int QVCALL qvRatio(const QvArray* a, const QvArray* b, QvArray* out, int start) 
 
 int QVCALL qvRSIC(const QvBars* bars1, const QvBars* bars2, QvArray* out, int p, double startDate) noexcept {
   if (p < 1) return QV_INVALID_PARM;
+  if (Opening* opening = openingOf(out))
+    return chain::openComparison(*opening, chain::RSIC(startDate, p), *bars1, *bars2);
   if (!hasSeries({bars2, kDate | kClose}) || !out || sharesSeries(*out, *bars2)) return QV_INVALID_PARM;
   const int n = prepareOutputs({{bars1, kDate | kClose}}, {}, {out});
   if (n < 1) return n;

@@ -37,6 +37,10 @@ class RateOfChange {
     });
     std::fill_n(y, none, 0.0);
   }
+  template <typename V>
+  void fields(V& v) noexcept {
+    v(past_);
+  }
 
  private:
   double scale_;

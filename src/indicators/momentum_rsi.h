@@ -27,6 +27,10 @@ class Strength {
     map(count, out, strengthOf, rises, falls);
   }
   double soFar() const noexcept { return strengthOf(up_.sumSoFar(), down_.sumSoFar()); }
+  template <typename V>
+  void fields(V& v) noexcept {
+    v(up_, down_);
+  }
 
  private:
   WilderSum up_, down_;
@@ -55,6 +59,10 @@ class RMI {
   void endShort(int items, Outputs<1> last) const noexcept {
     if (items > momentum_.lead()) *last[0] = strength_.soFar();
   }
+  template <typename V>
+  void fields(V& v) noexcept {
+    v(momentum_, strength_);
+  }
 
  private:
   Delay momentum_;
@@ -78,6 +86,10 @@ class StochRSI {
     Tile strength;
     rsi_.run(in, count, {strength});
     percent_.run({strength, strength, strength}, count, out);
+  }
+  template <typename V>
+  void fields(V& v) noexcept {
+    v(rsi_, percent_);
   }
 
  private:
@@ -103,6 +115,10 @@ class AverageMove {
   }
   void endShort(int items, Outputs<1> last) const noexcept {
     if (items > 1) *last[0] = average_.stage().sumSoFar() / (items - 1);
+  }
+  template <typename V>
+  void fields(V& v) noexcept {
+    v(before_, average_);
   }
 
  private:

@@ -12,10 +12,7 @@ int QVCALL qvUltimateOsc(const QvBars* bars, QvArray* out, int p1, int p2, int p
   if (p1 < 1 || p2 < 1 || p3 < 1) return QV_INVALID_PARM;
   if (const int status = calculate<chain::UltimateOsc>(bars, {out}, start, p1, p2, p3)) return status;
   if (hasNoRoom(out)) return QV_OK;
-  // The longest period alone, wherever the values begin.
-  const int first = std::max({p1, p2, p3});
-  std::fill_n(out->data, std::min(first, out->size), 0.0);
-  qvSetFirstValid(out, first);
+  std::fill_n(out->data, std::min(out->firstValid, out->size), 0.0);
   return QV_OK;
 }
 

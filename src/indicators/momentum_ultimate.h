@@ -34,6 +34,8 @@ class UltimateOsc {
         missing_(lead()) {}
   bool ok() const noexcept { return shares_[0].ok() && shares_[1].ok() && shares_[2].ok(); }
   int lead() const noexcept { return std::max({shares_[0].lead(), shares_[1].lead(), shares_[2].lead()}); }
+  // The longest period alone, wherever the values begin.
+  int firstValid(int) const noexcept { return lead() - skip_; }
   void run(Inputs<3> in, int count, Outputs<1> out) noexcept {
     const auto [high, low, close] = in;
     const double before = close_.take(close, count);
@@ -55,6 +57,10 @@ class UltimateOsc {
       if (items <= shares_[k].lead())
         shares[k] = shareSoFar(shares_[k].stage(), k == 0 ? 4.0 : k == 1 ? 2.0 : 1.0);
     *last[0] = oscillatorOf(shares[0], shares[1], shares[2]);
+  }
+  template <typename V>
+  void fields(V& v) noexcept {
+    v(close_, shares_, last_, missing_);
   }
 
  private:

@@ -37,6 +37,10 @@ class RangeIndicator {
     percent_.run({ranges, ranges, ranges}, count, {percent});
     average_.run({percent}, count, out);
   }
+  template <typename V>
+  void fields(V& v) noexcept {
+    v(range_, close_, percent_, average_);
+  }
 
  private:
   static constexpr auto perRise = [](double range, double close, double before) {
@@ -79,6 +83,10 @@ class PFE {
           x + at, then, way + at);
     });
     average_.run({efficiency}, count, out);
+  }
+  template <typename V>
+  void fields(V& v) noexcept {
+    v(before_, then_, way_, average_);
   }
 
  private:
@@ -125,6 +133,10 @@ class WellesVolatility {
   }
   void endShort(int items, Outputs<4> last) const noexcept {
     if (items <= range_.lead()) range_.endShort(items, {last[1]});
+  }
+  template <typename V>
+  void fields(V& v) noexcept {
+    v(begin_, scaled_, range_, begun_, isLong_, significant_, reach_);
   }
 
  private:

@@ -36,6 +36,10 @@ class RVIoriginal {
   void endShort(int items, Outputs<1> last) const noexcept {
     if (items > deviation_.lead()) *last[0] = strength_.soFar();
   }
+  template <typename V>
+  void fields(V& v) noexcept {
+    v(deviation_, before_, begin_, strength_);
+  }
 
  private:
   static constexpr int kDeviationPeriod = 10;
@@ -63,6 +67,10 @@ class RVI {
         count, out[0], [](double high, double low) { return (high + low) / 2.0; }, highs, lows);
   }
   void endShort(int items, Outputs<1> last) const noexcept { ofLows_.endShort(items, last); }
+  template <typename V>
+  void fields(V& v) noexcept {
+    v(ofHighs_, ofLows_);
+  }
 
  private:
   RVIoriginal ofHighs_, ofLows_;
@@ -81,6 +89,10 @@ class Inertia {
     Tile index;
     index_.run(in, count, {index});
     line_.run({index}, count, out);
+  }
+  template <typename V>
+  void fields(V& v) noexcept {
+    v(index_, line_);
   }
 
  private:

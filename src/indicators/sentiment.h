@@ -31,19 +31,26 @@ class AR {
       above_ = high[0] - open[0];
       below_ = open[0] - low[0];
     }
-    Tile above, below, sumAbove{}, sumBelow{};
+    Tile above, below, sumAbove, sumBelow;
     if (first_ > 0) {  // else the first bar alone
       map(
           count, above, [](double h, double o) { return h - o; }, high, open);
       map(
           count, below, [](double o, double l) { return o - l; }, open, low);
       sums_.run({above, below}, count, {sumAbove, sumBelow});
+    } else {
+      std::fill_n(sumAbove, count, 0.0);
+      std::fill_n(sumBelow, count, 0.0);
     }
     map(
         count, out[0],
         [a = above_, b = below_](double up, double down) { return reachInPercent(a + up, b + down); },
         sumAbove, sumBelow);
     begin_.pass(count, out[0]);
+  }
+  template <typename V>
+  void fields(V& v) noexcept {
+    v(begun_, above_, below_, sums_, begin_);
   }
 
  private:
@@ -67,16 +74,25 @@ class BR {
   void run(Inputs<3> in, int count, Outputs<1> out) noexcept {
     const double *high = in[0], *low = in[1], *close = in[2];
     const double before = close_.take(close, count);
-    Tile above, below, sumAbove{}, sumBelow{};
+    Tile above, below, sumAbove, sumBelow;
     above[0] = high[0] - before;
     below[0] = before - low[0];
     map(
         count - 1, above + 1, [](double h, double c) { return h - c; }, high + 1, close);
     map(
         count - 1, below + 1, [](double c, double l) { return c - l; }, close, low + 1);
-    if (period_ > 1) sums_.run({above, below}, count, {sumAbove, sumBelow});
+    if (period_ > 1) {
+      sums_.run({above, below}, count, {sumAbove, sumBelow});
+    } else {
+      std::fill_n(sumAbove, count, 0.0);
+      std::fill_n(sumBelow, count, 0.0);
+    }
     map(count, out[0], reachInPercent, sumAbove, sumBelow);
     begin_.pass(count, out[0]);
+  }
+  template <typename V>
+  void fields(V& v) noexcept {
+    v(close_, sums_, begin_);
   }
 
  private:
@@ -101,6 +117,10 @@ class Ray {
     map(
         count, out[0], [](double price, double mean) { return price - mean; }, in[0], average);
   }
+  template <typename V>
+  void fields(V& v) noexcept {
+    v(average_);
+  }
 
  private:
   After<ExpMA> average_;
@@ -124,6 +144,10 @@ class SONAR {
       map(items, out[0] + at, changeOf, average + at, then);
     });
     begin_.pass(count, out[0]);
+  }
+  template <typename V>
+  void fields(V& v) noexcept {
+    v(average_, then_, begin_);
   }
 
  private:

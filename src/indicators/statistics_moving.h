@@ -46,6 +46,10 @@ class RSquaredCoef {
     correlation_.run(in, count, out);
     map(count, out[0], squareOf, out[0]);
   }
+  template <typename V>
+  void fields(V& v) noexcept {
+    v(correlation_);
+  }
 
  private:
   CorCoefMv correlation_;
@@ -64,6 +68,10 @@ class RSquared {
     for (int j = 0; j < count; ++j) index[j] = passed_ + j;
     passed_ += count;
     fit_.run({index, in[0]}, count, out);
+  }
+  template <typename V>
+  void fields(V& v) noexcept {
+    v(fit_, passed_);
   }
 
  private:
@@ -89,6 +97,10 @@ class DispersionMv {
     const double ratios = period_ - 1.0;
     map(
         count, out[0], [ratios](double sum) { return root(sum / ratios); }, out[0]);
+  }
+  template <typename V>
+  void fields(V& v) noexcept {
+    v(before_, sums_);
   }
 
  private:
@@ -117,6 +129,10 @@ class BetaCoefMv {
       return (by < 0.0) | (by > 0.0) ? quotient : 0.0;
     };
     map(count, out[0], quotientOf, out[0], dispersion);
+  }
+  template <typename V>
+  void fields(V& v) noexcept {
+    v(dispersion_, correlation_);
   }
 
  private:

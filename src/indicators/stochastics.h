@@ -27,6 +27,10 @@ class RawK {
   bool ok() const noexcept { return percent_.ok(); }
   int lead() const noexcept { return percent_.lead(); }
   void run(Inputs<3> in, int count, Outputs<1> out) noexcept { percent_.run(in, count, out); }
+  template <typename V>
+  void fields(V& v) noexcept {
+    v(percent_);
+  }
 
  private:
   Sliding<PercentWithin> percent_;
@@ -43,6 +47,10 @@ class FastD {
   void run(Inputs<3> in, int count, Outputs<1> out) noexcept {
     raw_.run(in, count, out);
     average_.run({out[0]}, count, out);
+  }
+  template <typename V>
+  void fields(V& v) noexcept {
+    v(raw_, average_);
   }
 
  private:
@@ -62,6 +70,10 @@ class SlowD {
     fast_.run(in, count, out);
     average_.run({out[0]}, count, out);
   }
+  template <typename V>
+  void fields(V& v) noexcept {
+    v(fast_, average_);
+  }
 
  private:
   FastD fast_;
@@ -79,6 +91,10 @@ class Stochastic {
   int lead() const noexcept { return percent_.lead(); }
   void run(Inputs<1> in, int count, Outputs<1> out) noexcept {
     percent_.run({in[0], in[0], in[0]}, count, out);
+  }
+  template <typename V>
+  void fields(V& v) noexcept {
+    v(percent_);
   }
 
  private:
@@ -99,6 +115,10 @@ class StochasticFast {
     average_.run({out[0]}, count, {out[1]});
   }
   void endShort(int items, Outputs<2> last) const noexcept { average_.endShort(items, {last[1]}); }
+  template <typename V>
+  void fields(V& v) noexcept {
+    v(raw_, average_);
+  }
 
  private:
   SlidingBars<PercentWithinPrices> raw_;
@@ -125,6 +145,10 @@ class StochasticOscillator {
     slow_.endShort(items, {last[0]});
     average_.endShort(items, {last[1]});
   }
+  template <typename V>
+  void fields(V& v) noexcept {
+    v(raw_, slow_, average_);
+  }
 
  private:
   SlidingBars<PercentWithinPrices> raw_;
@@ -142,6 +166,10 @@ class WilliamsR {
   bool ok() const noexcept { return percent_.ok(); }
   int lead() const noexcept { return percent_.lead(); }
   void run(Inputs<3> in, int count, Outputs<1> out) noexcept { percent_.run(in, count, out); }
+  template <typename V>
+  void fields(V& v) noexcept {
+    v(percent_);
+  }
 
  private:
   Sliding<PercentBelow> percent_;
@@ -179,6 +207,10 @@ class SMI {
     };
     map(count, out[0], indexOf, distance, height);
     signal_.run({out[0]}, count, {out[1]});
+  }
+  template <typename V>
+  void fields(V& v) noexcept {
+    v(range_, distance_, distance2_, height_, height2_, signal_);
   }
 
  private:

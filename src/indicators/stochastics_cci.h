@@ -27,6 +27,10 @@ class CCI {
     deviation_.run({price}, count, {distance, deviation});
     map(count, out[0], indexOf, distance, deviation);
   }
+  template <typename V>
+  void fields(V& v) noexcept {
+    v(deviation_);
+  }
 
  private:
   MeanDeviation deviation_;

@@ -12,62 +12,41 @@ using namespace qv;
 
 // ---- The alignment of two bar sets by date ------------------------------------------------------
 
-// Bar i of the first set and bar j of the second.
-struct BarPair {
-  int i, j;
-};
-
 int barAtOrAfter(const QvBars& b, int from, int end, double date) noexcept {
   while (from < end && !(b.date.data[from] >= date)) ++from;
   return from;
 }
 
-// Entry step of the comparisons: prepares the output by the first set alone and finds the first
-// matched bars, where values begin. Returns the working count, or -1, -3, -9.
-int beginComparison(const QvBars* bars1, const QvBars* bars2, QvArray* out, double startDate,
-                    BarPair& first) noexcept {
+// The bars of the second set that stand beside those of the first are gathered a tile at a time.
+template <typename Chain, typename... Parameters>
+int compareByDate(const QvBars* bars1, const QvBars* bars2, QvArray* out, double startDate,
+                  Parameters... parameters) noexcept {
+  Chain chain(startDate, parameters...);
+  if (Opening* opening = openingOf(out)) return chain::openComparison(*opening, chain, *bars1, *bars2);
   if (!hasSeries({bars2, kDate | kClose}) || !out || sharesSeries(*out, *bars2)) return QV_INVALID_PARM;
   const int n = prepareOutputs({{bars1, kDate | kClose}}, {}, {out});
   if (n < 1) return n;
 
   const int n2 = bars2->barsize;
   if (n2 < 1) return QV_RECORD_NOT_FOUND;
-  first.i = barAtOrAfter(*bars1, 0, n, std::max(bars2->date.data[0], startDate));
-  if (first.i == n) return QV_RECORD_NOT_FOUND;
-  const double date = bars1->date.data[first.i];
-  first.j = barAtOrAfter(*bars2, 0, n2, date);
-  if (first.j == n2 || bars2->date.data[first.j] != date) return QV_RECORD_NOT_FOUND;
+  const double *date1 = bars1->date.data, *date2 = bars2->date.data;
+  const int first = barAtOrAfter(*bars1, 0, n, std::max(date2[0], startDate));
+  if (first == n) return QV_RECORD_NOT_FOUND;
+  int j = barAtOrAfter(*bars2, 0, n2, date1[first]);
+  if (j == n2 || date2[j] != date1[first]) return QV_RECORD_NOT_FOUND;
 
-  qvSetFirstValid(out, first.i);
-  return n;
-}
-
-// From the given pair on, until one set runs out: value(i, j) at the dates that both sets have, gap(i)
-// at those that the second set lacks.
-template <typename Value, typename Gap>
-void compareByDate(const QvBars& bars1, const QvBars& bars2, int n, BarPair at, double* out, Value value,
-                   Gap gap) noexcept {
-  const double *date1 = bars1.date.data, *date2 = bars2.date.data;
-  const int n2 = bars2.barsize;
-  for (int i = at.i, j = at.j; i < n; ++i) {
-    j = barAtOrAfter(bars2, j, n2, date1[i]);
-    if (j == n2) return;
-    out[i] = date2[j] == date1[i] ? value(i, j) : gap(i);
+  for (int i = first, count; i < n; i += count) {  // until one set runs out
+    Tile date, close;
+    for (count = 0; count < std::min(kTile, n - i); ++count) {
+      j = barAtOrAfter(*bars2, j, n2, date1[i + count]);
+      if (j == n2) break;
+      date[count] = date2[j];
+      close[count] = bars2->close.data[j];
+    }
+    if (count == 0) break;
+    chain.run({date1 + i, bars1->close.data + i, date, close}, count, {out->data + i});
   }
-}
-
-// The comparisons that carry their last value over a gap.
-template <typename Value>
-int compareCarryingForward(const QvBars* bars1, const QvBars* bars2, QvArray* out, double startDate,
-                           Value value) noexcept {
-  BarPair first;
-  const int n = beginComparison(bars1, bars2, out, startDate, first);
-  if (n < 1) return n;
-  const double *close1 = bars1->close.data, *close2 = bars2->close.data;
-  const double* values = out->data;
-  compareByDate(
-      *bars1, *bars2, n, first, out->data, [=](int i, int j) { return value(close1[i], close2[j]); },
-      [=](int i) { return values[i - 1]; });
+  qvSetFirstValid(out, first);
   return QV_OK;
 }
 
@@ -101,29 +80,17 @@ int QVCALL qvDiffValue(const QvArray* in, QvArray* out, int p, int start) noexce
 }
 
 int QVCALL qvCompStrength(const QvBars* bars1, const QvBars* bars2, QvArray* out, double startDate) noexcept {
-  return compareCarryingForward(bars1, bars2, out, startDate,
-                                [](double close1, double close2) { return close1 / close2; });
+  return compareByDate<chain::CompStrength>(bars1, bars2, out, startDate);
 }
 
 int QVCALL qvSpread(const QvBars* bars1, const QvBars* bars2, QvArray* out, double w1, double w2,
                     double startDate) noexcept {
-  return compareCarryingForward(bars1, bars2, out, startDate,
-                                [=](double close1, double close2) { return w1 * close1 - w2 * close2; });
+  return compareByDate<chain::Spread>(bars1, bars2, out, startDate, chain::SpreadOf{w1, w2});
 }
 
 int QVCALL qvCompPerformance(const QvBars* bars1, const QvBars* bars2, QvArray* out,
                              double startDate) noexcept {
-  BarPair first;
-  const int n = beginComparison(bars1, bars2, out, startDate, first);
-  if (n < 1) return n;
-  const double *close1 = bars1->close.data, *close2 = bars2->close.data;
-  const double r0 = close1[first.i] / close2[first.j];
-  out->data[first.i] = 1.0;
-  compareByDate(
-      *bars1, *bars2, n, {first.i + 1, first.j}, out->data,
-      [=](int i, int j) { return (close1[i] / close2[j] - r0) / r0 + 1.0; },
-      [](int) { return -1.0; });  // a gap marks its bar; the last value is not carried forward
-  return QV_OK;
+  return compareByDate<chain::CompPerformance>(bars1, bars2, out, startDate);
 }
 
 }  // extern "C"

@@ -35,6 +35,10 @@ class Aroon {
     const auto shareLeft = [p = static_cast<double>(period_)](double age) { return (p - age) / p * 100.0; };
     for (double* y : out) map(count - none, y + none, shareLeft, y + none);
   }
+  template <typename V>
+  void fields(V& v) noexcept {
+    v(window_, begin_);
+  }
 
  private:
   int period_;
@@ -55,6 +59,10 @@ class AroonOscillator {
     aroon_.run(in, count, {up, down});
     map(
         count, out[0], [](double u, double d) { return u - d; }, up, down);
+  }
+  template <typename V>
+  void fields(V& v) noexcept {
+    v(aroon_);
   }
 
  private:
@@ -95,6 +103,10 @@ class VHF {
     const auto changes = noise_.stage().itemsSoFar();
     *last[0] = filterOf(highest, lowest, std::accumulate(changes.begin(), changes.end(), 0.0));
   }
+  template <typename V>
+  void fields(V& v) noexcept {
+    v(before_, seed_, extremes_, noise_);
+  }
 
  private:
   static constexpr auto changeOf = [](double now, double before) {
@@ -122,7 +134,7 @@ class RWI {
 
   explicit RWI(int period) noexcept
       : period_(period), high_(period), low_(period), range_(period), begin_(period) {}
-  bool ok() const noexcept { return high_.ok() && low_.ok() && range_.ok() && (!begun_ || terms_.ok()); }
+  bool ok() const noexcept { return !failed_ && high_.ok() && low_.ok() && range_.ok(); }
   int lead() const noexcept { return period_; }
   void run(Inputs<3> in, int count, Outputs<2> out) noexcept {
     Tile ranges;
@@ -131,25 +143,42 @@ class RWI {
     const double *high = high_.with(in[0], count), *low = low_.with(in[1], count),
                  *range = range_.with(ranges, count);
     const int none = begin_.pass(count, out[0], out[1]);
-    if (none < count && !begun_) begin();
+    if (none < count && !begun_) begun_ = makeTerms();
     if (!ok()) return;
     for (int i = none; i < count; ++i) furthest(high + i, low + i, range + i, out[0] + i, out[1] + i);
+  }
+  bool reserve(int count) noexcept {
+    const bool has = begin_.left() >= count || makeTerms();
+    failed_ = false;  // nothing was given up
+    return has;
+  }
+  template <typename V>
+  void fields(V& v) noexcept {
+    v(high_, low_, range_, close_, begin_, begun_);
+    v.buffer(terms_, begun_ ? period_ : 0);
   }
 
  private:
   struct Terms {
     double walk, high, low;  // square root of the distance, the last terms
+
+    template <typename V>
+    void fields(V& v) noexcept {
+      v(walk, high, low);
+    }
   };
   // A gap above the previous close does not count.
   static constexpr auto rangeOf = [](double high, double low, double closeBefore) {
     const double height = high - low, below = closeBefore - low;
     return below >= height ? below : height;
   };
-  void begin() noexcept {
-    begun_ = true;
+  bool makeTerms() noexcept {
+    if (terms_.ok()) return true;
     terms_ = memory::Buffer<Terms>(static_cast<std::size_t>(period_));
     for (int j = 1; terms_.ok() && j < period_; ++j)
       terms_[static_cast<std::size_t>(j)].walk = std::sqrt(j + 1.0);
+    failed_ = !terms_.ok();
+    return !failed_;
   }
   void furthest(const double* high, const double* low, const double* range, double* outHigh,
                 double* outLow) noexcept {
@@ -173,7 +202,7 @@ class RWI {
   Past high_, low_, range_;
   Before close_{-kInfinity};
   Lead begin_;
-  bool begun_ = false;
+  bool begun_ = false, failed_ = false;
   memory::Buffer<Terms> terms_;
 };
 
@@ -197,6 +226,10 @@ class TrendScore {
     const auto scores = score_.stage().itemsSoFar();
     if (items > 0) *last[0] = std::accumulate(scores.begin(), scores.end(), 0.0);
   }
+  template <typename V>
+  void fields(V& v) noexcept {
+    v(before_, score_);
+  }
 
  private:
   Before before_;
@@ -218,6 +251,10 @@ class DMI {
     if (!ok()) return;
     for (int i = begin_.pass(count, out[0]); i < count; ++i)
       out[0][i] = strengthOver(lookBack(sd + i), x + i);
+  }
+  template <typename V>
+  void fields(V& v) noexcept {
+    v(deviation_, items_, deviations_, begin_);
   }
 
  private:

@@ -39,6 +39,10 @@ class TrueRange {
     out[0] = trueRangeOf(high[0], low[0], close_.take(close, count));
     map(count - 1, out + 1, trueRangeOf, high + 1, low + 1, close);
   }
+  template <typename V>
+  void fields(V& v) noexcept {
+    v(close_);
+  }
 
  private:
   Before close_{std::numeric_limits<double>::quiet_NaN()};
@@ -53,6 +57,10 @@ class DirectionalMovement {
     minus[0] = minusMovementOf(high[0], low[0], highBefore, lowBefore);
     map(count - 1, plus + 1, plusMovementOf, high + 1, low + 1, high, low);
     map(count - 1, minus + 1, minusMovementOf, high + 1, low + 1, high, low);
+  }
+  template <typename V>
+  void fields(V& v) noexcept {
+    v(high_, low_);
   }
 
  private:
@@ -75,6 +83,10 @@ class DirectionalSums {
   // The sums of the movements of a series that is too short.
   double plusSoFar() const noexcept { return plus_.stage().sumSoFar(); }
   double minusSoFar() const noexcept { return minus_.stage().sumSoFar(); }
+  template <typename V>
+  void fields(V& v) noexcept {
+    v(range_, movement_, ranges_, plus_, minus_);
+  }
 
  private:
   TrueRange range_;
@@ -94,6 +106,10 @@ class TR {
   void run(Inputs<3> in, int count, Outputs<1> out) noexcept {
     range_.run(in[0], in[1], in[2], count, out[0]);
   }
+  template <typename V>
+  void fields(V& v) noexcept {
+    v(range_);
+  }
 
  private:
   TrueRange range_;
@@ -112,6 +128,10 @@ class ATR {
     average_.run({range}, count, out);
   }
   void endShort(int items, Outputs<1> last) const noexcept { average_.endShort(items, last); }
+  template <typename V>
+  void fields(V& v) noexcept {
+    v(range_, average_);
+  }
 
  private:
   TR range_;
@@ -126,6 +146,10 @@ class DMIx {
   int lead() const noexcept { return 1; }
   void run(Inputs<2> in, int count, Outputs<2> out) noexcept {
     movement_.run(in[0], in[1], count, out[0], out[1]);
+  }
+  template <typename V>
+  void fields(V& v) noexcept {
+    v(movement_);
   }
 
  private:
@@ -151,6 +175,10 @@ class DI {
     *last[0] = sums_.plusSoFar();
     *last[1] = sums_.minusSoFar();
   }
+  template <typename V>
+  void fields(V& v) noexcept {
+    v(sums_);
+  }
 
  private:
   DirectionalSums sums_;
@@ -167,6 +195,10 @@ class DX {
     Tile plus, minus, range;
     sums_.run(in, count, plus, minus, range);
     map(count, out[0], dxOf, plus, minus, range);
+  }
+  template <typename V>
+  void fields(V& v) noexcept {
+    v(sums_);
   }
 
  private:
@@ -186,6 +218,10 @@ class ADX {
     average_.run({dx}, count, out);
   }
   void endShort(int items, Outputs<1> last) const noexcept { average_.endShort(items, last); }
+  template <typename V>
+  void fields(V& v) noexcept {
+    v(dx_, average_);
+  }
 
  private:
   DX dx_;
@@ -210,6 +246,10 @@ class ADXR {
           items, out[0] + at, [](double now, double then) { return (now + then) / 2.0; }, adx + at, before);
     });
     begin_.pass(count, out[0]);
+  }
+  template <typename V>
+  void fields(V& v) noexcept {
+    v(adx_, lag_, begin_);
   }
 
  private:

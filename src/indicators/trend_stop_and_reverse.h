@@ -35,10 +35,19 @@ class SAR {
     isLong_ = isLong;
     keep(in, count - 1);
   }
+  template <typename V>
+  void fields(V& v) noexcept {
+    v.within(passed_, 0, 2);
+    v(isLong_, side_, high_, low_, close_);
+  }
 
  private:
   struct Side {
     double stop, extreme, acceleration;
+    template <typename V>
+    void fields(V& v) noexcept {
+      v(stop, extreme, acceleration);
+    }
   };
 
   // A long position follows the highs with a stop below the lows. A short one follows the lows with a stop

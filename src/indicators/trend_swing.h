@@ -42,6 +42,10 @@ class SwingIndex {
         open + 1, high + 1, low + 1, close + 1, open, close);
     begin_.pass(count, out[0]);
   }
+  template <typename V>
+  void fields(V& v) noexcept {
+    v(open_, close_, begin_);
+  }
 
  private:
   double limitMove_;
@@ -59,6 +63,10 @@ class AccumSwingIndex {
   void run(Inputs<4> in, int count, Outputs<1> out) noexcept {
     swing_.run(in, count, out);
     sum_.run({out[0]}, count, out);
+  }
+  template <typename V>
+  void fields(V& v) noexcept {
+    v(swing_, sum_);
   }
 
  private:

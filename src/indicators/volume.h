@@ -52,6 +52,10 @@ class TotalOfSteps {
     map(count - 1, steps + 1, Step{}, close + 1, close, volume + 1, volume);
     total_.run({steps}, count, out);
   }
+  template <typename V>
+  void fields(V& v) noexcept {
+    v(close_, volume_, total_);
+  }
 
  private:
   Before close_, volume_;
@@ -94,6 +98,10 @@ class MoneyFlowIndex {
   void endShort(int, Outputs<1> last) const noexcept {
     if (isNonZero(fallingSoFar_)) *last[0] = moneyFlowIndexOf(risingSoFar_, fallingSoFar_);
   }
+  template <typename V>
+  void fields(V& v) noexcept {
+    v(typical_, first_, risingSoFar_, fallingSoFar_, index_);
+  }
 
  private:
   // The typical price, by division: bars are told apart by it.
@@ -129,6 +137,10 @@ class ForceIndex {
     average_.run({changes}, count, {changes});
     map(count, out[0], std::multiplies<>{}, changes, volume);
   }
+  template <typename V>
+  void fields(V& v) noexcept {
+    v(close_, average_);
+  }
 
  private:
   Before close_;
@@ -154,6 +166,10 @@ class EMV {
     average_.run({ease}, count, out);
   }
   void endShort(int items, Outputs<1> last) const noexcept { average_.endShort(items, last); }
+  template <typename V>
+  void fields(V& v) noexcept {
+    v(begun_, high_, low_, average_);
+  }
 
  private:
   // Less the whole height of the bar before, where ArmsEMV takes its midpoint.
@@ -189,6 +205,10 @@ class ArmsEMV {
     if (!begun_) out[0][0] = 0.0;
     begun_ = true;
   }
+  template <typename V>
+  void fields(V& v) noexcept {
+    v(begun_, high_, low_);
+  }
 
  private:
   double divisor_;
@@ -223,6 +243,11 @@ class HerrickPayoffIndex {
       if (passed_ < 2) ++passed_;
     }
   }
+  template <typename V>
+  void fields(V& v) noexcept {
+    v.within(passed_, 0, 2);
+    v(payoff_, high_, low_, interest_);
+  }
 
  private:
   double multiplier_, smoothing_, payoff_ = 0.0;
@@ -248,6 +273,10 @@ class VR {
     map(count - 1, up + 1, upOf, close + 1, close, volume + 1);
     map(count - 1, down + 1, downOf, close + 1, close, volume + 1);
     ratio_.run({up, down}, count, out);
+  }
+  template <typename V>
+  void fields(V& v) noexcept {
+    v(close_, ratio_);
   }
 
  private:
@@ -284,6 +313,10 @@ class VOSC {
     out[0][0] = percentOf(first[0], secondBefore_.take(second, count));
     map(count - 1, out[0] + 1, percentOf, first + 1, second);
     missing_.pass(count, out[0]);
+  }
+  template <typename V>
+  void fields(V& v) noexcept {
+    v(first_, second_, secondBefore_, missing_);
   }
 
  private:

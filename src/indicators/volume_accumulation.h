@@ -29,6 +29,10 @@ class Flow {
     out[0] = flowOf(high[0], low[0], close[0], close_.take(close, count), volume[0]);
     map(count - 1, out + 1, flowOf, high + 1, low + 1, close + 1, close, volume + 1);
   }
+  template <typename V>
+  void fields(V& v) noexcept {
+    v(close_);
+  }
 
  private:
   Before close_;
@@ -45,6 +49,10 @@ class AccumDist {
   void run(Inputs<4> in, int count, Outputs<1> out) noexcept {
     flow_.run(in, count, out[0]);
     total_.run({out[0]}, count, out);
+  }
+  template <typename V>
+  void fields(V& v) noexcept {
+    v(flow_, total_);
   }
 
  private:
@@ -70,6 +78,10 @@ class ChaikinMoneyFlow {
     flow_.run(in, count, flow);
     perVolume_.run({flow, in[3]}, count, out);
   }
+  template <typename V>
+  void fields(V& v) noexcept {
+    v(flow_, perVolume_);
+  }
 
  private:
   Flow flow_;
@@ -89,6 +101,10 @@ class ChaikinOscillator {
     averages_.run(line, count, [&](int at, int items, double, const double* fast, const double* slow) {
       map(items, out[0] + at, std::minus<>{}, fast, slow);
     });
+  }
+  template <typename V>
+  void fields(V& v) noexcept {
+    v(line_, averages_);
   }
 
  private:
@@ -110,6 +126,10 @@ class ChaikinVolatility {
     map(count, heights, std::minus<>{}, in[0], in[1]);
     average_.run({heights}, count, {heights});
     change_.run({heights}, count, out);
+  }
+  template <typename V>
+  void fields(V& v) noexcept {
+    v(average_, change_);
   }
 
  private:

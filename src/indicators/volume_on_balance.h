@@ -19,6 +19,10 @@ class AmountsOnBalance {
     out[0] = onBalanceOf(close[0], close_.take(close, count), amount[0]);
     map(count - 1, out + 1, onBalanceOf, close + 1, close, amount + 1);
   }
+  template <typename V>
+  void fields(V& v) noexcept {
+    v(close_);
+  }
 
  private:
   Before close_;
@@ -49,11 +53,20 @@ class Swings {
       }
     return rising ? 1.0 : falling ? -1.0 : 0.0;
   }
+  template <typename V>
+  void fields(V& v) noexcept {
+    v(last_);
+    v.within(count_, 0, 3);
+  }
 
  private:
   struct Swing {
     double value;
     bool high;
+    template <typename V>
+    void fields(V& v) noexcept {
+      v(value, high);
+    }
   };
   std::array<Swing, 3> last_{};
   int count_ = 0;
@@ -74,6 +87,10 @@ class OBVolMv {
     Tile amounts;
     amounts_.run(in[0], in[1], count, amounts);
     sum_.run({amounts}, count, out);
+  }
+  template <typename V>
+  void fields(V& v) noexcept {
+    v(amounts_, sum_);
   }
 
  private:
@@ -97,6 +114,10 @@ class OBOiMv {
     Tile sum;
     sum_.run(in, count, {sum});
     map(count, out[0], std::plus<>{}, sum, begin);
+  }
+  template <typename V>
+  void fields(V& v) noexcept {
+    v(begin_, sum_);
   }
 
  private:
@@ -129,6 +150,11 @@ class OBVolExp {
       breakout[j] = high ? 1.0 : low ? -1.0 : 0.0;
       trend[j] = trend_;
     }
+  }
+  template <typename V>
+  void fields(V& v) noexcept {
+    v(amounts_, total_, range_, middle_, lead_, swings_, before_, lastHigh_, lastLow_, trend_);
+    v(anyHigh_, anyLow_, wasHigh_, wasLow_);
   }
 
  private:

@@ -77,6 +77,10 @@ class SlidingBars {
       window_.run({highest, lowest, close}, items, advanced(out, at));
     }
   }
+  template <typename V>
+  void fields(V& v) noexcept {
+    v(window_);
+  }
 
  private:
   Sliding<Statistic> window_;

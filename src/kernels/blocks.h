@@ -24,6 +24,13 @@ struct BlockMemory {
     return scratch.data() + std::ptrdiff_t{rows + input} * room;
   }
   QV_INLINE bool hasRoom(int items) noexcept { return items <= room || makeRoom(items); }
+  // For so many more items. Nothing is given up where there is none.
+  bool reserve(int count) noexcept {
+    const int held = place < length ? place : begun ? length : 0;
+    const bool has = hasRoom(std::min(saturatingSum(held, count), length));
+    failed = false;
+    return has;
+  }
 
  private:
   // It grows with the first block only: a period may be longer than any series.

@@ -14,6 +14,7 @@
 //   int lead() const, or lead(output)         items that pass before the first value: stages know theirs
 //   void run(Inputs<kInputs>, int count, Outputs<kOutputs>)
 //                                             0.0 for the items below the lead
+//   void fields(V&)                           what changes while it runs (kernels/state.h)
 //   void endShort(int items, Outputs<kOutputs> last) const
 //                                             what a series of so many items (0 and up), which ends below a
 //                                             lead, leaves in its last item; left out where that is nothing
@@ -22,6 +23,7 @@
 //   static constexpr bool kBarBefore = true   where the bar before the start is read, too: the chain begins
 //   with
 //                                             it where there is one, and the first parameter says so
+//   static constexpr int kLooksAhead          an output that needs later bars: it has no value in a stream
 //   int firstValid(int s) const               where values begin when its first item is s; left out: s + lead
 #pragma once
 
@@ -29,7 +31,7 @@
 #include <climits>
 
 #include "core/calculation.h"
-#include "kernels/tiles.h"
+#include "kernels/live.h"
 
 namespace qv {
 
@@ -120,10 +122,54 @@ int runChain(Chain& chain, const Inputs<Chain::kInputs>& in, const Outputs<Chain
   return QV_OK;
 }
 
+// The chain for values from s on, which becomes the first item that it takes.
+template <typename Chain, typename... Parameters>
+QV_INLINE Chain chainFrom(int& s, Parameters... parameters) noexcept {
+  if constexpr (requires { Chain::kBarBefore; }) {
+    const bool before = s > 0;
+    s -= before;
+    return Chain(before, parameters...);
+  } else {
+    return Chain(parameters...);
+  }
+}
+
+// The first valid index of an output of a chain whose first item is s.
+template <typename Chain>
+int firstValidOf(const Chain& chain, int output, int s) noexcept {
+  if constexpr (requires { chain.firstValid(s); })
+    return chain.firstValid(s);
+  else
+    return saturatingSum(s, leadOf(chain, output));
+}
+
+template <typename Chain>
+int startOf(const ArraysOf<Chain>& arrays, const StartEnd& range) noexcept {
+  return range.asGiven ? std::max(range.start, 0)
+                       : firstValidOf(range.start, std::span(arrays).first(kStartsOf<Chain>));
+}
+
+template <typename Chain, typename... Parameters>
+[[gnu::cold, gnu::noinline]] int open(Opening& opening, const QvBars* bars, const ArraysOf<Chain>& arrays,
+                                      const StartEnd& range, Parameters... parameters) noexcept {
+  std::array<const QvArray*, Chain::kInputs> inputs;
+  std::size_t input = 0;
+  for (int k = 0; k < kSeriesCount; ++k)
+    if (kSeriesOf<Chain> & (1u << k)) inputs[input++] = &seriesOf(*bars, k);
+  std::copy(arrays.begin(), arrays.end(), inputs.begin() + input);
+  int s = startOf<Chain>(arrays, range);
+  const Chain chain = chainFrom<Chain>(s, parameters...);
+  for (int k = 0; k < Chain::kOutputs; ++k) opening.firstValid[k] = firstValidOf(chain, k, s);
+  if constexpr (requires { Chain::kLooksAhead; }) opening.firstValid[Chain::kLooksAhead] = Opening::kNoValue;
+  return opening.take(chain, inputs, s);
+}
+
 // The body of an exported function that has checked its parameters: entry step, chain, first valid indices.
 template <typename Chain, typename... Parameters>
 int calculate(const QvBars* bars, const ArraysOf<Chain>& arrays, const ResultsOf<Chain>& results,
               StartEnd range, Parameters... parameters) noexcept {
+  if (Opening* opening = openingOf(results[0]))
+    return open<Chain>(*opening, bars, arrays, range, parameters...);
   constexpr unsigned kSeries = kSeriesOf<Chain>;
   const BarInput set{bars, kSeries};
   int s, n;
@@ -150,22 +196,10 @@ int calculate(const QvBars* bars, const ArraysOf<Chain>& arrays, const ResultsOf
   for (const QvArray* result : results)  // one may have more room than another
     if (const int from = std::max(s, end); from < result->size)
       std::fill(result->data + from, result->data + result->size, 0.0);
-  const auto open = [&] {
-    if constexpr (requires { Chain::kBarBefore; }) {
-      const bool before = s > 0;
-      s -= before;
-      return Chain(before, parameters...);
-    } else {
-      return Chain(parameters...);
-    }
-  };
-  Chain chain = open();
+  Chain chain = chainFrom<Chain>(s, parameters...);
   if (const int status = runChain(chain, in, out, s, end)) return status;
-  for (int k = 0; k < Chain::kOutputs; ++k) {
-    int first = saturatingSum(s, leadOf(chain, k));
-    if constexpr (requires { chain.firstValid(s); }) first = chain.firstValid(s);
-    qvSetFirstValid(results[static_cast<std::size_t>(k)], first);
-  }
+  for (int k = 0; k < Chain::kOutputs; ++k)
+    qvSetFirstValid(results[static_cast<std::size_t>(k)], firstValidOf(chain, k, s));
   return QV_OK;
 }
 template <typename Chain, typename... Parameters>

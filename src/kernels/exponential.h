@@ -34,6 +34,11 @@ class Origin {
       at += items;
     }
   }
+  template <typename V>
+  void fields(V& v) noexcept {
+    v(value_, begun_);
+    v.within(left_, 0, kItems);
+  }
 
  private:
   static constexpr int kItems = 1024;
@@ -51,6 +56,10 @@ class Distance {
   // y[i], a distance, of distances x[i] + less; y may be x.
   [[gnu::noinline]] void run(const double* x, int count, double* y, double less = 0.0) noexcept {
     y_.run(x, count, y, Less{less}, Times{share_});
+  }
+  template <typename V>
+  void fields(V& v) noexcept {
+    v(y_);
   }
 
  private:
@@ -75,6 +84,10 @@ class DoubleDistance {
   [[gnu::noinline]] void run(const double* x, int count, double* out, double less, double onto) noexcept {
     first_.runTwo(second_, x, count, out, Less{less}, BothOnto{near_, far_, onto});
   }
+  template <typename V>
+  void fields(V& v) noexcept {
+    v(first_, second_);
+  }
 
  private:
   double share_, near_, far_;
@@ -92,6 +105,10 @@ class Exponential {
   void run(Inputs<1> in, int count, Outputs<1> out) noexcept {
     origin_.over(
         in[0], count, [&](int at, int items) { relative(in[0] + at, items, out[0] + at); }, *this);
+  }
+  template <typename V>
+  void fields(V& v) noexcept {
+    v(origin_, y_);
   }
 
  private:
@@ -131,6 +148,10 @@ class ExponentialAboutZero {
     begun_ = true;
     y_.run(x + i, count - i, y + i, AsItIs{}, Times{share});
   }
+  template <typename V>
+  void fields(V& v) noexcept {
+    v(y_, begun_);
+  }
 
  private:
   double share_;
@@ -164,6 +185,11 @@ class WilderMean {
   double sumSoFar() const noexcept {  // of the first items, while they are not complete
     return (period_ - missing_) * first_ + sum_;
   }
+  template <typename V>
+  void fields(V& v) noexcept {
+    v.within(missing_, 0, period_);
+    v(first_, sum_, average_);
+  }
 
  private:
   int period_, missing_;
@@ -191,6 +217,11 @@ class WilderSum {
     y_.run(x + i, count - i, y + i);
   }
   double sumSoFar() const noexcept { return sum_; }  // of the first items, while they are not complete
+  template <typename V>
+  void fields(V& v) noexcept {
+    v.within(missing_, 0, period_);
+    v(sum_, y_);
+  }
 
  private:
   int period_, missing_;

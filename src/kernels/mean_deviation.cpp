@@ -110,29 +110,45 @@ void MeanDeviation::run(Inputs<1> in, int count, Outputs<2> out) noexcept {
     }
     const int none = begin_.pass(items, out[1]);
     const double* distance = out[0] + none;
-    if (period_ <= kShortPeriod)
+    if (!isLong())
       shortWindows(items_.data() + held_ - items + none, items - none, distance, out[1] + none);
     else
       longWindows(held_ - items + none, items - none, distance, out[1] + none);
   }
 }
 
-// Appends items to those of the last period; what is older goes as soon as it is as much again.
-bool MeanDeviation::keep(const double* x, int count) noexcept {
-  constexpr auto kPair = std::ptrdiff_t{2} * kChunk;
-  const bool isLong = period_ > kShortPeriod;
-  if (const auto old = (held_ - (period_ - 1)) / kPair; old * kPair >= saturatingSum(period_, kTile)) {
-    held_ -= old * kPair;
-    std::copy_n(items_.data() + old * kPair, held_, items_.data());
-    if (isLong) std::copy_n(chunks_.data() + old, held_ / kPair, chunks_.data());
+bool MeanDeviation::isLong() const noexcept {
+  return period_ > kShortPeriod;
+}
+
+// The room that the groups can need at most.
+bool MeanDeviation::makeGroups() noexcept {
+  auto most = static_cast<std::size_t>(period_) + 1;
+  for (int g = 0; g < groupCount_; ++g) {
+    const auto windows = static_cast<std::size_t>(groups_[g].windows);
+    if (!groups_[g].open.grow(most) || !groups_[g].ends.grow(2 * windows)) return false;
+    most += windows;
   }
-  const auto room = static_cast<std::size_t>(held_ + count);
-  failed_ = !items_.grow(room) || (isLong && !chunks_.grow(room / kPair + 1));
-  if (failed_) return false;
-  std::copy_n(x, count, items_.data() + held_);
-  const std::ptrdiff_t before = held_;
-  held_ += count;
-  for (auto pair = before / kPair; isLong && (pair + 1) * kPair <= held_; ++pair) {
+  return mixed_.grow(static_cast<std::size_t>(period_) / kChunk + 2);
+}
+
+bool MeanDeviation::reserve(int count) noexcept {
+  const auto room = static_cast<std::size_t>(held_) + static_cast<std::size_t>(count);
+  return items_.grow(room) && (!isLong() || chunks_.grow(room / (2 * kChunk) + 1)) &&
+         (!isLong() || begin_.left() >= count || makeGroups());
+}
+
+bool MeanDeviation::restored() noexcept {
+  if (!isLong()) return true;
+  if (!reserve(1) || !makeGroups()) return false;
+  sumUpChunks(0);
+  return true;
+}
+
+// Of the pairs of chunks that are complete.
+void MeanDeviation::sumUpChunks(std::ptrdiff_t firstPair) noexcept {
+  constexpr auto kPair = std::ptrdiff_t{2} * kChunk;
+  for (auto pair = firstPair; (pair + 1) * kPair <= held_; ++pair) {
     TwoChunks& chunks = chunks_[static_cast<std::size_t>(pair)];
     for (int c = 0; c < 2; ++c) {
       const double* item = items_.data() + pair * kPair + std::ptrdiff_t{c} * kChunk;
@@ -145,6 +161,23 @@ bool MeanDeviation::keep(const double* x, int count) noexcept {
       chunks.lowest[c] = lowest, chunks.highest[c] = highest, chunks.sum[c] = sum;
     }
   }
+}
+
+// Appends items to those of the last period; what is older goes as soon as it is as much again.
+bool MeanDeviation::keep(const double* x, int count) noexcept {
+  constexpr auto kPair = std::ptrdiff_t{2} * kChunk;
+  if (const auto old = (held_ - (period_ - 1)) / kPair; old * kPair >= saturatingSum(period_, kTile)) {
+    held_ -= old * kPair;
+    std::copy_n(items_.data() + old * kPair, held_, items_.data());
+    if (isLong()) std::copy_n(chunks_.data() + old, held_ / kPair, chunks_.data());
+  }
+  const auto room = static_cast<std::size_t>(held_ + count);
+  failed_ = !items_.grow(room) || (isLong() && !chunks_.grow(room / kPair + 1));
+  if (failed_) return false;
+  std::copy_n(x, count, items_.data() + held_);
+  const std::ptrdiff_t before = held_;
+  held_ += count;
+  if (isLong()) sumUpChunks(before / kPair);
   return true;
 }
 
@@ -172,6 +205,7 @@ void MeanDeviation::longWindows(std::ptrdiff_t newest, int count, const double* 
       beginGroups(newest + i, distance[i]);
       if (failed_) break;
       windows = nextWindows(newest + i, count - i, distance + i, deviation + i);
+      if (windows == 0) deviation[i] = std::numeric_limits<double>::quiet_NaN(), windows = 1;
     }
     i += windows;
   }
@@ -270,7 +304,7 @@ void MeanDeviation::beginGroup(int g, std::ptrdiff_t newest, double distance) no
     foldShared(group, oldest + own, newest + 1);
   }
   // Where items crowd about the mean the line is good for a shorter way.
-  for (int tries = 0; group.openCount > 2 * group.windows + period_ / 16; ++tries) {
+  for (int tries = 0; tries < 7 && group.openCount > 2 * group.windows + period_ / 16; ++tries) {
     drift /= 8.0;
     stray /= 8.0;
     if (tries == 6) drift = stray = 0.0;

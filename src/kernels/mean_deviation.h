@@ -38,6 +38,20 @@ class MeanDeviation {
   bool ok() const noexcept { return !failed_ && distance_.ok(); }
   int lead() const noexcept { return distance_.lead(); }
   void run(Inputs<1> in, int count, Outputs<2> out) noexcept;
+  bool reserve(int count) noexcept;
+  template <typename V>
+  void fields(V& v) noexcept {
+    v(begin_, distance_);
+    // The windows that come lie in what is held.
+    v.within(held_, period_ - 1 - begin_.left(), 2 * std::int64_t{period_} + 4 * kTile);
+    v.buffer(items_, static_cast<std::size_t>(held_));
+    v.scratch(chunks_, isLong() ? static_cast<int>(held_ / (2 * kChunk)) : 0);
+    if (!isLong()) return;
+    for (int g = 0; g < groupCount_; ++g)
+      groups_[g].fields(v, period_, g > 0 ? groups_[g - 1].left : INT_MAX);
+    v(anchor_, firstDeviation_, deviation_);
+  }
+  bool restored() noexcept;
 
  private:
   static constexpr int kChunk = 8;
@@ -53,11 +67,23 @@ class MeanDeviation {
     memory::Buffer<double> open;  // the shared items between low and high
     memory::Buffer<double> ends;  // those that not all windows share, as if they stood side by side
 
+    template <typename V>
+    void fields(V& v, int period, int leftOfLarger) noexcept {
+      v.within(done, 0, windows);
+      v.within(left, 0, std::min(windows - done, leftOfLarger));
+      v.within(openCount, 0, 2 * std::int64_t{period});
+      v(low, high, constant, slope, firstMean);
+      v.buffer(open, left > 0 ? openCount : 0);
+      v.buffer(ends, left > 0 ? windows - 2 + std::max(done, 1) : 0);
+    }
     bool contains(double mean) const noexcept { return left > 0 && mean >= low && mean <= high; }
     void fold(const double* items, int count, double anchor) noexcept;
   };
   static constexpr int kMostGroups = 5;
 
+  bool isLong() const noexcept;
+  bool makeGroups() noexcept;
+  void sumUpChunks(std::ptrdiff_t firstPair) noexcept;
   bool keep(const double* x, int count) noexcept;
   void shortWindows(const double* newest, int count, const double* distance, double* deviation) noexcept;
   void longWindows(std::ptrdiff_t newest, int count, const double* distance, double* deviation) noexcept;

@@ -15,17 +15,36 @@ class Past {
   // The piece, which may be up to a tile long, behind the items kept: x[0] is its first, x[-k] stood k items
   // before, for the k up to `items` that have passed.
   const double* with(const double* x, int count) noexcept {
-    const int held = std::min(most_, held_);
-    failed_ = !ok() || !items_.grow(static_cast<std::size_t>(held) + static_cast<std::size_t>(count));
+    failed_ = !ok() || !reserve(count);
     if (failed_) return x;
-    double* first = items_.data();
-    std::memmove(first, first + (held_ - held), static_cast<std::size_t>(held) * sizeof(double));
-    std::copy_n(x, count, first + held);
-    held_ = held + count;
-    return first + held;
+    double* piece = items_.data() + held_;
+    std::copy_n(x, count, piece);
+    held_ += count;
+    return piece;
+  }
+  // What is too old goes when the room is full, which is as much again.
+  bool reserve(int count) noexcept {
+    if (static_cast<std::size_t>(held_) + static_cast<std::size_t>(count) <= items_.count()) return true;
+    forgetOld();
+    const int most = saturatingSum(held_, std::max(count, held_ < most_ ? 0 : most_));
+    return items_.grow(static_cast<std::size_t>(most));
+  }
+  template <typename V>
+  void fields(V& v) noexcept {
+    forgetOld();
+    v.within(held_, 0, most_);
+    v.buffer(items_, held_);
   }
 
  private:
+  void forgetOld() noexcept {
+    const int held = std::min(most_, held_);
+    if (items_.ok() && held < held_)
+      std::memmove(items_.data(), items_.data() + (held_ - held),
+                   static_cast<std::size_t>(held) * sizeof(double));
+    held_ = held;
+  }
+
   int most_, held_ = 0;  // held: with the last piece
   bool failed_ = false;
   memory::Buffer<double> items_;

@@ -119,6 +119,10 @@ class Recurrence {
     y_[0] = y_[0] + ofResults;
     y_[1] = y_[1] + ofResults;
   }
+  template <typename V>
+  void fields(V& v) noexcept {
+    v(y_, pairs_, x_);
+  }
 
  private:
   // Four bars as two Two or one Four.
@@ -196,6 +200,11 @@ class Total {
     }
     sum_ = sum[1];
     for (; i < count; ++i) y[i] = next(x[i]);
+  }
+  template <typename V>
+  void fields(V& v) noexcept {
+    v(sum_, first_, rest_);
+    v.within(place_, 0, 3);
   }
 
  private:

@@ -67,6 +67,19 @@ class Sliding {
     memory_.missing -= std::min(memory_.missing, incomplete);
   }
 
+  bool reserve(int count) noexcept {
+    return memory_.period <= Statistic::kShortWindow || memory_.reserve(count);
+  }
+  template <typename V>
+  void fields(V& v) noexcept {
+    v.within(memory_.missing, 0, memory_.period - 1);
+    if (memory_.period <= Statistic::kShortWindow) return v(past_);
+    v.within(memory_.place, 0, memory_.length);
+    v.within(memory_.room, 0, memory_.length);
+    v(memory_.begun, running_.anchors, running_.older, running_.newer, running_.pairs, running_.terms);
+    v.buffer(memory_.scratch, static_cast<std::size_t>(memory_.room) * (kMostRows + kInputs));
+  }
+
  private:
   static constexpr bool kCorrects = requires { typename Statistic::Corrected; };
   template <typename S, bool kHas>

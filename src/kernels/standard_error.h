@@ -19,6 +19,10 @@ struct RunningLine {
   double residual = 0.0;  // sum of squared distances from the line
 
   // n items have been taken before.
+  template <typename V>
+  void fields(V& v) noexcept {
+    v(last, expected, slope, residual);
+  }
   void take(double y, double n) noexcept {
     const double weight = 1.0 / ((n + 1.0) * (n + 2.0)), error = n > 0.0 ? (y - last) - expected : 0.0;
     residual += error * error * (n * (n - 1.0) * weight);
@@ -55,6 +59,22 @@ class StandardError {
     missing_ -= incomplete;
   }
 
+  bool reserve(int count) noexcept {
+    const int items = saturatingSum(place_, count);
+    if (items > period_ && !suffix_.ok())
+      suffix_ = memory::Buffer<double>(3 * static_cast<std::size_t>(period_));
+    return block_.grow(static_cast<std::size_t>(std::min(items, period_))) &&
+           (items <= period_ || suffix_.ok());
+  }
+  template <typename V>
+  void fields(V& v) noexcept {
+    v.within(missing_, 0, period_ - 1);
+    v.within(place_, 0, period_);
+    v(begun_, anchor_, prefix_);
+    v.buffer(block_, place_);
+    v.buffer(suffix_, begun_ ? 3 * static_cast<std::size_t>(period_) : 0);
+  }
+
  private:
   double* slopes() noexcept { return suffix_.data(); }
   double* means() noexcept { return slopes() + period_; }
@@ -63,7 +83,7 @@ class StandardError {
   // Lines through what the windows that end in the next block have of this one, in front of each place.
   void beginBlock() noexcept {
     const auto items = static_cast<std::size_t>(period_);
-    if (!begun_) suffix_ = memory::Buffer<double>(3 * items);
+    if (!suffix_.ok()) suffix_ = memory::Buffer<double>(3 * items);
     begun_ = true;
     place_ = 0;
     if (!suffix_.ok()) return;

@@ -69,6 +69,10 @@ class Before {
     last_ = x[count - 1];
     return before;
   }
+  template <typename V>
+  void fields(V& v) noexcept {
+    v(last_, begun_);
+  }
 
  private:
   double last_ = 0.0;
@@ -79,6 +83,7 @@ class Before {
 class Lead {
  public:
   explicit Lead(int items) noexcept : left_(items) {}
+  int left() const noexcept { return left_; }
   // Of the next `count` items those that pass.
   int pass(int count) noexcept {
     const int passed = std::min(left_, count);
@@ -92,6 +97,10 @@ class Lead {
     const int passed = pass(count);
     (std::fill_n(out, passed, 0.0), ...);
     return passed;
+  }
+  template <typename V>
+  void fields(V& v) noexcept {
+    v.within(left_, 0, left_);
   }
 
  private:
@@ -119,6 +128,10 @@ class After {
   }
   { stage_.endShort(std::max(0, saturatingSum(items, -after_)), last); }
   const Stage& stage() const noexcept { return stage_; }
+  template <typename V>
+  void fields(V& v) noexcept {
+    v(lead_, stage_);
+  }
 
  private:
   Lead lead_;
@@ -162,6 +175,15 @@ class Delay {
       std::copy_n(before, items, y + at);
     });
     std::fill_n(out[0], none, 0.0);
+  }
+  bool reserve(int count) noexcept {
+    return kept_.grow(static_cast<std::size_t>(std::min(lag_, saturatingSum(held_, count))));
+  }
+  template <typename V>
+  void fields(V& v) noexcept {
+    v.within(held_, 0, lag_);
+    v.within(place_, 0, std::max(0, lag_ - 1));
+    v.buffer(kept_, held_);
   }
 
  private:

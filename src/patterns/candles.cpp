@@ -11,6 +11,7 @@
 #include "core/text.h"
 #include "kernels/whole.h"
 #include "patterns/candle_names.h"
+#include "patterns/candle_signals.h"
 #include "patterns/candle_window.h"
 
 namespace {
@@ -48,6 +49,12 @@ double averageBody(const double* open, const double* close, int n) noexcept {
 
 constexpr double kNone = std::numeric_limits<double>::quiet_NaN();
 
+// No average lies below all that it is of: equal bodies must not be long by a rounding.
+double averageBodyOf(double sum, double count, double shortest) noexcept {
+  const double mean = sum / count;
+  return mean < shortest ? shortest : mean;
+}
+
 // averages[i] is that of the `period` bars before bar i, or of those that there are; not a number where
 // none of them has a body. -3 when memory runs out.
 int trailingAverages(const double* open, const double* close, int n, int period,
@@ -70,12 +77,12 @@ int trailingAverages(const double* open, const double* close, int n, int period,
   if (int status = qv::lowestOfWindows(shortest.data(), windows, shortest.data())) return status;
   averages[0] = kNone;
   for (std::size_t i = 1; i < items; ++i) {
-    const double mean = averages[i] / counts[i - 1];
-    // No average lies below all that it is of: equal bodies must not be long by a rounding.
-    averages[i] = mean < shortest[i - 1] ? shortest[i - 1] : mean;
+    averages[i] = averageBodyOf(averages[i], counts[i - 1], shortest[i - 1]);
   }
   return QV_OK;
 }
+
+constexpr double kLongShadow = 2.0, kShortShadow = 0.75, kDoji = 0.005;
 
 struct Factors {
   double longShadow, shortShadow, doji;
@@ -142,9 +149,9 @@ bool hasPrices(const QvBars& bars, int n) noexcept {
 QvCandle* prepareCandles(QvCandles& candles, int n) noexcept {
   candles.records = allocateRecords(n);
   if (!candles.records) return nullptr;
-  setDefault(candles.longShadowFactor, 2.0);
-  setDefault(candles.shortShadowFactor, 0.75);
-  setDefault(candles.dojiFactor, 0.005);
+  setDefault(candles.longShadowFactor, kLongShadow);
+  setDefault(candles.shortShadowFactor, kShortShadow);
+  setDefault(candles.dojiFactor, kDoji);
   return candles.records;
 }
 
@@ -174,6 +181,61 @@ int compared(const QvBars* bars, int i, QvArray QvBars::*first, QvArray QvBars::
 }
 
 }  // namespace
+
+namespace qv::chain {
+
+CandleSignals::CandleSignals(int pattern, int period) noexcept
+    : pattern_(pattern),
+      lead_(saturatingSum(period, candlePatterns[static_cast<std::size_t>(pattern)].bars, -1)),
+      sums_{Sliding<Sums<1>>(period), Sliding<Sums<1>>(period)},
+      shortest_(period) {}
+
+void CandleSignals::run(Inputs<4> in, int count, Outputs<1> out) noexcept {
+  const auto [open, high, low, close] = in;
+  Tile bodies, counts, shortest, averages, highest;
+  for (int i = 0; i < count; ++i) {
+    bodies[i] = std::fabs(open[i] - close[i]);
+    const bool flat = open[i] == close[i];
+    counts[i] = flat ? 0.0 : 1.0;
+    highest[i] = flat ? kInfinity : bodies[i];
+  }
+  Tile sums, numbers;
+  sums_[0].run({bodies}, count, {sums});
+  sums_[1].run({counts}, count, {numbers});
+  shortest_.run({highest, highest}, count, {averages, shortest});
+  for (int i = 0; i < count; ++i) {
+    averages[i] = average_;
+    average_ = averageBodyOf(sums[i], numbers[i], shortest[i]);
+  }
+  std::int32_t records[kRun];
+  static_assert(kRun >= kTile);
+  classifyRun(open, high, low, close, count, averages, {kLongShadow, kShortShadow, kDoji}, records);
+
+  // The last bars as a set of their own.
+  struct {
+    std::int32_t count = kMostBars;
+    QvCandle records[kMostBars];
+  } last;
+  const QvCandles candles{last.records, kLongShadow, kShortShadow, kDoji};
+  QvBars bars{};
+  for (int k = 0; k < 4; ++k) seriesOf(bars, 1 + k) = {prices_[k], kMostBars, kMostBars, 0};
+  bars.barsize = bars.datasize = kMostBars;
+  for (int i = 0; i < count; ++i) {
+    for (int k = 0; k < 4; ++k) {
+      std::copy(prices_[k] + 1, prices_[k] + kMostBars, prices_[k]);
+      prices_[k][kMostBars - 1] = in[static_cast<std::size_t>(k)][i];
+    }
+    std::copy(candles_ + 1, candles_ + kMostBars, candles_);
+    candles_[kMostBars - 1] = records[i];
+    for (int k = 0; k < kMostBars; ++k) {
+      const std::int32_t record = truncatedInt(candles_[k]);
+      std::memcpy(last.records + k, &record, sizeof record);
+    }
+    out[0][i] = candlePatterns[static_cast<std::size_t>(pattern_)].endsAt(&bars, &candles, kMostBars - 1);
+  }
+}
+
+}  // namespace qv::chain
 
 extern "C" {
 

@@ -1,22 +1,11 @@
 // Where two series cross and where one turns, bar by bar and as signal series.
-#include <algorithm>
-
-#include "core/calculation.h"
 #include "core/numbers.h"
 #include "indicators/crossing.h"
+#include "kernels/calculate.h"
+#include "patterns/formations.h"
 #include "qvlib60/patterns/formations.h"
 
-namespace {
-
 using namespace qv;
-
-int turn(const double* a, int i) noexcept {
-  const bool trough = (a[i] > a[i - 1]) & (a[i - 1] < a[i - 2]);
-  const bool peak = (a[i] < a[i - 1]) & (a[i - 1] > a[i - 2]);
-  return trough - peak;
-}
-
-}  // namespace
 
 extern "C" {
 
@@ -26,22 +15,19 @@ int QVCALL qvCrossOver(const QvArray* a, const QvArray* b, int i) noexcept {
 }
 
 int QVCALL qvCrossOverFill(const QvArray* a, const QvArray* b, QvArray* out, int start, int end) noexcept {
-  return fillCrossings(a, b, out, start, end);
+  return calculate<chain::CrossOverFill>({a, b}, {out}, {start, end});
 }
 
 int QVCALL qvTurn(const QvArray* a, int i) noexcept {
   if (!a) return QV_INVALID_PARM;
-  return i >= 2 && hasItem(*a, i) ? turn(a->data, i) : 0;
+  return i >= 2 && hasItem(*a, i)
+             ? static_cast<int>(chain::TurnFill::turnOf(a->data[i], a->data[i - 1], a->data[i - 2]))
+             : 0;
 }
 
 int QVCALL qvTurnFill(const QvArray* in, QvArray* out, int start, int end) noexcept {
-  const int n = prepareOutputs({}, {in}, {out});
-  if (n < 1) return n;
-  const int f = firstValidOf(start, {in});
-  const int last = std::min(end, n - 1);  // the end is inclusive here, unlike in qvCrossOverFill
-  for (int i = saturatingSum(f, 2); i <= last; ++i) out->data[i] = turn(in->data, i);
-  qvSetFirstValid(out, f);
-  return QV_OK;
+  // the end is inclusive here, unlike in qvCrossOverFill
+  return calculate<chain::TurnFill>({in}, {out}, {start, saturatingSum(end, 1)});
 }
 
 }  // extern "C"

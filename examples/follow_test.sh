@@ -1,0 +1,22 @@
+#!/usr/bin/env bash
+# A file that grows line by line, and in the middle of lines, shows what the whole file shows; a correction of the last
+# bar takes the place of the first line of its date.
+#   usage: follow_test.sh PROGRAM PRICES
+set -euo pipefail
+program=$1 prices=$2
+folder=$(mktemp -d)
+trap 'rm -rf "$folder"' EXIT
+head -n 300 "$prices" > "$folder/whole.csv"
+"$program" "$folder/whole.csv" > "$folder/expected"
+
+head -c 9000 "$folder/whole.csv" > "$folder/growing.csv"
+"$program" "$folder/growing.csv" 3 > "$folder/seen" &
+for from in 9001 9100 12001; do
+  sleep 0.3
+  tail -c +$from "$folder/whole.csv" | head -c $((from == 9001 ? 99 : from == 9100 ? 2901 : 1000000)) >> "$folder/growing.csv"
+done
+wait
+diff "$folder/expected" "$folder/seen"
+
+{ head -n 299 "$folder/whole.csv"; tail -n 1 "$folder/whole.csv" | sed 's/\(.*\),.*,\(.*\)/\1,1.0,\2/'; tail -n 1 "$folder/whole.csv"; } > "$folder/corrected.csv"
+"$program" "$folder/corrected.csv" | sed '300d' | diff "$folder/expected" -

@@ -1,0 +1,59 @@
+// How far a stream has come: the calculation after its bars, and so much of the past that the last bar can be
+// taken back.
+#pragma once
+
+#include "kernels/live.h"
+
+namespace qv::stream {
+
+// Which series go into the calculation and from which bar on.
+struct Feed {
+  int begin = 0;  // the first bar that the calculation takes
+  int inputCount = 0, outputCount = 0;
+  int inputs[Opening::kMostInputs]{};  // of the calculation, as places among the caller's values
+};
+
+// The state before the last bars and these bars: taking the last one back replays the others. The earlier
+// state moves up as soon as there are as many bars as it has numbers, so that copying it costs every bar the
+// same, whatever the periods.
+class Progress {
+ public:
+  explicit Progress(const Feed& feed) noexcept : feed_(feed) {}
+
+  // False for memory, as all below.
+  bool begin(LivePtr opened) noexcept;
+  bool copy(Progress& to) noexcept;
+  // The next bars, up to kMostAtOnce; all or none.
+  static constexpr int kMostAtOnce = 32;
+  bool take(const double* const* values, int count, double* const* outputs) noexcept;
+  // Any number of bars. What has been taken when memory runs out stays.
+  bool takeMany(const double* const* values, int count, double* const* outputs) noexcept;
+  bool peek(const double* const* values, double* const* outputs) noexcept;
+  bool replaceLast(const double* const* values, double* const* outputs) noexcept;
+
+  std::int64_t bars() const noexcept { return bars_; }
+  void save(Bytes& to) noexcept;
+  // Into one that has begun.
+  bool load(Reader& from) noexcept;
+  const Live& now() const noexcept { return *now_; }
+
+ private:
+  using Outs = double* [Opening::kMostOutputs];
+
+  double* row(double* block, int room, int input) const noexcept {
+    return block + std::ptrdiff_t{2} * room * input;
+  }
+  // The calculation over bars that begin with bar `at`.
+  void run(Live& running, std::int64_t at, const double* const* in, int count,
+           double* const* outputs) const noexcept;
+  // The kept bars first .. end - 1 once more.
+  bool replay(Live& running, int first, int end) noexcept;
+
+  Feed feed_;
+  LivePtr now_, before_;
+  std::int64_t bars_ = 0;
+  memory::Buffer<double> kept_;     // of each input twice `room_` items, of which one half is in use
+  int room_ = 0, half_ = 0, held_ = 0;  // held_: bars since before_
+};
+
+}  // namespace qv::stream

@@ -1,0 +1,138 @@
+// Saved streams: damage is refused, and what an enemy made with a right checksum does no harm.
+#include <gtest/gtest.h>
+
+#include "stream/support.h"
+
+using namespace qvtest;
+
+namespace {
+
+std::uint64_t checksumOf(const std::vector<unsigned char>& bytes, std::size_t count) {
+  std::uint64_t sum = 0xCBF29CE484222325u;
+  for (std::size_t i = 0; i < count; ++i) sum = (sum ^ bytes[i]) * 0x100000001B3u;
+  return sum;
+}
+
+Stream streamOf(const QvCatalogueEntry* entry) {
+  QvStream* s = nullptr;
+  qvStreamOpen(entry, nullptr, 2, &s);
+  return Stream(s);
+}
+
+// A stream after n bars of a walk, all series alike.
+void feed(QvStream* s, int n) {
+  const Items walk = shaped(Shape::Walk, n), rising = shaped(Shape::Rising, n);
+  std::vector<const double*> values(20, walk.data());
+  values[0] = values[7] = rising.data();
+  ASSERT_EQ(qvStreamUpdate(s, values.data(), n, nullptr), 0);
+}
+
+void refusesEveryDamage(QvStream* s) {
+  const auto block = savedOf(s);
+  int status = 0;
+  EXPECT_TRUE(loadedFrom(block, &status));
+  for (std::size_t i = 0; i < block.size(); ++i) {
+    auto damaged = block;
+    for (const int change : {1, 0x80, 0xFF}) {
+      damaged[i] = static_cast<unsigned char>(block[i] ^ change);
+      EXPECT_FALSE(loadedFrom(damaged, &status)) << i;
+      ASSERT_EQ(status, QV_FILE_READ) << i;
+    }
+    damaged.assign(block.begin(), block.begin() + static_cast<std::ptrdiff_t>(i));
+    EXPECT_FALSE(loadedFrom(damaged, &status)) << i;
+    ASSERT_EQ(status, QV_FILE_READ) << i;
+  }
+  auto longer = block;
+  longer.push_back(0);
+  EXPECT_FALSE(loadedFrom(longer));
+}
+
+TEST(StreamBlocks, AreRefusedWithAnyByteChangedOrMissing) {
+  for (const char* name : {"sma", "bollinger", "adx"}) {
+    const Stream s = streamOf(qvCatalogueFind(name));
+    feed(s.get(), 60);
+    refusesEveryDamage(s.get());
+  }
+  QvStream* s = nullptr;
+  ASSERT_EQ(qvStreamOpenFormula(qv::Formula("weekly(sma(3)) > close and candle(\"hammer\")").get(), &s), 0);
+  const Stream formula(s);
+  feed(s, 60);
+  refusesEveryDamage(s);
+}
+
+TEST(StreamBlocks, AreTheSameEverywhere) {
+  const Stream s = streamOf(qvCatalogueFind("sma"));
+  const double one[] = {1.5}, *values[] = {one};
+  ASSERT_EQ(qvStreamUpdate(s.get(), values, 1, nullptr), 0);
+  const auto block = savedOf(s.get());
+  // Magic, version, kind, name, one parameter, start, bars.
+  const unsigned char head[] = {'Q', 'V', 'S', 'T', 1,    0,    0,   0,   1, 11, 0, 0, 0, 'q', 'v',
+                                'S', 'i', 'm', 'p', 'l',  'e',  'M', 'A', 0, 1,  0, 0, 0, 0,   0,
+                                0,   0,   0,   0,   0x34, 0x40, 2,   0,   0, 0,  1, 0, 0, 0};
+  ASSERT_GT(block.size(), sizeof head);
+  EXPECT_EQ(std::vector<unsigned char>(block.begin(), block.begin() + sizeof head),
+            std::vector<unsigned char>(head, head + sizeof head));
+}
+
+// Memory is the sanitizer's to watch: accepted or not, whatever comes then runs to its end.
+TEST(StreamBlocks, MadeByAnEnemyDoNoHarm) {
+  std::mt19937 random(9);
+  const auto below = [&](std::size_t n) { return random() % n; };
+  int accepted = 0;
+  for (const QvCatalogueEntry* e : allEntries()) {
+    const Stream s = streamOf(e);
+    if (!s) continue;
+    feed(s.get(), 20 + static_cast<int>(below(200)));
+    const auto block = savedOf(s.get());
+    for (int trial = 0; trial < 40; ++trial) {
+      auto forged = block;
+      const std::size_t head = 8, tail = block.size() - 8;
+      for (std::size_t k = 1 + below(4); k > 0; --k) {
+        const unsigned char values[] = {0, 1, 0x7F, 0x80, 0xFF, static_cast<unsigned char>(random())};
+        forged[head + below(tail - head)] = values[below(6)];
+      }
+      const std::uint64_t sum = checksumOf(forged, tail);
+      for (std::size_t k = 0; k < 8; ++k) forged[tail + k] = static_cast<unsigned char>(sum >> 8 * k);
+      const Stream loaded = loadedFrom(forged);
+      if (!loaded) continue;
+      ++accepted;
+      feed(loaded.get(), 300);
+    }
+  }
+  EXPECT_GT(accepted, 100);
+}
+
+TEST(Stream, RefusesWrongArguments) {
+  QvStream* s = nullptr;
+  const QvCatalogueEntry* sma = qvCatalogueFind("sma");
+  const QvCatalogueEntry copy = *sma;
+  const double zero[] = {0};
+  EXPECT_EQ(qvStreamOpen(nullptr, nullptr, 0, &s), QV_INVALID_PARM);
+  EXPECT_EQ(qvStreamOpen(&copy, nullptr, 0, &s), QV_INVALID_PARM);
+  EXPECT_EQ(qvStreamOpen(sma, zero, 0, &s), QV_INVALID_PARM);
+  EXPECT_EQ(qvStreamOpen(sma, nullptr, 0, nullptr), QV_INVALID_PARM);
+  ASSERT_EQ(qvStreamOpen(sma, nullptr, -5, &s), 0);
+  const Stream stream(s);
+  double x = 1.0;
+  const double* values[] = {&x};
+  const double* none[] = {nullptr};
+  double* out[] = {&x};
+  EXPECT_EQ(qvStreamReplaceLast(s, values, out), QV_RECORD_NOT_FOUND);
+  EXPECT_EQ(qvStreamUpdate(s, none, 1, out), QV_INVALID_PARM);
+  EXPECT_EQ(qvStreamUpdate(s, nullptr, 1, out), QV_INVALID_PARM);
+  EXPECT_EQ(qvStreamUpdate(s, values, -1, out), QV_INVALID_PARM);
+  EXPECT_EQ(qvStreamUpdate(s, values, 0, out), 0);
+  EXPECT_EQ(qvStreamUpdate(nullptr, values, 1, out), QV_INVALID_PARM);
+  EXPECT_EQ(qvStreamPeek(s, none, out), QV_INVALID_PARM);
+  EXPECT_EQ(qvStreamBars(s), 0);
+  EXPECT_EQ(qvStreamBars(nullptr), QV_INVALID_PARM);
+  EXPECT_EQ(qvStreamOutputCount(nullptr), QV_INVALID_PARM);
+  EXPECT_EQ(qvStreamFirstValid(s, 1), QV_INVALID_PARM);
+  EXPECT_EQ(qvStreamFirstValid(s, 0), 19);
+  EXPECT_EQ(qvStreamCopy(nullptr, &s), QV_INVALID_PARM);
+  EXPECT_EQ(qvStreamSave(nullptr, nullptr, 0), QV_INVALID_PARM);
+  EXPECT_EQ(qvStreamLoad(nullptr, 0, &s), QV_INVALID_PARM);
+  qvStreamClose(nullptr);
+}
+
+}  // namespace
