@@ -4,10 +4,16 @@
 
    usage: follow FILE [SECONDS]      lines "2000-01-03,open,high,low,close,volume"; the program ends when the
                                      file has not grown for so many seconds (else at once) */
+#ifdef _WIN32
+#include <windows.h>
+#else
+#define _POSIX_C_SOURCE 199309L /* nanosleep */
+#include <time.h>
+#endif
+
 #include <stdio.h>
 #include <stdlib.h>
 #include <string.h>
-#include <time.h>
 
 #include "qvlib60.h"
 #include "stop_on_error.h"
@@ -74,9 +80,14 @@ static void takeLine(Chart* chart, const char* line) {
   chart->lastDate = bar[0];
 }
 
+/* Of a second. C99 has no sleep. */
 static void waitATenth(void) {
-  const clock_t end = clock() + CLOCKS_PER_SEC / 10;
-  while (clock() < end) continue; /* C99 has no sleep */
+#ifdef _WIN32
+  Sleep(100);
+#else
+  const struct timespec tenth = {0, 100000000};
+  nanosleep(&tenth, NULL);
+#endif
 }
 
 int main(int argc, char** argv) {

@@ -4,11 +4,20 @@
 #include <cstdint>
 
 #include "kernels/calculate.h"
+#include "qvlib60/indicators/averages.h"
 #include "qvlib60/indicators/bands.h"
 
 using namespace qv;
 
 namespace {
+
+int rangeMiddle(const QvBars& bars, int q, int n, double* middle) noexcept {
+  chain::RangeMiddle window(q);
+  overTiles(0, n, [&](int at, int count) {
+    window.run(bars.high.data + at, bars.low.data + at, count, middle + at);
+  });
+  return window.ok() ? QV_OK : QV_MALLOC;
+}
 
 // Stores v at index i when the output has room there: the leading spans run ahead of the last bar.
 void storeAhead(QvArray* out, std::int64_t i, double v) noexcept {
@@ -49,13 +58,13 @@ int QVCALL qvMAEnvelope(const QvArray* in, QvArray* outUpper, QvArray* outLower,
 int QVCALL qvMAHighLow(const QvBars* bars, QvArray* outHigh, QvArray* outLow, int method, int p,
                        int start) noexcept {
   if (p < 1) return QV_INVALID_PARM;
-  const int s = std::max(start, 0);
-  if (!isAverageMethod(method)) {
-    const int n = prepareOutputs({{bars, kHighLow}}, {}, {outHigh, outLow});
-    return n < 1 ? n : int{QV_INVALID_PARM};
-  }
-  return calculate<chain::MAHighLow>(bars, {outHigh, outLow}, s, method, p, startOf(bars, kHigh, s) - s,
-                                     startOf(bars, kLow, s) - s);
+  if (Opening* opening = openingOf(outHigh))
+    return isAverageMethod(method) ? open<chain::MAHighLow>(*opening, bars, {}, start, method, p)
+                                   : int{QV_INVALID_PARM};
+  const int n = prepareOutputs({{bars, kHighLow}}, {}, {outHigh, outLow});
+  if (n < 1) return n;
+  if (const int status = qvMovingAverage(&bars->high, outHigh, method, p, start)) return status;
+  return qvMovingAverage(&bars->low, outLow, method, p, start);
 }
 
 int QVCALL qvPriceChannels(const QvBars* bars, QvArray* outUpper, QvArray* outLower, int p,
@@ -77,30 +86,25 @@ int QVCALL qvIchimokuKinkoHyo(const QvBars* bars, QvArray* outConversion, QvArra
                               int reserved, int start) noexcept {
   static_cast<void>(reserved);
   if (p1 < 1 || p2 < 1 || p3 < 1) return QV_INVALID_PARM;
-  if (bars && !hasSeries({bars, kHighLowClose})) return QV_INVALID_PARM;
-  const int s = std::max(start, 0);
-  if (const int status = calculate<chain::IchimokuKinkoHyo>(
-          bars, {outConversion, outBase, outSpanA, outSpanB, outLagging}, 0, p1, p2, p3, s))
-    return status;
-  int n = bars->barsize;
-  for (const QvArray* out : {outConversion, outBase, outSpanA, outSpanB, outLagging})
-    n = std::min(n, out->size);
-  if (n < 1) return QV_OK;
-
-  // What the spans have for the bars that are still to come.
+  if (Opening* opening = openingOf(outConversion))
+    return open<chain::IchimokuKinkoHyo>(*opening, bars, {}, 0, p1, p2, p3, std::max(start, 0));
+  const int n =
+      prepareOutputs({{bars, kHighLowClose}}, {}, {outConversion, outBase, outSpanA, outSpanB, outLagging});
+  if (n < 1) return n;
+  const int s = firstValidOf(start, {});
+  Temporary middle;
+  if (const int status = allocArrays(n, {&middle})) return status;
+  const double* m = middle.data;
   const std::int64_t ahead = std::int64_t{p2} - 1;
-  const int begin = static_cast<int>(std::max<std::int64_t>(0, n - ahead));
-  for (int i = std::max(begin, chain::IchimokuKinkoHyo::spanAFrom(p1, p2, s)); i < n; ++i)
+
+  if (const int status = rangeMiddle(*bars, p1, n, middle.data)) return status;
+  for (int i = saturatingSum(s, p1, -1); i < n; ++i) outConversion->data[i] = m[i];
+  if (const int status = rangeMiddle(*bars, p2, n, middle.data)) return status;
+  for (int i = std::max(0, saturatingSum(s, p2, -2)); i < n; ++i) outBase->data[i] = m[i];
+  for (int i = chain::IchimokuKinkoHyo::spanAFrom(p1, p2, s); i < n; ++i)
     storeAhead(outSpanA, i + ahead, (outConversion->data[i] + outBase->data[i]) / 2.0);
-  const int back = std::max(0, saturatingSum(begin, -std::int64_t{p3}, 1));
-  chain::RangeMiddle window(p3);
-  overTiles(back, n, [&](int at, int count) {
-    Tile middle;
-    window.run(bars->high.data + at, bars->low.data + at, count, middle);
-    for (int i = std::max({at, begin, chain::IchimokuKinkoHyo::spanBFrom(p3, s)}); i < at + count; ++i)
-      storeAhead(outSpanB, i + ahead, middle[i - at]);
-  });
-  if (!window.ok()) return QV_MALLOC;
+  if (const int status = rangeMiddle(*bars, p3, n, middle.data)) return status;
+  for (int i = chain::IchimokuKinkoHyo::spanBFrom(p3, s); i < n; ++i) storeAhead(outSpanB, i + ahead, m[i]);
 
   int lag = s;
   for (; lag < n && std::int64_t{lag} + shift - 1 < n; ++lag) {
@@ -108,6 +112,10 @@ int QVCALL qvIchimokuKinkoHyo(const QvBars* bars, QvArray* outConversion, QvArra
     outLagging->data[lag] = later >= 0 ? bars->close.data[later] : 0.0;
   }
   outLagging->size = std::min(lag, n);
+
+  const auto first = chain::IchimokuKinkoHyo::firstValidFrom(p1, p2, p3, s);
+  QvArray* const outputs[] = {outConversion, outBase, outSpanA, outSpanB, outLagging};
+  for (std::size_t k = 0; k < first.size(); ++k) qvSetFirstValid(outputs[k], first[k]);
   return QV_OK;
 }
 

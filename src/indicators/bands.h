@@ -144,23 +144,18 @@ class MAEnvelope {
   After<EnvelopePct> bands_;
 };
 
-// The averages of the highs and of the lows, which may begin later than the bars.
+// The averages of the highs and of the lows.
 class MAHighLow {
  public:
   static constexpr unsigned kSeries = kHighLow;
   static constexpr int kInputs = 2, kOutputs = 2;
 
-  MAHighLow(int method, int period, int highsAfter = 0, int lowsAfter = 0) noexcept
-      : high_(highsAfter, method, period), low_(lowsAfter, method, period) {}
+  MAHighLow(int method, int period) noexcept : high_(method, period), low_(method, period) {}
   bool ok() const noexcept { return high_.ok() && low_.ok(); }
-  int lead(int output) const noexcept { return output == 0 ? high_.lead() : low_.lead(); }
+  int lead() const noexcept { return high_.lead(); }
   void run(Inputs<2> in, int count, Outputs<2> out) noexcept {
     high_.run({in[0]}, count, {out[0]});
     low_.run({in[1]}, count, {out[1]});
-  }
-  void endShort(int items, Outputs<2> last) const noexcept {
-    high_.endShort(items, {last[0]});
-    low_.endShort(items, {last[1]});
   }
   template <typename V>
   void fields(V& v) noexcept {
@@ -168,7 +163,7 @@ class MAHighLow {
   }
 
  private:
-  After<MovingAverage> high_, low_;
+  MovingAverage high_, low_;
 };
 
 // The highest and the lowest price of the bars before.
@@ -239,12 +234,16 @@ class IchimokuKinkoHyo {
   static constexpr int kInputs = 2, kOutputs = 5, kLooksAhead = 4;
 
   IchimokuKinkoHyo(int p1, int p2, int p3, int start) noexcept
-      : first_{saturatingSum(start, p1, -1), saturatingSum(start, p2, -1),
-               saturatingSum(start, std::max(p1, p2), p2, -2), saturatingSum(start, p3, p2, -2), start},
+      : first_(firstValidFrom(p1, p2, p3, start)),
         middles_{RangeMiddle(p1), RangeMiddle(p2), RangeMiddle(p3)},
         begins_{Lead(first_[0]), Lead(std::max(0, saturatingSum(start, p2, -2))),
                 Lead(spanAFrom(p1, p2, start)), Lead(spanBFrom(p3, start))},
         later_{Delay(p2 - 1), Delay(p2 - 1)} {}
+  static std::array<int, 5> firstValidFrom(int p1, int p2, int p3, int start) noexcept {
+    return {saturatingSum(start, p1, -1), saturatingSum(start, p2, -1),
+            saturatingSum(start, std::max(p1, p2), p2, -2), saturatingSum(start, p3, p2, -2), start};
+  }
+  // Where the spans' values come from first.
   static int spanAFrom(int p1, int p2, int start) noexcept {
     return std::max(0, saturatingSum(start, std::max(p1, p2), -2));
   }

@@ -63,8 +63,9 @@ int QVCALL qvTRIN(const QvArray* adv, const QvArray* dec, const QvArray* advVol,
 int QVCALL qvBretzTRIN5(const QvArray* adv, const QvArray* dec, const QvArray* advVol, const QvArray* decVol,
                         QvArray* out, int start) noexcept {
   const int status = calculate<chain::BretzTRIN5>({adv, dec, advVol, decVol}, {out}, start);
+  if (openingOf(out)) return status;
   if (status == QV_INVALID_PARM) qvMovingSum(out, out, 5, start);
-  return std::max(status, int{QV_OK});
+  return QV_OK;
 }
 
 int QVCALL qvOpen10TRIN(const QvArray* adv, const QvArray* dec, const QvArray* advVol, const QvArray* decVol,

@@ -34,8 +34,6 @@ class UltimateOsc {
         missing_(lead()) {}
   bool ok() const noexcept { return shares_[0].ok() && shares_[1].ok() && shares_[2].ok(); }
   int lead() const noexcept { return std::max({shares_[0].lead(), shares_[1].lead(), shares_[2].lead()}); }
-  // The longest period alone, wherever the values begin.
-  int firstValid(int) const noexcept { return lead() - skip_; }
   void run(Inputs<3> in, int count, Outputs<1> out) noexcept {
     const auto [high, low, close] = in;
     const double before = close_.take(close, count);

@@ -155,6 +155,7 @@ class RWI {
   template <typename V>
   void fields(V& v) noexcept {
     v(high_, low_, range_, close_, begin_, begun_);
+    v.require(std::min({high_.held(), low_.held(), range_.held()}) >= period_ - begin_.left());
     v.buffer(terms_, begun_ ? period_ : 0);
   }
 
@@ -255,6 +256,8 @@ class DMI {
   template <typename V>
   void fields(V& v) noexcept {
     v(deviation_, items_, deviations_, begin_);
+    v.require(std::min(items_.held(), deviations_.held() + (kLongest - kMeanPeriod + 1)) >=
+              kLongest - begin_.left());
   }
 
  private:

@@ -22,6 +22,8 @@ class Past {
     held_ += count;
     return piece;
   }
+  // Those that can be read behind the next piece.
+  int held() const noexcept { return std::min(most_, held_); }
   // What is too old goes when the room is full, which is as much again.
   bool reserve(int count) noexcept {
     if (static_cast<std::size_t>(held_) + static_cast<std::size_t>(count) <= items_.count()) return true;
@@ -38,11 +40,11 @@ class Past {
 
  private:
   void forgetOld() noexcept {
-    const int held = std::min(most_, held_);
-    if (items_.ok() && held < held_)
-      std::memmove(items_.data(), items_.data() + (held_ - held),
-                   static_cast<std::size_t>(held) * sizeof(double));
-    held_ = held;
+    const int kept = held();
+    if (items_.ok() && kept < held_)
+      std::memmove(items_.data(), items_.data() + (held_ - kept),
+                   static_cast<std::size_t>(kept) * sizeof(double));
+    held_ = kept;
   }
 
   int most_, held_ = 0;  // held: with the last piece

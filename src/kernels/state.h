@@ -7,9 +7,10 @@
 //
 // Members are numbers, truth values, pairs, arrays, variants and other stages. Integers come with the range
 // that keeps the stage inside its memory, v.within(place_, 0, period_ - 1), buffers with the items that
-// count, v.buffer(kept_, held_). What can be made again out of the others is left to restored(), which says
-// whether there was memory for it; its buffers are v.scratch. Parameters, and what is made of them, are left
-// out: state is only ever given to a chain that was opened with the same.
+// count, v.buffer(kept_, held_). What must hold of members together is v.require(held_ >= passed). What can
+// be made again out of the others is left to restored(), which says whether there was memory for it; its
+// buffers are v.scratch. Parameters, and what is made of them, are left out: state is only ever given to a
+// chain that was opened with the same.
 //
 // A stage that takes memory as its items come has reserve(count): room for so many more of them. Whoever
 // reserves before every piece loses nothing when memory runs out.
@@ -42,6 +43,7 @@ class Fields {
   }
   template <typename T>
   void scratch(memory::Buffer<T>&, int) noexcept {}
+  void require(bool) noexcept {}
 
  private:
   Self& self() noexcept { return static_cast<Self&>(*this); }
@@ -259,6 +261,9 @@ class Load : public Fields<Load> {
     if (!from_.ok() || !hasMemory_) return false;
     hasMemory_ = items.grow(count);
     return hasMemory_;
+  }
+  void require(bool is) noexcept {
+    if (!is) from_.refuse();
   }
   template <typename Stage>
   void stage(Stage& stage) noexcept {

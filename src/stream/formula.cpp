@@ -155,6 +155,7 @@ Live* LiveFormula::copy() noexcept {
 
 template <typename V>
 void LiveFormula::fields(V& v) noexcept {
+  v.within(bars_, 0, INT_MAX);
   v.within(firstValid_, -1, INT_MAX);
   for (std::size_t i = 0; i < states_.count(); ++i) states_[i].fields(v);
   for (std::size_t k = 0; k < groups_.count(); ++k) {
@@ -175,7 +176,6 @@ std::size_t LiveFormula::size() noexcept {
 
 void LiveFormula::save(Bytes& to) noexcept {
   Save save(to);
-  to.word(static_cast<std::uint64_t>(bars_));
   fields(save);
   for (std::size_t i = 0; i < states_.count(); ++i)
     if (states_[i].running) states_[i].running->save(to);
@@ -183,7 +183,6 @@ void LiveFormula::save(Bytes& to) noexcept {
 
 bool LiveFormula::load(Reader& from) noexcept {
   Load load(from);
-  bars_ = static_cast<std::int64_t>(from.word<std::uint64_t>() & INT64_MAX);
   fields(load);
   for (std::size_t k = 0; k < groups_.count(); ++k)  // a group's last bar dates it
     if (groups_[k].begun) groups_[k].periods.begin(groups_[k].bar.date);
@@ -209,8 +208,8 @@ void LiveFormula::run(const double* const* in, int count, double* const* out) no
     takeBar(0, {items[0], items[1], items[2], items[3], items[4], items[5], items[6]});
     const bool valid = isValid(f.root);
     out[0][j] = valid ? valueOf(f.root) : 0.0;
-    if (valid && firstValid_ < 0) firstValid_ = saturate(bars_);
-    ++bars_;
+    if (valid && firstValid_ < 0) firstValid_ = bars_;
+    bars_ = saturatingSum(bars_, 1);
   }
 }
 

@@ -102,8 +102,7 @@ class LiveFormula final : public Live {
   PlanPtr plan_;
   memory::Buffer<NodeState> states_;
   memory::Buffer<Group> groups_;
-  int firstValid_ = -1;
-  std::int64_t bars_ = 0;
+  int bars_ = 0, firstValid_ = -1;
 };
 
 }  // namespace qv::stream

@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include "core/memory.h"
+#include "formula/support.h"
 #include "stream/support.h"
 
 using namespace qvtest;
@@ -41,7 +42,7 @@ struct Case {
   qv::Formula formula;
   Bars bars;
 
-  Case(const char* text, std::mt19937& random)
+  Case(const std::string& text, std::mt19937& random)
       : formula(text),
         bars(walkBars(300 + static_cast<int>(random() % 500), static_cast<unsigned>(random()))) {
     for (const std::string& name : formula.parameters())
@@ -63,25 +64,39 @@ struct Case {
 
 class Formulas : public testing::TestWithParam<const char*> {};
 
+void givesTheBitsOfTheEvaluation(const std::string& text, std::mt19937& random) {
+  Case c(text, random);
+  Array out;
+  c.formula.evaluate(c.bars, out);
+  QvStream* opened = nullptr;
+  ASSERT_EQ(qvStreamOpenFormula(c.formula.get(), &opened), 0) << text;
+  Stream stream(opened);
+  Feed feed = c.feed();
+  runAtRandom(stream, feed, random);
+  if (testing::Test::HasFatalFailure()) return;
+  const int first = qvStreamFirstValid(stream.get(), 0);
+  EXPECT_EQ(first < 0 ? out.size : first, std::min(out.firstValid, out.size)) << text;
+  for (int i = 0; i < out.size; ++i)
+    ASSERT_TRUE(sameBits(feed.outputs[0][static_cast<std::size_t>(i)], out[i]))
+        << text << " at " << i << " of " << out.firstValid << ": "
+        << feed.outputs[0][static_cast<std::size_t>(i)] << " is not " << out[i];
+}
+
 TEST_P(Formulas, GiveTheBitsOfTheEvaluationHoweverTheBarsCome) {
   std::mt19937 random(3);
-  for (int trial = 0; trial < 20; ++trial) {
+  for (int trial = 0; trial < 20 && !HasFatalFailure(); ++trial) {
     SCOPED_TRACE(trial);
-    Case c(GetParam(), random);
-    Array out;
-    c.formula.evaluate(c.bars, out);
-    QvStream* opened = nullptr;
-    ASSERT_EQ(qvStreamOpenFormula(c.formula.get(), &opened), 0);
-    Stream stream(opened);
-    Feed feed = c.feed();
-    runAtRandom(stream, feed, random);
-    if (HasFatalFailure()) return;
-    const int first = qvStreamFirstValid(stream.get(), 0);
-    EXPECT_EQ(first < 0 ? out.size : first, std::min(out.firstValid, out.size));
-    for (int i = 0; i < out.size; ++i)
-      ASSERT_TRUE(sameBits(feed.outputs[0][static_cast<std::size_t>(i)], out[i]))
-          << i << " of " << out.firstValid << ": " << feed.outputs[0][static_cast<std::size_t>(i)]
-          << " is not " << out[i];
+    givesTheBitsOfTheEvaluation(GetParam(), random);
+  }
+}
+
+TEST(FormulaStream, GivesTheBitsOfFormulasOfTheWholeLanguage) {
+  RandomFormula formulas(11);
+  std::mt19937 random(6);
+  for (int trial = 0; trial < 600 && !testing::Test::HasFatalFailure(); ++trial) {
+    const std::string text = formulas(3);
+    const Formula formula(text);
+    if (!formula.needs().repaints) givesTheBitsOfTheEvaluation(text, random);
   }
 }
 

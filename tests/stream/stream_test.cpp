@@ -1,6 +1,8 @@
 // Streams of catalogue entries against the calls over whole series.
 #include <gtest/gtest.h>
 
+#include <cstring>
+
 #include "core/memory.h"
 #include "stream/support.h"
 
@@ -166,6 +168,6 @@ TEST_P(Streams, AreAsTheyWereWhereMemoryRunsOut) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Catalogue, Streams, testing::ValuesIn(allEntries()),
-                         [](const auto& info) { return std::string(info.param->name); });
+                         [](const auto& entry) { return std::string(entry.param->name); });
 
 }  // namespace

@@ -1,11 +1,11 @@
 // A call of an entry and its stream over the same data.
 #pragma once
 
-#include <cstring>
 #include <memory>
 #include <random>
 
 #include "support/entry_call.h"
+#include "support/expect.h"
 
 namespace qvtest {
 
@@ -13,10 +13,6 @@ struct CloseStream {
   void operator()(QvStream* s) const { qvStreamClose(s); }
 };
 using Stream = std::unique_ptr<QvStream, CloseStream>;
-
-inline bool sameBits(double a, double b) {
-  return std::memcmp(&a, &b, sizeof a) == 0 || (a != a && b != b);  // nor have numbers that are none a sign
-}
 
 inline Stream copyOf(QvStream* s) {
   QvStream* copy = nullptr;
