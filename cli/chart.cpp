@@ -54,7 +54,8 @@ int run(const Options& options) {
       qv::runs::openGraph(bars, options.title.empty() ? options.file : options.title);
   const auto kind =
       std::find_if(kKinds.begin(), kKinds.end(), [&](const auto& k) { return k.first == options.kind; });
-  qv::check(qvGraphChart(graph.get(), QV_GRAPH_NEW, 0, nullptr, kind->second, 0, QV_GRAPH_REFER),
+  qv::check(qvGraphChart(graph.get(), QV_GRAPH_NEW, 0, nullptr, qv::runs::chartKindFor(bars, kind->second), 0,
+                         QV_GRAPH_REFER),
             "the chart");
   if (options.volume) {
     const int below = qv::check(qvGraphSubWindow(graph.get(), QV_GRAPH_NEW, "", 1), "the volumes");
@@ -88,7 +89,9 @@ void addChart(Tool& tool) {
   command.add_option("FORMULAS", options->formulas, "What to draw with the prices, or below them");
   std::vector<std::string> names;
   for (const auto& [name, kind] : kKinds) names.push_back(name);
-  command.add_option("--kind", options->kind, "candles, bars, line, area or heikin-ashi")
+  command
+      .add_option("--kind", options->kind,
+                  "candles, bars, line, area or heikin-ashi; a line where there are only closes")
       ->check(CLI::IsMember(names));
   command.add_flag("--volume", options->volume, "The volumes below the prices");
   command.add_flag("--log", options->log, "A logarithmic scale");

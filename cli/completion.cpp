@@ -80,7 +80,7 @@ void printZsh(const Tool& tool) {
         std::printf(" \\\n      '%s[%s]%s'", n.c_str(),
                     shellText(escaped(o->get_description(), "[]:", "\\")).c_str(),
                     o->get_items_expected_max() > 0 ? ":value:_files" : "");
-    std::printf(" \\\n      '2:command:' '*:file:_files' ;;\n");
+    std::printf(" \\\n      '1:command:' '*:file:_files' ;;\n");
   }
   std::printf("  esac\n}\n_qv \"$@\"\n");
 }

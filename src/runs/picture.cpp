@@ -8,6 +8,13 @@ GraphPointer openGraph(const QvBars& bars, const std::string& title) {
   return graph;
 }
 
+int chartKindFor(const QvBars& bars, int kind) {
+  const auto isKnown = [&](const QvArray& a) { return a.firstValid < bars.barsize; };
+  const bool needsAll = kind == QV_CHART_CANDLES || kind == QV_CHART_BARS || kind == QV_CHART_HEIKIN_ASHI;
+  const bool hasAll = isKnown(bars.open) && isKnown(bars.high) && isKnown(bars.low);
+  return needsAll && !hasAll ? int{QV_CHART_LINE} : kind;
+}
+
 PictureKind pictureKindOf(const std::string& file) {
   std::string name = file;
   for (char& c : name)

@@ -16,6 +16,9 @@ using GraphPointer = std::unique_ptr<QvGraph, CloseGraph>;
 // Refers to the bars, which must outlive it.
 GraphPointer openGraph(const QvBars& bars, const std::string& title);
 
+// The kind of chart that bars can have: a line for those without open, high or low.
+int chartKindFor(const QvBars& bars, int kind);
+
 enum class PictureKind { None, Svg, Png, Pdf };
 PictureKind pictureKindOf(const std::string& file);  // by its ending, in any case
 
