@@ -2,8 +2,10 @@
 
 #include <pybind11/stl.h>
 
+#include "python/extension/charts.h"
 #include "python/extension/handles.h"
 #include "python/extension/tables.h"
+#include "runs/backtest_chart.h"
 #include "runs/report.h"
 
 namespace qv::python {
@@ -110,6 +112,10 @@ class BacktestRun {
                           statisticsOf(s.shortStatistics));
   }
 
+  runs::GraphPointer graph(const std::string& title, bool dark) const {
+    return runs::backtestGraph(backtest_, title, themeOf(dark));
+  }
+
   std::string report() const {
     std::string text = runs::termsText(texts_, settings_);
     if (backtest_.entriesWithoutStop() > 0)
@@ -181,7 +187,10 @@ void addBacktests(py::module_& module) {
       .def("equity", &BacktestRun::equity)
       .def("figures", &BacktestRun::figures)
       .def("statistics", &BacktestRun::statistics)
-      .def("report", &BacktestRun::report);
+      .def("report", &BacktestRun::report)
+      .def("chart", [](const py::object& self, const std::string& title, bool dark) {
+        return chartOver(self, self.cast<const BacktestRun&>().graph(title, dark));
+      });
   module.def("backtest",
              [](const py::object& bars, const std::string& name, const std::vector<std::string>& rules,
                 const Values& values, const py::dict& settings) {

@@ -4,6 +4,7 @@
 #include "python/extension/bars.h"
 #include "python/extension/batch.h"
 #include "python/extension/calculations.h"
+#include "python/extension/charts.h"
 #include "python/extension/errors.h"
 #include "python/extension/finance.h"
 #include "python/extension/formulas.h"
@@ -29,4 +30,5 @@ PYBIND11_MODULE(_core, module) {
   addSimulator(module);
   addSweeps(module);
   addFinance(module);
+  addCharts(module);
 }

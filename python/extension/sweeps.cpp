@@ -160,14 +160,19 @@ std::size_t checkSweep(const std::vector<std::string>& rules,
   return runs::checkSweep(request);
 }
 
-py::dict screen(const std::vector<std::pair<std::string, std::string>>& places, const std::string& where,
-                double asOf, bool adjusted, int threads) {
+py::dict screen(const py::list& places, const std::string& where, double asOf, bool adjusted, int threads) {
   using namespace py::literals;
-  runs::ScreenOptions options{where, asOf, threads, {}};
+  runs::ScreenOptions options{where, asOf, threads, {}, {}};
   options.load.adjusted = adjusted;
+  const std::vector<runs::SweepSource> given = sourcesOf(places, adjusted);
   std::vector<runs::Source> sources;
-  for (const auto& [file, symbol] : places)
-    sources.push_back({file, runs::typeOfFile(file), symbol, "", "", "", ""});
+  for (std::size_t k = 0; k < given.size(); ++k) {
+    const py::object place = places[k].cast<py::tuple>()[1];
+    const bool isFile = py::isinstance<py::str>(place);
+    sources.push_back(
+        {isFile ? place.cast<std::string>() : given[k].name, "", given[k].name, "", "", "", ""});
+  }
+  options.bars = [&given](std::size_t k) { return given[k].load(); };
   runs::Screened found;
   {
     const py::gil_scoped_release unlocked;

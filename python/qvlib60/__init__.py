@@ -18,6 +18,7 @@ from .backtests import *  # noqa: E402
 from .bars import *  # noqa: E402
 from .batches import *  # noqa: E402
 from .catalogue import calculations, info  # noqa: E402
+from .charts import *  # noqa: E402
 from .finance import *  # noqa: E402
 from .formulas import *  # noqa: E402
 from .indicators import *  # noqa: E402

@@ -3,7 +3,7 @@ from __future__ import annotations
 
 import math
 import os
-from typing import Any, Iterable, Mapping, Optional, Union
+from typing import Any, Mapping, Optional
 
 import numpy as np
 
@@ -23,7 +23,8 @@ def rule_texts(rules: Mapping[str, Optional[str]]) -> list[str]:
     return [rules.get(name) or "" for name in RULES]
 
 
-def _number(name: str, value: Any, least: float, above: bool = False) -> float:
+def number_of(name: str, value: Any, least: float, above: bool = False) -> float:
+    """A finite number from `least` on, or above it."""
     try:
         number = float(value)
     except (TypeError, ValueError, OverflowError):
@@ -36,17 +37,19 @@ def _number(name: str, value: Any, least: float, above: bool = False) -> float:
 def settings_of(cost: Any = 0.0, slip: Any = 0.0, fixed: Any = 0.0, capital: Any = 10000.0, size: Any = 1,
                 rate: Any = 0.0, tick: Any = 0.0) -> dict[str, Any]:
     """The settings of a run, each in its range."""
-    contracts = _number("size", size, 1)
+    contracts = number_of("size", size, 1)
     if contracts != int(contracts) or contracts > 1e9:
         raise ValueError(f"size: a whole number up to 1,000,000,000 is wanted, {size!r} is given")
-    yearly = _number("rate", rate, -1, above=True)
-    return {"cost": _number("cost", cost, 0), "slip": _number("slip", slip, 0), "fixed": _number("fixed", fixed, 0),
-            "capital": _number("capital", capital, 0, above=True), "size": int(contracts), "rate": yearly,
-            "tick": _number("tick", tick, 0)}
+    yearly = number_of("rate", rate, -1, above=True)
+    return {"cost": number_of("cost", cost, 0), "slip": number_of("slip", slip, 0), "fixed": number_of("fixed", fixed, 0),
+            "capital": number_of("capital", capital, 0, above=True), "size": int(contracts), "rate": yearly,
+            "tick": number_of("tick", tick, 0)}
 
 
 def sets_of(parameters: Mapping[str, Any]) -> Sets:
     """The values of each parameter: of a number, a range, a list, an array, or a text as 5:50:5."""
+    if not isinstance(parameters, Mapping):
+        raise TypeError(f"parameters: a dictionary of values by name is wanted, {type(parameters).__name__} is given")
     sets = []
     for name, values in parameters.items():
         if isinstance(values, str):
@@ -69,21 +72,3 @@ def threads_of(threads: Optional[int]) -> int:
     if isinstance(threads, bool) or not isinstance(threads, (int, np.integer)) or not 1 <= threads <= 1024:
         raise ValueError(f"threads: 1 to 1024 are wanted, {threads!r} is given")
     return int(threads)
-
-
-Path = Union[str, "os.PathLike[str]"]
-
-
-def paths_of(paths: Union[Path, Iterable[Path]]) -> list[tuple[str, str]]:
-    """Files and their symbols, those of directories in the place of these."""
-    given = [paths] if isinstance(paths, (str, os.PathLike)) else list(paths)
-    files: list[tuple[str, str]] = []
-    for path in given:
-        if not isinstance(path, (str, os.PathLike)):
-            raise TypeError(f"paths: files or directories are wanted, {type(path).__name__} is given")
-        text = os.fspath(path)
-        if os.path.isdir(text):
-            files += [(source[0], source[2]) for source in _core.sources(text, "")]
-        else:
-            files.append((text, os.path.splitext(os.path.basename(text))[0]))
-    return files

@@ -6,6 +6,8 @@ from typing import Any, Optional
 from . import _core, dates as _dates
 from ._arrays import frame
 from ._settings import rule_texts, settings_of
+from .bars import Bars
+from .charts import THEMES, Chart, choice
 
 __all__ = ["Backtest", "Figures", "backtest"]
 
@@ -72,6 +74,12 @@ class Backtest(Figures):
             index = pandas.DatetimeIndex(self._bars.dates, name="date")
         return frame(self._run.equity(), index)
 
+    def chart(self, *, title: Optional[str] = None, theme: str = "light", width: float = 900,
+              height: float = 600) -> Chart:
+        """The prices with the trades, the equity beside that of holding, and the drawdown."""
+        graph = self._run.chart(self._bars.symbol if title is None else title, choice("theme", theme, THEMES))
+        return Chart(graph, width, height)
+
     def __repr__(self) -> str:
         return (f"<Backtest: {self.trade_count} trades, growth {self.total_growth:.2f} %, "
                 f"Sharpe ratio {self.sharpe:.3f}>")
@@ -104,8 +112,6 @@ def backtest(
     stop. cost and slip are fractions of the traded value of each fill (0.0005: five basis points), fixed is money for
     each fill; rate is the yearly return that costs no risk (0.02). Parameters $name of the rules are given by name.
     """
-    from .bars import Bars
-
     if not isinstance(bars, Bars):
         bars = Bars(bars)
     rules = rule_texts({"long": long, "exit": exit, "short": short, "cover": cover, "stop": stop})

@@ -194,7 +194,7 @@ class Bars:
             return part
         days = self.date_numbers
         first = 0 if part.start is None else int(np.searchsorted(days, _dates.number(part.start), "left"))
-        last = len(self) if part.stop is None else int(np.searchsorted(days, _end_of(part.stop), "left"))
+        last = len(self) if part.stop is None else int(np.searchsorted(days, end_of(part.stop), "left"))
         return slice(first, last, part.step)
 
     def __iter__(self) -> Iterator[Bar]:
@@ -279,7 +279,7 @@ def _restored(columns: list[Any], unknown: int, index: Any, symbol: str) -> Bars
     return bars
 
 
-def _end_of(date: Any) -> float:
+def end_of(date: Any) -> float:
     """The date number that all of the day, month or year lies below."""
     if isinstance(date, str) and len(date) <= 10:
         date = np.datetime64(date)

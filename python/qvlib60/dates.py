@@ -76,9 +76,8 @@ def number(value: Any) -> float:
     >>> number("1900-01-01"), number(2.0)
     (2.0, 2.0)
     """
-    if isinstance(value, (int, float)) and not isinstance(value, bool):
-        return float(value)
-    result = numbers([value])
+    is_number = isinstance(value, (int, float)) and not isinstance(value, bool)
+    result = doubles([value], "date") if is_number else numbers([value])
     if not np.isfinite(result[0]):
         raise ValueError(f"date: {value!r} is no date")
     return float(result[0])

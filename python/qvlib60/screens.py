@@ -3,12 +3,13 @@ from __future__ import annotations
 
 import math
 from dataclasses import dataclass
-from typing import Any, Iterable, Optional, Union
+from typing import Any, Optional
 
 from . import _core, dates as _dates
 from ._arrays import frame
-from ._settings import Path, paths_of, threads_of
+from ._settings import threads_of
 from .formulas import open_formula
+from .sources import sources_of
 
 __all__ = ["Screen", "screen"]
 
@@ -33,13 +34,15 @@ class Screen:
         return f"{self.matches.to_string(index=False)}\n{counts}, {len(self.unreadable)} unreadable"
 
 
-def screen(paths: Union[Path, Iterable[Path]], where: str, *, asof: Any = None, adjusted: bool = False,
+def screen(data: Any, where: str, *, asof: Any = None, adjusted: bool = False,
            threads: Optional[int] = None) -> Screen:
-    """The securities of files and directories for which a rule holds, on their last bar or on the last one on or before
-    the day `asof`."""
+    """The securities for which a rule holds, on their last bar or on the last one on or before the day `asof`.
+
+    data: files, directories, bars, a list of any, or a dictionary of bars by name.
+    """
     open_formula(where, {})
     day = 0.0 if asof is None else math.floor(_dates.number(asof))
-    found = _core.screen(paths_of(paths), where, day, adjusted, threads_of(threads))
+    found = _core.screen(sources_of(data, symbols=True), where, day, adjusted, threads_of(threads))
     return screen_of(found)
 
 

@@ -7,7 +7,7 @@ import numpy as np
 
 from . import _core, dates as _dates
 from ._arrays import frame
-from ._settings import settings_of
+from ._settings import number_of, settings_of
 from .backtests import Figures
 from .bars import Bars
 
@@ -177,9 +177,7 @@ def _order(volume: int, price: Optional[float], type: str, time: str) -> tuple[i
     if time not in _TIMES:
         raise ValueError(f"time: day or gtc is wanted, not {time!r}")
     waits = type in ("stop", "limit")
-    if waits and (price is None or not np.isfinite(price)):
-        raise ValueError(f"price: a {type} order needs one")
-    return int(volume), float(price) if waits and price is not None else 0.0, _TYPES[type], _TIMES[time]
+    return int(volume), number_of("price", price, -np.inf) if waits else 0.0, _TYPES[type], _TIMES[time]
 
 
 def simulate(bars: Any, step: Callable[[Simulator], Any], **settings: Any) -> Simulator:

@@ -1,16 +1,15 @@
 """Sweeps: a backtest for every combination of parameters and every security, and walks forward."""
 from __future__ import annotations
 
-import os
 from dataclasses import dataclass
-from typing import Any, Callable, Iterable, Mapping, Optional, Union
+from typing import Any, Callable, Mapping, Optional
 
 import numpy as np
 
 from . import _core, dates as _dates
-from ._arrays import frame, pandas_types
-from ._settings import Path, Sets, paths_of, rule_texts, sets_of, settings_of, threads_of
-from .bars import Bars
+from ._arrays import frame
+from ._settings import Sets, rule_texts, sets_of, settings_of, threads_of
+from .sources import sources_of
 
 __all__ = ["Sweep", "Walk", "figures", "sweep"]
 
@@ -56,28 +55,6 @@ def figures() -> dict[str, str]:
     return {name: what for name, _, what, _ in _core.figure_list()}
 
 
-def sources_of(data: Any) -> list[tuple[str, Any]]:
-    """Names and what is behind them: a file, or a bar set."""
-    if isinstance(data, (Bars, *pandas_types("DataFrame"))):
-        data = [data]
-    elif isinstance(data, (str, os.PathLike)):
-        return [(path, path) for path, _ in paths_of(data)]
-    elif isinstance(data, Mapping):
-        return [(str(name), _bars_of(value)._set) for name, value in data.items()]
-    sources: list[tuple[str, Any]] = []
-    for k, item in enumerate(data):
-        if isinstance(item, (str, os.PathLike)):
-            sources += sources_of(item)
-        else:
-            bars = _bars_of(item)
-            sources.append((bars.symbol or f"bars {k + 1}", bars._set))
-    return sources
-
-
-def _bars_of(value: Any) -> Bars:
-    return value if isinstance(value, Bars) else Bars(value)
-
-
 def value_columns(sets: Sets, combinations: Any) -> dict[str, Any]:
     """The parameters' values of combinations by number, the last set changing fastest."""
     columns, stride = {}, 1
@@ -102,7 +79,7 @@ def table_of(raw: dict[str, Any], names: list[str], sets: Sets) -> Any:
 
 
 def sweep(
-    data: Union[Any, Path, Iterable[Path]],
+    data: Any,
     long: Optional[str] = None,
     exit: Optional[str] = None,
     short: Optional[str] = None,

@@ -80,7 +80,7 @@ def test_the_simulator_does_what_rules_do(spx):
     waiting.cancel()
     assert not waiting.orders and waiting.positions == [] and not waiting.equity(100)[0] - 100
     for wrong in ({"volume": 0}, {"type": "stop"}, {"type": "some"}, {"time": "week"}, {"volume": 2**40}):
-        with pytest.raises(ValueError):
+        with pytest.raises((TypeError, ValueError)):
             waiting.buy_to_open(**wrong)
     with pytest.raises(ZeroDivisionError):
         qv.simulate(spx, lambda sim: 1 / 0)
@@ -175,3 +175,20 @@ def test_options_bonds_patterns_charts(spx):
     assert str(chart).count("X") == pytest.approx((chart.columns.volume[chart.columns.open_interest > 0] + 1).sum(), rel=0.2)
     with pytest.raises(ValueError, match="never moves a box"):
         qv.pnf(spx, box=1e6)
+
+
+def test_charts(spx, tmp_path):
+    picture = qv.chart(spx, "sma(50)", "rsi(14)", last=100, volume=True, theme="dark")
+    assert picture._repr_svg_() == picture.svg() and "rsi(14)" in picture.svg() and len(picture.svg()) > 10000
+    picture.save(tmp_path / "a.svg")
+    assert (tmp_path / "a.svg").read_text() == picture.svg()
+    picture.save(tmp_path / "a.png", scale=2)
+    assert (tmp_path / "a.png").read_bytes()[1:4] == b"PNG"
+    assert qv.chart(spx, since="2019", until="2019").svg() == qv.chart(spx, since="2019-01-02", until="2019-12-31").svg()
+    assert "<svg" in qv.backtest(spx, **CROSSING, fast=20, slow=100).chart().svg()
+    for arguments, named, message in ((("rsii",), {}, "did you mean rsi"), ((), {"kind": "pie"}, "kind: candles"),
+                                      ((), {"since": "2050"}, "no bars"), ((), {"width": 0}, "width")):
+        with pytest.raises(ValueError, match=message):
+            qv.chart(spx, *arguments, **named)
+    with pytest.raises(ValueError, match="end"):
+        picture.save(tmp_path / "a.gif")

@@ -47,12 +47,12 @@ class Screen {
     }
   }
 
-  Answer ask(const Source& source) const {
+  Answer ask(const Source& source, std::size_t number) const {
     Answer answer;
     try {
       LoadOptions how = options_.load;
       how.type = source.type;
-      answer = decide(source, load(source.file, how).bars);
+      answer = decide(source, options_.bars ? options_.bars(number) : loadBars(source.file, how));
     } catch (const Error& e) {
       answer.error = e.what();
     }
@@ -94,7 +94,7 @@ class Screen {
 Screened screen(const std::vector<Source>& sources, const ScreenOptions& options) {
   const Screen asking(options);
   std::vector<Answer> answers(sources.size());
-  inParallel(sources.size(), options.jobs, [&](std::size_t i) { answers[i] = asking.ask(sources[i]); });
+  inParallel(sources.size(), options.jobs, [&](std::size_t i) { answers[i] = asking.ask(sources[i], i); });
 
   Screened all;
   all.formulas = asking.names();

@@ -1,6 +1,7 @@
 // A rule over many securities at once.
 #pragma once
 
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -14,6 +15,8 @@ struct ScreenOptions {
   double asOf = 0.0;  // the last bar on or before this date instead of the last one; 0.0: the last one
   int jobs = 1;       // threads
   LoadOptions load;
+  std::function<Bars(std::size_t)> bars =
+      {};  // of a source by its number, instead of its file; on any thread
 };
 
 // A security for which the rule holds.

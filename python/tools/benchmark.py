@@ -1,0 +1,86 @@
+"""What a call costs beside the C call, and beside pandas doing the same; and a batch beside a loop in C.
+
+usage: benchmark.py C_LOOP     (the program qvlib60_c_loop: cmake --build ... --target qvlib60_c_loop)
+"""
+import subprocess
+import sys
+import timeit
+
+import numpy as np
+import pandas as pd
+
+import qvlib60 as qv
+
+SIZES = (100, 1000, 10000)
+NUMBERS = {"sma": (20,), "rsi": (14,), "atr": (14,), "bollinger": (2, 20), "macd": (12, 26, 9)}
+FORMULAS = ["sma(20)", "rsi(14)", "atr(14)", "bollinger(2,20)", "macd(12,26,9)"]
+
+
+def walk(size, seed=1):
+    rng = np.random.default_rng(seed)
+    close = 100 * np.exp(np.cumsum(rng.normal(0, 0.01, size)))
+    open_ = close * np.exp(rng.normal(0, 0.005, size))
+    return {"date": np.arange(40000.0, 40000.0 + size), "open": open_, "high": np.maximum(open_, close) * 1.01,
+            "low": np.minimum(open_, close) * 0.99, "close": close, "volume": rng.uniform(1e3, 1e6, size)}
+
+
+def by_pandas(frame):
+    close, high, low = frame.close, frame.high, frame.low
+
+    def wilder(x, p):
+        return x.ewm(alpha=1 / p, adjust=False).mean()
+
+    def rsi():
+        move = close.diff()
+        up = wilder(move.clip(lower=0), 14)
+        return 100 * up / (up + wilder(-move.clip(upper=0), 14))
+
+    def atr():
+        before = close.shift()
+        spans = pd.concat([high - low, (high - before).abs(), (low - before).abs()], axis=1)
+        return wilder(spans.max(axis=1), 14)
+
+    def bollinger():
+        typical = (high + low + close) / 3
+        window = typical.rolling(20)
+        middle, deviation = window.mean(), window.std(ddof=0)
+        return middle + 2 * deviation, middle, middle - 2 * deviation
+
+    def macd():
+        line = close.ewm(span=12, adjust=False).mean() - close.ewm(span=26, adjust=False).mean()
+        return line, line.ewm(span=9, adjust=False).mean()
+
+    return {"sma": lambda: close.rolling(20).mean(), "rsi": rsi, "atr": atr, "bollinger": bollinger, "macd": macd}
+
+
+def best(call, seconds=0.15):
+    """Microseconds of a call: the best of many short samples."""
+    calls = max(1, int(2e-3 / max(timeit.timeit(call, number=3) / 3, 1e-7)))
+    samples = max(3, int(seconds / 2e-3))
+    return min(timeit.repeat(call, number=calls, repeat=samples)) / calls * 1e6
+
+
+def main():
+    out = subprocess.run([sys.argv[1]], capture_output=True, text=True, check=True).stdout
+    in_c = {(name, int(size)): float(ns) / 1000 for name, size, ns in map(str.split, out.splitlines())}
+    print("| calculation | bars | C call | `out=` | new array | pandas |\n|---|---|---|---|---|---|")
+    for name, numbers in NUMBERS.items():
+        for size in SIZES:
+            columns = walk(size)
+            bars = qv.Bars(**columns)
+            data = bars if qv.info(name).bars else bars.close
+            call = getattr(qv, name)
+            fresh = call(data, *numbers)
+            outs = tuple(np.empty(size) for _ in fresh) if isinstance(fresh, tuple) else np.empty(size)
+            costs = (in_c[name, size], best(lambda: call(data, *numbers, out=outs)), best(lambda: call(data, *numbers)),
+                     best(by_pandas(pd.DataFrame(columns))[name]))
+            print(f"| {name} | {size:,} | " + " | ".join(f"{cost:.2f}" for cost in costs) + " |")
+    sets = [qv.Bars(**walk(5000, seed)) for seed in range(500)]
+    out = np.empty((5, 500, 5000))
+    times = {n: min(timeit.repeat(lambda: qv.batch(sets, FORMULAS, threads=n, out=out), number=1, repeat=7)) for n in (1, 2)}
+    print(f"\nFive calculations over 500 securities of 5,000 bars: C loop {in_c['batch', 1] / 1e3:.1f} ms, "
+          f"qv.batch on one thread {times[1] * 1e3:.1f} ms, on two {times[2] * 1e3:.1f} ms")
+
+
+if __name__ == "__main__":
+    main()
