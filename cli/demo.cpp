@@ -34,8 +34,11 @@ struct DemoOptions {
 
 int run(const DemoOptions& options) {
   qv::Bars bars;
-  const std::string folder = options.data + "/text";
-  check(qvFILEread("TXT", &bars, folder.c_str(), options.file.c_str(), 0, -1), folder + "/" + options.file);
+  const std::string folder = options.data + "/text", path = folder + "/" + options.file;
+  const int status = qvFILEread("TXT", &bars, folder.c_str(), options.file.c_str(), 0, -1);
+  if (status == QV_FILE_OPEN || status == QV_FILE_NOT_FOUND)
+    throw qv::Error(path, "not found; --data names the directory of the bundled data", status);
+  check(status, path);
   const DemoData demo{options.data, &bars};
   bool shown = false;
   for (const Chapter& c : kChapters) {

@@ -49,7 +49,9 @@ void writeLayout(const std::string& directory, const QvTxtInfo& layout) {
     throw Error(path, "another layout than that of the new file: write into a directory of its own",
                 QV_FILE_EXISTS);
   }
-  check(qvTXTwriteinfo(directory.c_str(), kLayoutFile, &layout), path);
+  if (const int status = qvTXTwriteinfo(directory.c_str(), kLayoutFile, &layout); status < 0)
+    throw Error(path, fs::is_directory(directory) ? "can't be written there" : "there is no such directory",
+                status);
 }
 
 std::string textOf(double x) {
