@@ -1,0 +1,53 @@
+// The heap of the tests itself: what it promises to find, it finds.
+#include "core/memory.h"
+
+#include <gtest/gtest.h>
+
+#include "core/guarded_heap.h"
+
+namespace {
+
+using namespace qv::memory;
+
+#ifndef QV_PLAIN_HEAP
+// Behind the compiler's back, which sees that these writes are wrong.
+void writeAt(void* block, int i) {
+  static_cast<volatile char*>(block)[i] = 1;
+}
+
+TEST(GuardedHeapDeathTest, EndsTheProgramOfWhoWritesBesideABlockOrReleasesItTwice) {
+  testing::FLAGS_gtest_death_test_style = "threadsafe";
+  const auto spoil = [](int i) {
+    void* block = allocate(5, 1);
+    writeAt(block, i);
+    release(block);
+  };
+  EXPECT_DEATH(spoil(5), "written beyond its end");
+  EXPECT_DEATH(spoil(-1), "written before its begin");
+  const auto useReleased = [](bool twice) {
+    void* block = allocate(5, 1);
+    release(block);
+    if (twice) release(block);
+    writeAt(block, 2);
+    for (int k = 0; k < 200; ++k) release(allocate(5, 1));
+  };
+  EXPECT_DEATH(useReleased(true), "released twice");
+  EXPECT_DEATH(useReleased(false), "written after its release");
+}
+#endif
+
+TEST(Heap, KeepsItemsThatGrowAndRefusesWhatIsTooMuch) {
+  const long live = liveBlocks();
+  Buffer<int> items(3);
+  items[2] = 7;
+  largestGiven = 1000;
+  EXPECT_FALSE(items.grow(1001 / sizeof(int) + 1));
+  EXPECT_TRUE(items.grow(200) && items.count() == 200 && items[2] == 7);
+  EXPECT_EQ(allocate(1001, 1), nullptr);
+  largestGiven = 0;
+  EXPECT_EQ(allocateZeroed(SIZE_MAX / 4, 8), nullptr);
+  EXPECT_EQ(resize(items.data(), SIZE_MAX / 2, 8), nullptr);
+  EXPECT_EQ(liveBlocks(), live + 1);
+}
+
+}  // namespace
