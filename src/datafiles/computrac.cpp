@@ -50,6 +50,7 @@ int placeRecords(InputFile& file, const FieldOrder& order, RecordPlace& place) n
   // Measured from eight bytes beyond the end: records of three fields and more come out right, and
   // shorter ones are counted that the file does not have.
   if (last < 0) last = recordSize ? (file.size() + 8) / static_cast<std::int64_t>(recordSize) : 0;
+  if (last > kMostRecords) return QV_FILE_READ;
   place = {static_cast<std::int64_t>(recordSize), recordSize, std::max(qv::saturate(last) - 1, 0)};
   return QV_OK;
 }

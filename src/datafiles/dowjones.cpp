@@ -172,6 +172,8 @@ int withSecurity(const char* directory, const char* name, Use use) noexcept {
   Security security;
   Layout layout;
   if (const int status = findSecurity(directory, name, security, layout)) return status;
+  // A symbol out of a file could name any file of the machine.
+  if (!isPlainName(security.dataFile)) return QV_FILE_OPEN;
   InputFile file(directory, security.dataFile);
   return file.ok() ? use(security, layout, file) : QV_FILE_OPEN;
 }

@@ -20,6 +20,10 @@ Path joinPath(const char* directory, const char* fileName) noexcept {
   return path;
 }
 
+bool isPlainName(std::string_view fileName) noexcept {
+  return fileName.find_first_of("/\\:") == fileName.npos;
+}
+
 void resolveCase(Path& path) noexcept {
   if (!platform::distinguishesCase() || platform::exists(path.text)) return;
   char* separator = std::strrchr(path.text, platform::pathSeparator());
@@ -47,7 +51,7 @@ void resolveCase(Path& path) noexcept {
 InputFile::InputFile(const char* directory, const char* fileName) noexcept
     : path_(joinPath(directory, fileName)) {
   resolveCase(path_);
-  if (platform::isRegularFile(path_.text)) stream_ = std::fopen(path_.text, "rb");
+  stream_ = platform::openRegularFile(path_.text);
 }
 
 InputFile::~InputFile() {

@@ -19,6 +19,9 @@ struct Path {
 // the directory as a prefix.
 Path joinPath(const char* directory, const char* fileName) noexcept;
 
+// True for a name without separators and drives: a file that lies in the directory itself.
+bool isPlainName(std::string_view fileName) noexcept;
+
 // Files come from disks that did not distinguish case. If the path does not exist exactly, its last part
 // becomes the name of the entry of its directory that equals it without regard to case (the first in the
 // order of bytes), when there is one.

@@ -68,6 +68,10 @@ class RecordReader {
   std::size_t end_ = 0;
 };
 
+// A file whose size tells of more records is no data file: ten thousand years of days. A sparse file of some
+// gigabytes costs no disk, but would take all memory.
+inline constexpr std::int64_t kMostRecords = std::int64_t{1} << 22;
+
 // Where the records of a data file lie.
 struct RecordPlace {
   std::int64_t first;  // offset of record 0

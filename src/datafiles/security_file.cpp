@@ -24,7 +24,7 @@ SecurityFile::SecurityFile(const char* directory, const char* fileName, const Se
       file.size() / static_cast<std::int64_t>(f.recordSize) - static_cast<std::int64_t>(f.headerRecords);
   place = {static_cast<std::int64_t>(f.headerRecords * f.recordSize), f.recordSize,
            std::max(saturate(records), 0)};
-  status_ = file.read(header, f.headerSize) < f.headerSize ? QV_FILE_READ : QV_OK;
+  status_ = records > kMostRecords || file.read(header, f.headerSize) < f.headerSize ? QV_FILE_READ : QV_OK;
 }
 
 QvBars SecurityFile::newInfo(const char* directory) const noexcept {

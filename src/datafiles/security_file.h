@@ -26,7 +26,7 @@ struct SecurityFormat {
 };
 
 // A security's file, opened, its header read and its records counted. Test status() after construction:
-// 0, -2, or -4 for a file that ends in its header.
+// 0, -2, or -4 for a file that ends in its header or is too large.
 class SecurityFile {
  public:
   SecurityFile(const char* directory, const char* fileName, const SecurityFormat& format) noexcept;

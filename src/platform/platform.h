@@ -29,8 +29,9 @@ bool distinguishesCase() noexcept;
 // True for anything of that name.
 bool exists(const char* path) noexcept;
 
-// Directories, devices and pipes are not regular files.
-bool isRegularFile(const char* path) noexcept;
+// Opens a regular file for reading bytes: null for directories, devices and pipes, which could block or have
+// no end. What is opened is what was looked at, also where names change meanwhile.
+std::FILE* openRegularFile(const char* path) noexcept;
 
 // Places the file at a byte offset, also beyond what a long holds; false when that fails.
 bool seekFile(std::FILE* file, std::int64_t offset) noexcept;

@@ -1,6 +1,8 @@
 // POSIX systems.
 #include <dirent.h>
+#include <fcntl.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include <cstdio>
 #include <cstring>
@@ -56,9 +58,15 @@ bool exists(const char* path) noexcept {
   return stat(path, &info) == 0;
 }
 
-bool isRegularFile(const char* path) noexcept {
+std::FILE* openRegularFile(const char* path) noexcept {
+  // Without O_NONBLOCK the open of a pipe waits for a writer, that of a device maybe for ever.
+  const int descriptor = open(path, O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC);
+  if (descriptor < 0) return nullptr;
   struct stat info;
-  return stat(path, &info) == 0 && S_ISREG(info.st_mode);
+  std::FILE* file =
+      fstat(descriptor, &info) == 0 && S_ISREG(info.st_mode) ? fdopen(descriptor, "rb") : nullptr;
+  if (!file) close(descriptor);
+  return file;
 }
 
 bool seekFile(std::FILE* file, std::int64_t offset) noexcept {

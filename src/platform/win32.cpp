@@ -59,10 +59,11 @@ bool exists(const char* path) noexcept {
   return GetFileAttributesA(path) != INVALID_FILE_ATTRIBUTES;
 }
 
-bool isRegularFile(const char* path) noexcept {
+std::FILE* openRegularFile(const char* path) noexcept {
   const DWORD attributes = GetFileAttributesA(path);
-  return attributes != INVALID_FILE_ATTRIBUTES &&
-         !(attributes & (FILE_ATTRIBUTE_DIRECTORY | FILE_ATTRIBUTE_DEVICE));
+  const bool isRegular = attributes != INVALID_FILE_ATTRIBUTES &&
+                         !(attributes & (FILE_ATTRIBUTE_DIRECTORY | FILE_ATTRIBUTE_DEVICE));
+  return isRegular ? std::fopen(path, "rb") : nullptr;
 }
 
 bool seekFile(std::FILE* file, std::int64_t offset) noexcept {

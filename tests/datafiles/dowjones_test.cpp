@@ -63,6 +63,14 @@ TEST_F(DowJones, KnowsTypesPeriodsAndTenRecordFormats) {
   }
 }
 
+TEST_F(DowJones, OpensNoFileOfAnotherDirectory) {
+  for (const std::string symbol : {"../ACME", "sub\\A", "c:A"}) {
+    writeDirectory({{symbol}});
+    dir.write("sub\\A.SQD", vendor.data(1));
+    EXPECT_EQ(status("Acme Industries"), -2) << symbol;
+  }
+}
+
 TEST_F(DowJones, StoresUnsignedDaysAndSignedVolumes) {
   writeDirectory({{"ACME", 'S', '2', "", 'D', 3, kDayZero, kDayZero + 65535}});
   dir.write("ACME.SQD", little(0, 2) + little(-5, 4) + ieee(1) + little(32000, 2) + little(INT_MAX, 4) +

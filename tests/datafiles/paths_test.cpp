@@ -1,14 +1,20 @@
 // Joined paths.
 #include <gtest/gtest.h>
 
+#ifdef __unix__
+#include <sys/stat.h>
+#endif
+
 #include <filesystem>
 #include <string>
 
 #include "datafiles/paths.h"
+#include "support/files.h"
 
 namespace {
 
 using namespace qv::datafiles;
+using qvtest::ScratchDir;
 
 TEST(JoinedPath, PutsASeparatorWhereTheDirectoryNeedsOne) {
   const std::string separator = joinPath("d", "").text + 1, d = std::string(254, 'd'), most = d.substr(1);
@@ -23,5 +29,22 @@ TEST(JoinedPath, PutsASeparatorWhereTheDirectoryNeedsOne) {
   for (const auto& [directory, name, joined] : cases)
     EXPECT_EQ(joinPath(directory.c_str(), name.c_str()).text, joined);
 }
+
+#ifdef __unix__
+// A pipe without a writer would wait for one; a directory and a device are no files to read from.
+TEST(InputFiles, AreRegularOnes) {
+  const ScratchDir dir;
+  ASSERT_EQ(mkfifo((dir / "pipe.csv").c_str(), 0600), 0);
+  std::filesystem::create_directory(dir / "folder.csv");
+  std::filesystem::create_symlink("/dev/zero", dir / "zeros.csv");
+  std::filesystem::create_symlink("loop.csv", dir / "loop.csv");
+  for (const char* name : {"pipe.csv", "PIPE.csv", "folder.csv", "zeros.csv", "loop.csv", "none.csv"})
+    EXPECT_FALSE(InputFile(dir.path().c_str(), name).ok()) << name;
+  dir.write("file", "abc");
+  std::filesystem::create_symlink("file", dir / "link.csv");
+  char bytes[4];
+  EXPECT_EQ(InputFile(dir.path().c_str(), "link.csv").read(bytes, 4), 3u);
+}
+#endif
 
 }  // namespace

@@ -21,4 +21,18 @@ TEST(SecurityFiles, MayEndInTheirHeaderOrFirstRecord) {
   }
 }
 
+TEST(SecurityFiles, OfMoreRecordsThanAnyMarketHadAreNone) {
+  const ScratchDir dir;
+  for (const auto& [type, file, size] : {std::tuple{"TT", "a.ttd", 16}, {"TC", "a.ndx", 24}}) {
+    dir.write(file, std::string(100, '\0'));
+    for (const auto& [records, answer] : {std::pair{(1 << 22) + 1, 0}, {1 << 28, -4}}) {
+      std::filesystem::resize_file(dir / file,
+                                   static_cast<std::uintmax_t>(records) * static_cast<unsigned>(size));
+      Bars bars;
+      EXPECT_EQ(qvFILEread(type, &bars, dir.path().c_str(), "a", 0, 3), answer) << type << records;
+      EXPECT_EQ(bars.barsize, answer == 0 ? 3 : 0);
+    }
+  }
+}
+
 }  // namespace
