@@ -113,7 +113,7 @@ double QVCALL qvSumPrev(const QvArray* a, int count, int index) noexcept {
   if (!a || !a->data) return 0.0;
   const int first = std::max({saturatingSum(index, -std::int64_t{count}, 1), a->firstValid, 0});
   double sum = 0.0;
-  for (int j = std::min(index, a->size - 1); j >= first; --j) sum += a->data[j];
+  for (int j = std::min(index, saturatingSum(a->size, -1)); j >= first; --j) sum += a->data[j];
   return sum;
 }
 

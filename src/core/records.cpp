@@ -111,7 +111,8 @@ int QVCALL qvReSizeBars(QvBars* b, int n) noexcept {
   if (!b) return QV_INVALID_PARM;
   if (n > b->datasize) return QV_MALLOC;
   b->barsize = n;
-  for (int k = 0; k < kSeriesCount; ++k) seriesOf(*b, k).size = n;
+  // A series that is missing or shorter stays within its own block.
+  for (int k = 0; k < kSeriesCount; ++k) seriesOf(*b, k).size = std::min(n, +seriesOf(*b, k).capacity);
   return QV_OK;
 }
 

@@ -17,7 +17,7 @@ struct Stretch {
 // the shortest series; empty when a series has no data.
 inline Stretch stretchOf(int from, int to, std::initializer_list<const QvArray*> arrays) noexcept {
   Stretch s{firstValidOf(std::min(from, to), arrays), std::max(from, to)};
-  for (const QvArray* a : arrays) s.last = std::min(s.last, a->data ? a->size - 1 : -1);
+  for (const QvArray* a : arrays) s.last = std::min(s.last, a->data ? saturatingSum(a->size, -1) : -1);
   return s;
 }
 

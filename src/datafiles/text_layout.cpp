@@ -110,9 +110,14 @@ int QVCALL qvTXTwriteinfo(const char* directory, const char* fileName, const QvT
   if (!out.ok()) return QV_FILE_OPEN;
 
   std::fputs("delimit  = ", out.stream());
-  for (const char c : textOf(info->delimiters)) {
-    if (c == '\t') std::fputc('\\', out.stream());
-    std::fputc(c == '\t' ? 't' : c == ' ' ? '_' : c, out.stream());
+  const std::string_view delimiters = textOf(info->delimiters);
+  // A tab is written as itself where its two letters would push the last delimiters out of what is read.
+  const auto tabs = static_cast<std::size_t>(std::count(delimiters.begin(), delimiters.end(), '\t'));
+  const bool spelled = delimiters.size() + tabs <= sizeof info->delimiters;
+  for (const char c : delimiters) {
+    const bool letters = c == '\t' && spelled;
+    if (letters) std::fputc('\\', out.stream());
+    std::fputc(letters ? 't' : c == ' ' ? '_' : c, out.stream());
   }
   std::fputc('\n', out.stream());
   for (const NumberSetting& n : kNumbers) std::fprintf(out.stream(), "%-8s = %i\n", n.key, info->*n.field);

@@ -29,7 +29,7 @@ double QVCALL qvBondPricing(const QvBond* bond, double yield, double settlement)
   const double perYear = bond->paymentsPerYear;
   // Payments without end, or so many that adding them up would take minutes.
   if (perYear < 0 || years * perYear > kMostPayments) return QV_INVALID_PARM;
-  const int payments = std::max(static_cast<int>(years * perYear), 0);
+  const int payments = std::max(qv::truncatedInt(years * perYear), 0);
   const double coupon = bond->coupon / perYear;
   const double step = 1 / perYear;
   double price = 0.0;

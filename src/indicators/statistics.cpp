@@ -96,7 +96,8 @@ int QVCALL qvArrayStatsPos(const QvArray* a, int* minPos, int* maxPos, int from,
 
 int QVCALL qvBarStats(const QvBars* b, double* min, double* max, int from, int to) noexcept {
   if (!b) return QV_INVALID_PARM;
-  const Stretch s{std::max(std::min(from, to), 0), std::min(std::max(from, to), b->barsize - 1)};
+  const Stretch s{std::max(std::min(from, to), 0),
+                  std::min(std::max(from, to), saturatingSum(b->barsize, -1))};
   double lowest = 0.0, highest = 0.0;
   if (!s.empty()) {
     if (!hasBar({b, kPrices}, s.last)) return QV_INVALID_PARM;

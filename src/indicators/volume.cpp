@@ -44,8 +44,8 @@ int QVCALL qvMFI(const QvBars* bars, QvArray* out, int start) noexcept {
   const int n = prepareOverwritten({&set, 1}, {}, {&out, 1}, start, &s, 0);
   if (n < 1) return n;
   const QvArray& volume = bars->volume;
-  const double mean =
-      meanOfNonZero(volume.data, std::max(s, volume.firstValid), std::min(bars->barsize, volume.size - 1));
+  const double mean = meanOfNonZero(volume.data, std::max(s, volume.firstValid),
+                                    std::min(bars->barsize, saturatingSum(volume.size, -1)));
   const auto facilitationOf = [mean](double high, double low, double amount) {
     const double facilitation = (high - low) * mean / amount;
     return amount == 0.0 ? 0.0 : facilitation;

@@ -10,7 +10,8 @@ namespace {
 
 // `amounts` of the bars from + 1 .. to, on balance, on top of `sum`.
 double sumOnBalance(const QvBars& bars, const QvArray& amounts, int from, int to, double sum) noexcept {
-  const int last = std::min({to, bars.barsize - 1, amounts.capacity - 1, bars.close.capacity - 1});
+  const int last =
+      std::min({to, saturatingSum(bars.barsize, -1), amounts.capacity - 1, bars.close.capacity - 1});
   const double* close = bars.close.data;
   for (int i = saturatingSum(from, 1); i <= last; ++i)
     sum += OnBalance{}(close[i], close[i - 1], amounts.data[i], amounts.data[i - 1]);

@@ -206,7 +206,7 @@ int QVCALL qvEquityFigures(const QvArray* equity, const QvArray* dates, double b
                            QvEquityFigures* figures) noexcept {
   if (!equity || !figures || !(rate > -1)) return QV_INVALID_PARM;
   if (!(barsPerYear > 0) && !dates) return QV_INVALID_PARM;
-  const int from = std::max(equity->firstValid, 0), to = equity->size - 1;
+  const int from = std::max(equity->firstValid, 0), to = saturatingSum(equity->size, -1);
   if (!hasItem(*equity, from)) return QV_INVALID_PARM;
 
   QvEquityFigures f{};

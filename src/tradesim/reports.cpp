@@ -4,6 +4,7 @@
 #include <cstdio>
 #include <variant>
 
+#include "core/numbers.h"
 #include "core/output_file.h"
 #include "qvlib60/tradesim.h"
 #include "tradesim/report_fields.h"
@@ -287,7 +288,7 @@ int QVCALL qvOpenPosRpt1(const QvOrderSystem* sys, const char* file, int append,
   if (!sys || !file || !separator) return QV_INVALID_PARM;
   return writeListing(file, append, separator, kOpenPositionColumns, header ? kOpenPositionHeader : nullptr,
                       [sys](auto write) {
-                        const int bar = std::min(sys->currentBar, sys->bars.barsize - 1);
+                        const int bar = std::min(sys->currentBar, saturatingSum(sys->bars.barsize, -1));
                         for (int i = 0; i < sys->positionCount; ++i)
                           if (sys->positions[i].remaining > 0) write(lineOf(*sys, sys->positions[i], bar));
                       });

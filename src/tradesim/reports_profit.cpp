@@ -141,7 +141,7 @@ int QVCALL qvProfitRpt(const QvOrderSystem* sys, const char* file, int append) n
   const OutputFile out(file, append != 0);
   if (!out.ok()) return QV_FILE_OPEN;
   const double first = qvGetArrayItem(&sys->bars.date, 0);
-  const double last = qvGetArrayItem(&sys->bars.date, sys->bars.barsize - 1);
+  const double last = qvGetArrayItem(&sys->bars.date, saturatingSum(sys->bars.barsize, -1));
   std::fprintf(out.stream(),
                "--------------------------------------------------------------\n"
                "%.80s  %s - %s\n\n"

@@ -43,6 +43,9 @@ TEST(Records, AllocatesResizesAndFrees) {
   EXPECT_EQ(qvReSizeBars(&b, 5), -3);
   EXPECT_EQ(qvReAllocBars(&b, 2), 0);
   EXPECT_TRUE(sizesAre(b, 2, 4));
+  qvFreeArray(&b.open);
+  EXPECT_EQ(qvReSizeBars(&b, 3), 0);
+  EXPECT_TRUE(b.close.size == 3 && b.open.size == 0) << "a series that is missing has no items";
   qvFreeBars(&b);
   EXPECT_TRUE(sizesAre(b, 0, 0) && !b.date.data && b.reccnt == 0);
 }

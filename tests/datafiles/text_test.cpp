@@ -103,6 +103,11 @@ TEST_F(TextFiles, HaveALayoutThatIsWrittenAsItReadsBack) {
             "lo       = 5\ncl       = 6\nvol      = 7\noi       = 8\ndtformat = DMY\n");
   QvTxtInfo back = layoutOf(text);
   EXPECT_EQ(std::memcmp(&info, &back, sizeof info), 0);
+  // Sixteen delimiters, with a tab that in letters would be a seventeenth character.
+  std::memcpy(info.delimiters, "abcdefgh;,\t= klm", sizeof info.delimiters);
+  EXPECT_EQ(qvTXTwriteinfo(path, "b.txt", &info), 0);
+  EXPECT_EQ(qvTXTreadinfo(path, "b.txt", &back), 0);
+  EXPECT_EQ(std::memcmp(&info, &back, sizeof info), 0) << dir.read("b.txt");
   EXPECT_EQ(qvTXTreadinfo(path, "none.txt", &back), -2);
   EXPECT_EQ(qvTXTwriteinfo((dir / "none").c_str(), "txtinfo.txt", &info), -2);
   EXPECT_EQ(std::memcmp(&info, &back, sizeof info), 0) << "untouched";

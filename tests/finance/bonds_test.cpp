@@ -28,6 +28,7 @@ TEST(Bonds, Price) {
       ASSERT_NEAR(price(payments, 365 * years, 5, 80), wanted, 1e-8) << payments << ' ' << years;
     }
   EXPECT_EQ(price(0, 730, 5, 50), 0);
+  EXPECT_EQ(price(INT_MAX, -1e300, 5, 50), 0);
   for (const int payments : {-1, INT_MAX}) EXPECT_EQ(price(payments, 730, 5, 50), -1);
   EXPECT_EQ(price(1, 1e300, 5, 50), -1);
 }
