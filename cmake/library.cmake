@@ -39,6 +39,11 @@ target_compile_options(qvlib60_options INTERFACE
   -ffp-contract=off -fno-math-errno -fno-trapping-math
   $<$<COMPILE_LANGUAGE:CXX>:-fno-exceptions -fno-rtti>)
 target_compile_definitions(qvlib60_options INTERFACE QVLIB60_BUILD)
+if(QV_COVERAGE)
+  # Unoptimised, so that a branch of the source is one of the program.
+  target_compile_options(qvlib60_options INTERFACE --coverage -O0)
+  add_link_options(--coverage)
+endif()
 
 add_library(qvlib60_objects OBJECT ${qv_sources})
 target_link_libraries(qvlib60_objects PRIVATE qvlib60_options qv_warnings)
@@ -86,7 +91,7 @@ else()
   endif()
 endif()
 
-if(QV_BUILD_TESTS)
+if(QV_BUILD_TESTS OR QV_BUILD_FUZZ)
   add_library(qvlib60_testable STATIC $<TARGET_OBJECTS:qvlib60_objects> ${qv_heap})
   target_link_libraries(qvlib60_testable PRIVATE qvlib60_options qv_warnings)
   target_compile_definitions(qvlib60_testable PUBLIC QV_ALLOCATION_FAULTS)

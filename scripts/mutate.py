@@ -1,0 +1,152 @@
+#!/usr/bin/env python3
+"""What scripts/mutate.sh runs once the release build stands."""
+import argparse
+import json
+import os
+import pathlib
+import random
+import re
+import shlex
+import subprocess
+import sys
+
+root = pathlib.Path(__file__).resolve().parent.parent
+build = root / "build/release"
+work = root / "build/mutate"
+library = build / "libqvlib60_testable.a"
+
+# Binary operators stand between blanks (clang-format sees to it), so template brackets and signs are left alone.
+SWAPS = {" < ": [" <= ", " >= "], " <= ": [" < "], " > ": [" >= ", " <= "], " >= ": [" > "], " == ": [" != "],
+         " != ": [" == "], " + ": [" - "], " - ": [" + "], " * ": [" / "], " / ": [" * "], " && ": [" || "],
+         " || ": [" && "], " += ": [" -= "], " -= ": [" += "], " *= ": [" = "], " & ": [" | "], " | ": [" & "],
+         "std::min(": ["std::max("], "std::max(": ["std::min("], "true": ["false"], "false": ["true"], "++": ["--"]}
+TOKEN = re.compile("|".join(re.escape(t) for t in sorted(SWAPS, key=len, reverse=True)) + r"|(?<![\w.\"'])\d+(\.\d+)?(?![\w.])")
+SKIPPED = re.compile(r"^\s*(//|#|static_assert|using |template|namespace|extern)")
+
+
+def mutants(text):
+    """(line number, changed line) for each change."""
+    for number, line in enumerate(text.split("\n")):
+        if SKIPPED.match(line):
+            continue
+        code = re.sub(r'"(\\.|[^"\\])*"' + r"|'(\\.|[^'\\])*'", lambda m: "\"" * len(m.group()), line).split("//")[0]
+        for m in TOKEN.finditer(code):
+            token = m.group()
+            if token in SWAPS:
+                replacements = SWAPS[token]
+            elif "<" in code[:m.start()] and re.search(r"[<,] ?$", code[:m.start()]) and ">" in code[m.end():]:
+                continue  # a template's number
+            else:
+                replacements = [str(int(token) + 1)] if "." not in token else [str(float(token) + 1.0)]
+            for replacement in replacements:
+                yield number, line[:m.start()] + replacement + line[m.end():]
+
+
+def commands():
+    return {os.path.relpath(c["file"], root): (c["command"], c["directory"])
+            for c in json.loads((build / "compile_commands.json").read_text())}
+
+
+def compile_to(source, original, output, command, directory, overlay):
+    words = shlex.split(command)
+    words = [w for w in words if w not in ("ccache", "-O3", "-O2", "-Werror") and not w.startswith("-W")]
+    words[words.index("-o") + 1] = str(output)
+    words[words.index("-c") + 1] = str(source)
+    words[1:1] = ["-I" + str(overlay), "-I" + str((root / original).parent)]
+    return subprocess.run(words + ["-O0", "-w"], cwd=directory, capture_output=True, timeout=300).returncode == 0
+
+
+def dependents(path, all_commands):
+    """The sources that a header is tried through."""
+    name = str(path.relative_to("src")) if path.parts[0] == "src" else str(path)
+    own = [f for f in all_commands if f.startswith("src/") and pathlib.Path(f).stem.split("_")[0] == path.stem.split("_")[0]
+           and pathlib.Path(f).parent == path.parent]
+    same = [f for f in own if pathlib.Path(f).stem == path.stem]
+    if same:
+        return same
+    including = [f for f in all_commands if f.startswith("src/") and f'"{name}"' in (root / f).read_text()]
+    return [f for f in including if pathlib.Path(f).parent == path.parent] or including or own
+
+
+def tests_of(path):
+    room = "runs" if path.parts[1] == "runs" else path.parts[1]
+    objects = sorted((build / "tests/CMakeFiles/qvlib60_tests.dir" / room).glob("*.o"))
+    if room in ("kernels", "core", "platform"):
+        for more in ("indicators", "dates", "datafiles"):
+            objects += sorted((build / "tests/CMakeFiles/qvlib60_tests.dir" / more).glob("*.o"))
+    return objects
+
+
+def run(program, seconds, *arguments):
+    try:
+        return subprocess.run([program, *arguments], cwd=root, capture_output=True, timeout=seconds).returncode == 0
+    except subprocess.TimeoutExpired:
+        return False
+
+
+def link(output, objects):
+    extra = [str(build / "src/runs/libqvlib60_runs.a")] if (build / "src/runs/libqvlib60_runs.a").exists() else []
+    return subprocess.run(["g++", "-o", str(output), *map(str, objects), *extra, str(library), "-lgtest", "-lgtest_main",
+                           "-lcsv", "-lpthread"], capture_output=True).returncode == 0
+
+
+def survives(path, objects):
+    stem = path.stem.split("_")[0]
+    own = [o for o in tests_of(path) if o.name.startswith(stem)]
+    rest = [o for o in tests_of(path) if o not in own]
+    for tests in (own, rest):
+        if not tests:
+            continue
+        if not link(work / "tests", objects + tests):
+            return False
+        if not run(work / "tests", 120, "--gtest_fail_fast", "--gtest_brief=1"):
+            return False
+    digests = sorted((build / "tests/CMakeFiles/qv_digest.dir/digest").glob("*.o"))
+    return link(work / "digest", objects + digests) and run(work / "digest", 120, "data", "tests/digest/same_bits.txt")
+
+
+def mutate(path, sample, all_commands):
+    text = (root / path).read_text()
+    changes = list(mutants(text))
+    random.Random(str(path)).shuffle(changes)
+    changes = sorted(changes[:sample] if sample else changes)
+    header = path.suffix == ".h"
+    sources = dependents(path, all_commands) if header else [str(path)]
+    overlay = work / "overlay"
+    tried = survived = 0
+    for number, line in changes:
+        lines = text.split("\n")
+        was = lines[number]
+        lines[number] = line
+        subprocess.run(["rm", "-rf", str(overlay)], check=True)
+        overlay.mkdir(parents=True)
+        copy = overlay / path.relative_to("src") if header else work / path.name
+        copy.parent.mkdir(parents=True, exist_ok=True)
+        copy.write_text("\n".join(lines))
+        objects = []
+        for source in sources:
+            output = work / (source.replace("/", "_") + ".o")
+            command, directory = all_commands[source]
+            if not compile_to(root / source if header else copy, source, output, command, directory, overlay):
+                break
+            objects.append(output)
+        else:
+            tried += 1
+            if survives(path, objects):
+                survived += 1
+                print(f"{path}:{number + 1}: survives\n  - {was.strip()}\n  + {line.strip()}", flush=True)
+    print(f"{path}: {tried - survived} of {tried} changes found", flush=True)
+
+
+def main():
+    parser = argparse.ArgumentParser()
+    parser.add_argument("--sample", type=int, default=0)
+    parser.add_argument("files", nargs="+")
+    arguments = parser.parse_args()
+    work.mkdir(parents=True, exist_ok=True)
+    all_commands = commands()
+    for file in arguments.files:
+        mutate(pathlib.Path(os.path.relpath(file, root)), arguments.sample, all_commands)
+
+
+sys.exit(main())
