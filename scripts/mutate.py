@@ -57,15 +57,20 @@ def compile_to(source, original, output, command, directory, overlay):
 
 
 def dependents(path, all_commands):
-    """The sources that a header is tried through."""
-    name = str(path.relative_to("src")) if path.parts[0] == "src" else str(path)
-    own = [f for f in all_commands if f.startswith("src/") and pathlib.Path(f).stem.split("_")[0] == path.stem.split("_")[0]
-           and pathlib.Path(f).parent == path.parent]
-    same = [f for f in own if pathlib.Path(f).stem == path.stem]
-    if same:
-        return same
-    including = [f for f in all_commands if f.startswith("src/") and f'"{name}"' in (root / f).read_text()]
-    return [f for f in including if pathlib.Path(f).parent == path.parent] or including or own
+    """The sources that a header is tried through: that of its name, or the nearest few that include it."""
+    own = str(path.with_suffix(".cpp"))
+    if own in all_commands:
+        return [own]
+    texts = {str(f.relative_to(root)): f.read_text() for f in (root / "src").rglob("*") if f.suffix in (".h", ".cpp")}
+    headers = [str(path)]
+    for header in headers:
+        name = header.removeprefix("src/")
+        including = [f for f, text in texts.items() if f'"{name}"' in text]
+        sources = sorted((f for f in including if f in all_commands), key=lambda f: len(texts[f]))
+        if sources:
+            return sources[:3]
+        headers += [f for f in including if f not in headers]
+    return []
 
 
 def tests_of(path):

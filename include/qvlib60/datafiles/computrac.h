@@ -14,9 +14,8 @@
    negative, the size of the file does.
 
    Results below 0, beside those that a function names: -1 for a null argument, -2 when the data file
-   cannot be opened, -3 when the memory is exhausted, -4 when the header of a directory file or of the
-   data file cannot be read or the size tells of more than 4,194,304 records, -8 when there is no such
-   security. */
+   cannot be opened, -3 when the memory is exhausted, -4 when the header of a directory or data file
+   cannot be read or the size tells of more than 4,194,304 records, -8 when there is no such security. */
 #ifndef QVLIB60_DATAFILES_COMPUTRAC_H
 #define QVLIB60_DATAFILES_COMPUTRAC_H
 

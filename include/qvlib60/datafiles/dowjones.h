@@ -10,9 +10,8 @@
    Prices are IEEE singles; series that a record format does not have are 0.
 
    Results below 0, beside those that a function names: -1 for a null argument, -2 when mapinfo.dat or the
-   data file cannot be opened or would lie in another directory, -3 when the memory is exhausted, -4 when
-   mapinfo.dat ends before the security was found or gives it an unknown record format, -8 when there is no
-   such security. */
+   data file cannot be opened or lies in another directory, -3 when memory is exhausted, -4 when mapinfo.dat
+   ends before the security was found or gives it an unknown record format, -8 when there is no such one. */
 #ifndef QVLIB60_DATAFILES_DOWJONES_H
 #define QVLIB60_DATAFILES_DOWJONES_H
 

@@ -15,9 +15,8 @@
    Any other code gives prices of 0. With code 2, files whose names begin with FC_, LC_, LH_ or PB_ (in any
    case) hold half ticks: a number that is no multiple of 5 gets 0.005 (as a single-precision number) more.
 
-   Results below 0, beside those that a function names: -1 for a null argument, -2 when the file cannot
-   be opened, -3 when the memory is exhausted, -4 when the price-format code cannot be read or the file has
-   more than 4,194,304 records. */
+   Results below 0, beside those that a function names: -1 for a null argument, -2 when the file cannot be
+   opened, -3 when memory is exhausted, -4 for more than 4,194,304 records or no price-format code. */
 #ifndef QVLIB60_DATAFILES_TECHTOOLS_H
 #define QVLIB60_DATAFILES_TECHTOOLS_H
 

@@ -2,9 +2,8 @@
    a ".". It holds the description, then records of date, high, low, close, volume and open in
    single-precision numbers of the Microsoft Binary Format.
 
-   Results below 0, beside those that a function names: -1 for a null argument, -2 when the file cannot
-   be opened, -3 when the memory is exhausted, -4 when the header cannot be read or the file has more than
-   4,194,304 records. */
+   Results below 0, beside those that a function names: -1 for a null argument, -2 when the file cannot be
+   opened, -3 when memory is exhausted, -4 without a header, also for more than 4,194,304 records. */
 #ifndef QVLIB60_DATAFILES_TELECHART_H
 #define QVLIB60_DATAFILES_TELECHART_H
 

@@ -55,9 +55,8 @@ typedef struct QvTxtInfo {
    -2 when the file cannot be opened, and then the record stays as it was. */
 QVAPI int QVCALL qvTXTreadinfo(const char* directory, const char* fileName, QvTxtInfo* info) QVNOEXCEPT;
 
-/* Writes a layout file that reads back to the same record. (A "_", a newline, a backslash before a "t" are no
-   delimiters that a layout file can name.) -2 when it cannot be created, -5 when it
-   cannot be written. */
+/* Writes a layout file that reads back to the same record (but for delimiters that none can name: "_",
+   a newline, a backslash before a "t"). -2 when it cannot be created, -5 when it cannot be written. */
 QVAPI int QVCALL qvTXTwriteinfo(const char* directory, const char* fileName,
                                 const QvTxtInfo* info) QVNOEXCEPT;
 
