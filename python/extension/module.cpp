@@ -9,6 +9,7 @@
 #include "python/extension/finance.h"
 #include "python/extension/formulas.h"
 #include "python/extension/simulator.h"
+#include "python/extension/streams.h"
 #include "python/extension/sweeps.h"
 
 PYBIND11_MODULE(_core, module) {
@@ -31,4 +32,5 @@ PYBIND11_MODULE(_core, module) {
   addSweeps(module);
   addFinance(module);
   addCharts(module);
+  addStreams(module);
 }

@@ -25,6 +25,7 @@ from .indicators import *  # noqa: E402
 from .patterns import *  # noqa: E402
 from .screens import *  # noqa: E402
 from .simulator import *  # noqa: E402
+from .streams import *  # noqa: E402
 from .sweeps import *  # noqa: E402
 
 __version__: str = _core.version

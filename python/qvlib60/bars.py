@@ -45,7 +45,7 @@ class Bars:
     >>> import qvlib60 as qv
     >>> bars = qv.Bars(close=[1.0, 2.0, 3.0], high=[2.0, 3.0, 4.0], low=[0.0, 1.0, 2.0])
     >>> len(bars), bars[1:].close
-    (2, array([2., 3.]))
+    (3, array([2., 3.]))
     """
 
     __slots__ = ("_set", "index", "left_out", "layout")

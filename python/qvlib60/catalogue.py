@@ -103,7 +103,7 @@ def info(name: Any) -> Calculation:
     >>> qv.info("rsi").title
     'Relative Strength Index'
     >>> [p.name for p in qv.info("macd").parameters]
-    ['fast', 'slow', 'signal']
+    ['p1', 'p2', 'signal']
     """
     name = getattr(name, "__name__", name)
     if not isinstance(name, str):

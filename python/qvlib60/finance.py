@@ -38,7 +38,7 @@ def option(position: str, *, underlying: float, strike: Union[float, Sequence[fl
     of call and put. Premiums are values where days and volatility tell them, unless they are given.
 
     >>> round(option("call", underlying=100, strike=105, days=90, rate=5, volatility=20), 4)
-    2.4777
+    2.4779
     >>> option("long-strangle", underlying=100, strike=[105, 95], premium=[2.5, 1.8]).upper_breakeven
     109.3
     """
@@ -68,7 +68,7 @@ def bond(*, coupon: float, maturity: Any, settlement: Any, yield_: Optional[floa
 
     >>> b = bond(face=1000, coupon=5, maturity="2030-04-17", settlement="2020-04-17", yield_=4)
     >>> round(b.price, 2)
-    1081.44
+    1085.12
     """
     if (yield_ is None) == (price is None):
         raise TypeError("give one of yield_ and price")

@@ -107,6 +107,6 @@ def need(text: Any, tolerance: float = 1e-3, **values: float) -> Need:
     """How many bars a formula takes to its first value, and until it no longer depends on where the data began.
 
     >>> need("macd(12,26,9)")
-    Need(first=34, settled=133, repaints=False)
+    Need(first=1, settled=167, repaints=False)
     """
     return open_formula(text, values).need(tolerance)

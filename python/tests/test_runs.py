@@ -1,4 +1,6 @@
 """Formulas, backtests, the simulator, batches, screens and sweeps."""
+import copy
+import pickle
 import subprocess
 from pathlib import Path
 
@@ -153,6 +155,32 @@ def test_a_sweep_can_be_stopped(spx):
 
     with pytest.raises(KeyboardInterrupt):
         qv.sweep(spx, **CROSSING, parameters={"fast": range(2, 200), "slow": range(200, 400)}, progress=stop)
+
+
+def test_a_stream_gives_the_bits_of_the_whole_call(spx):
+    for text in ("rsi(14)", "bollinger.upper + weekly(close)", "close crosses above sma($n)"):
+        values = {"n": 9} if "$n" in text else {}
+        whole, stream = qv.eval(text, spx, **values), qv.Stream(text, **values)
+        got = [stream.update(spx[:1000]), stream.update(spx[1000:1001]), stream.update(spx[1001:2000])]
+        again = pickle.loads(pickle.dumps(stream))
+        assert np.array_equal(np.concatenate(got), whole[:2000], equal_nan=True) and len(again) == 2000
+        bar = spx[2000]
+        for one in (stream, again, copy.copy(stream)):
+            for step in (one.peek, one.update, one.replace_last):
+                assert step(**bar._asdict()) == whole[2000]
+    stream = qv.Stream("atr(2)")
+    for named, message in (({"close": 1}, "high is missing"), ({"closes": 1}, "columns by name"), ({}, "high is missing"),
+                           ({"high": [1, 2], "low": [1], "close": [1, 2]}, "low"), ({"high": "a"}, "high")):
+        with pytest.raises((TypeError, ValueError), match=message):
+            stream.update(**named)
+    with pytest.raises(ValueError, match="no bar yet"):
+        stream.replace_last(high=1, low=1, close=1)
+    with pytest.raises(ValueError, match="later bars"):
+        qv.Stream("dpo(5)")
+    block = stream.__reduce__()[1][1]
+    for damaged in (b"", block[:-1], block[::-1], bytes(len(block))):
+        with pytest.raises(ValueError, match="damaged"):
+            qv._core.load_stream(stream.formula._open, damaged)
 
 
 def test_options_bonds_patterns_charts(spx):
