@@ -158,7 +158,7 @@ void SvgWriter::number(double v) noexcept {
   char digits[32];
   char* const end = digits + sizeof digits;
   char* at = end;
-  auto left = static_cast<std::uint64_t>(std::fabs(v) * 100.0 + 0.5);
+  auto left = static_cast<std::uint64_t>(std::floor(std::fabs(v) * 100.0 + 0.5));
   const bool negative = v < 0.0 && left != 0;
   const auto digit = [&] {
     *--at = static_cast<char>('0' + left % 10);

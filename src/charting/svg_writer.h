@@ -61,7 +61,7 @@ class SvgWriter {
   bool inPath_ = false, clipped_ = false;
   int clips_ = 0;
   std::size_t used_ = 0;
-  char buffer_[8192];
+  char buffer_[8192] = {};
 };
 
 }  // namespace qv::charting

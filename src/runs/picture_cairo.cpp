@@ -72,7 +72,7 @@ int QVCALL polygon(void* context, const QvPoint* points, int count, uint32_t fil
 // The first family: Cairo takes the system's nearest one.
 void setFont(cairo_t* c, const char* font, double size, int bold) {
   std::string family(font);
-  family = family.substr(0, family.find(','));
+  family.resize(std::min(family.find(','), family.size()));
   std::erase(family, '\'');
   cairo_select_font_face(c, family.c_str(), CAIRO_FONT_SLANT_NORMAL,
                          bold ? CAIRO_FONT_WEIGHT_BOLD : CAIRO_FONT_WEIGHT_NORMAL);
