@@ -42,11 +42,12 @@ QVAPI int QVCALL qvStreamOpenFormula(const QvFormula* formula, QvStream** stream
 QVAPI int QVCALL qvStreamUpdate(QvStream* stream, const double* const* values, int count,
                                 double* const* outputs) QVNOEXCEPT;
 
-/* The values if the forming bar closed as it stands: those of one more bar, which is not kept. */
+/* The values if the forming bar closed as it stands: those of one more bar, which is not kept. -1, -3 as
+   above. */
 QVAPI int QVCALL qvStreamPeek(QvStream* stream, const double* const* values,
                               double* const* outputs) QVNOEXCEPT;
 
-/* Corrects the last bar and gives its values anew. -9 where there is no bar yet. */
+/* Corrects the last bar and gives its values anew. -9 where there is no bar yet; -1, -3 as above. */
 QVAPI int QVCALL qvStreamReplaceLast(QvStream* stream, const double* const* values,
                                      double* const* outputs) QVNOEXCEPT;
 
@@ -66,8 +67,8 @@ QVAPI int QVCALL qvStreamCopy(QvStream* stream, QvStream** copy) QVNOEXCEPT;
    is written where `size` is less (0 asks for the size). -1, -3. */
 QVAPI int QVCALL qvStreamSave(QvStream* stream, void* block, int size) QVNOEXCEPT;
 
-/* Opens a stream in the state that was saved. -4: the block is damaged, in whatever way; -10: it was written
-   by another version; -3; `stream` is null but after 0. */
+/* Opens a stream in the state that was saved; the block is not needed any more. -1: null; -4: the block is
+   damaged, in whatever way; -10: it was written by another version; -3; `stream` is null but after 0. */
 QVAPI int QVCALL qvStreamLoad(const void* block, int size, QvStream** stream) QVNOEXCEPT;
 
 /* Frees the stream; null is fine. */

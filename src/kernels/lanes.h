@@ -234,7 +234,7 @@ template <typename F>
 template <typename F>
 QV_INLINE void each(int count, F f) noexcept {
 #if QV_WIDE_LOOPS
-  if (wideLoops) return eachWide(count, f);
+  if (wideLoops && count >= 4) return eachWide(count, f);
 #endif
   QV_INDEPENDENT
   for (int j = 0; j < count; ++j) f(j);

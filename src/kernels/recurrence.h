@@ -56,7 +56,7 @@ class Recurrence {
   template <typename Enter, typename Leave>
   void run(const double* in, int count, double* out, Enter enter, Leave leave) noexcept {
 #if QV_WIDE_LOOPS
-    if (wideLoops) return runWide(*this, in, count, out, enter, leave);
+    if (wideLoops && count >= 4) return runWide(*this, in, count, out, enter, leave);
 #endif
     runLanes<Two>(in, count, out, enter, leave);
   }
@@ -69,41 +69,45 @@ class Recurrence {
   void runTwo(Recurrence& second, const double* in, int count, double* out, Enter enter,
               Leave leave) noexcept {
 #if QV_WIDE_LOOPS
-    if (wideLoops) return runTwoWide(*this, second, in, count, out, enter, leave);
+    if (wideLoops && count >= 4) return runTwoWide(*this, second, in, count, out, enter, leave);
 #endif
     runTwoLanes<Two>(second, in, count, out, enter, leave);
   }
 
   template <typename Lanes, typename Enter, typename Leave>
   QV_INLINE void runLanes(const double* in, int count, double* out, Enter enter, Leave leave) noexcept {
-    Fours<Lanes> y(*this);  // in registers
     int i = 0;
-    for (; i + 4 <= count; i += 4) {
-      auto items = loadFour<Lanes>(in + i);
-      for (auto& v : items) v = enter(v);
-      y.next(items);
-      for (auto& v : items) v = leave(v);
-      storeFour(out + i, items);
+    if (count >= 4) {
+      Fours<Lanes> y(*this);  // in registers
+      for (; i + 4 <= count; i += 4) {
+        auto items = loadFour<Lanes>(in + i);
+        for (auto& v : items) v = enter(v);
+        y.next(items);
+        for (auto& v : items) v = leave(v);
+        storeFour(out + i, items);
+      }
+      y.keepIn(*this);
     }
-    y.keepIn(*this);
     for (; i < count; ++i) out[i] = leave(next(enter(in[i])));
   }
   template <typename Lanes, typename Enter, typename Leave>
   QV_INLINE void runTwoLanes(Recurrence& second, const double* in, int count, double* out, Enter enter,
                              Leave leave) noexcept {
-    Fours<Lanes> y(*this), z(second);
     int i = 0;
-    for (; i + 4 <= count; i += 4) {
-      auto first = loadFour<Lanes>(in + i);
-      for (auto& v : first) v = enter(v);
-      y.next(first);
-      auto items = first;
-      z.next(items);
-      for (std::size_t k = 0; k < items.size(); ++k) items[k] = leave(first[k], items[k]);
-      storeFour(out + i, items);
+    if (count >= 4) {
+      Fours<Lanes> y(*this), z(second);
+      for (; i + 4 <= count; i += 4) {
+        auto first = loadFour<Lanes>(in + i);
+        for (auto& v : first) v = enter(v);
+        y.next(first);
+        auto items = first;
+        z.next(items);
+        for (std::size_t k = 0; k < items.size(); ++k) items[k] = leave(first[k], items[k]);
+        storeFour(out + i, items);
+      }
+      y.keepIn(*this);
+      z.keepIn(second);
     }
-    y.keepIn(*this);
-    z.keepIn(second);
     for (; i < count; ++i) {
       const double first = next(enter(in[i]));
       out[i] = leave(first, second.next(first));

@@ -53,6 +53,10 @@ class Sliding {
   }
 
   [[gnu::noinline]] void run(In in, int count, Out out) noexcept {
+    if (count == 1 && memory_.missing == 0) {
+      if (memory_.period <= Statistic::kShortWindow) return nextShort(in, out);
+      if (memory_.place < memory_.room && !memory_.failed) return next(in, out);
+    }
     if (!ok()) memory_.missing = memory_.period;
     const int incomplete = ok() ? std::min(memory_.missing, count) : count;
     if (ok()) {
@@ -81,6 +85,47 @@ class Sliding {
   }
 
  private:
+  // One bar, as updates come, with as little ado as can be: within a block, or a short window.
+  QV_INLINE void next(const In& in, const Out& out) noexcept {
+    for (int s = 0; s < kInputs; ++s) memory_.kept(s)[memory_.place] = in[s][0];
+    if constexpr (kCorrects) {
+      memory_.period > kPlainItems ? nextOf(Corrected(of_), in, out) : nextOf(of_, in, out);
+    } else
+      nextOf(of_, in, out);
+    ++memory_.place;
+  }
+  template <typename Of>
+  QV_INLINE void nextOf(const Of& of, const In& in, const Out& out) noexcept {
+    Running<Of> running;
+    running.anchors = running_.anchors;
+    for (int r = 0; r < Of::kRows; ++r) {
+      running.older[r] = running_.older[r];
+      running.newer[r] = running_.newer[r];
+      running.pairs[r] = running_.pairs[r];
+      running.terms[r] = running_.terms[r];
+    }
+    oneWindow(of, memory_, in, 0, running, out);
+    for (int r = 0; r < Of::kRows; ++r) {
+      running_.older[r] = running.older[r];
+      running_.newer[r] = running.newer[r];
+      running_.pairs[r] = running.pairs[r];
+      running_.terms[r] = running.terms[r];
+    }
+  }
+  QV_INLINE void nextShort(const In& in, const Out& out) noexcept {
+    constexpr int kMost = Statistic::kShortWindow;
+    double items[kInputs][kMost];
+    In newest;
+    for (int s = 0; s < kInputs; ++s) {
+      std::copy_n(past_[s], kMost - 1, items[s]);
+      items[s][kMost - 1] = 0.0;
+      items[s][memory_.period - 1] = in[s][0];
+      newest[s] = items[s] + memory_.period - 1;
+    }
+    shortWindows<double, 1>(of_, memory_.period, newest, 0, 1, out);
+    for (int s = 0; s < kInputs; ++s) std::copy_n(items[s] + 1, kMost - 1, past_[s]);
+  }
+
   static constexpr bool kCorrects = requires { typename Statistic::Corrected; };
   template <typename S, bool kHas>
   struct LongOf {
@@ -95,7 +140,7 @@ class Sliding {
 
   [[gnu::noinline]] void runShort(const In& in, int count, const Out& out) noexcept {
 #if QV_WIDE_LOOPS
-    if (wideLoops) return runShortWide(of_, memory_.period, past_, in, count, out);
+    if (wideLoops && count >= 4) return runShortWide(of_, memory_.period, past_, in, count, out);
 #endif
     qv::runShort<Two>(of_, memory_.period, past_, in, count, out);
   }

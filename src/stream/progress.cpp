@@ -15,7 +15,7 @@ bool Progress::begin(LivePtr opened) noexcept {
   now_ = std::move(opened);
   before_.reset(now_->copy());
   room_ = kMostAtOnce;
-  kept_ = memory::Buffer<double>(std::size_t{2} * kMostAtOnce * static_cast<std::size_t>(feed_.inputCount));
+  kept_ = rowsOf(room_);
   return before_ && kept_.ok();
 }
 
@@ -26,18 +26,18 @@ bool Progress::copy(Progress& to) noexcept {
   to.kept_ = kept_;
   to.bars_ = bars_;
   to.room_ = room_;
-  to.half_ = half_;
   to.held_ = held_;
   return to.now_ && to.before_ && to.kept_.ok();
 }
 
 void Progress::run(Live& running, std::int64_t at, const double* const* in, int count,
                    double* const* outputs) const noexcept {
-  const int skipped = static_cast<int>(std::clamp<std::int64_t>(feed_.begin - at, 0, count));
   Tile unwanted[Opening::kMostOutputs];
   Out out;
+  for (int k = 0; k < feed_.outputCount; ++k) out[k] = outputs && outputs[k] ? outputs[k] : unwanted[k];
+  if (at >= feed_.begin) return running.run(in, count, out);
+  const int skipped = static_cast<int>(std::min<std::int64_t>(feed_.begin - at, count));
   for (int k = 0; k < feed_.outputCount; ++k) {
-    out[k] = outputs && outputs[k] ? outputs[k] : unwanted[k];
     std::fill_n(out[k], skipped, 0.0);
     out[k] += skipped;
   }
@@ -47,37 +47,43 @@ void Progress::run(Live& running, std::int64_t at, const double* const* in, int 
   running.run(from, count - skipped, out);
 }
 
-bool Progress::take(const double* const* values, int count, double* const* outputs) noexcept {
-  LivePtr before;
-  memory::Buffer<double> larger;
-  int room = room_, half = half_, held = held_;
-  if (held_ + count > room_) {  // the earlier state moves up to here
-    before.reset(now_->copy());
-    if (!before) return false;
-    held = 0;
-    half = 1 - half_;
-    if (const std::size_t numbers = now_->size(); numbers > static_cast<std::size_t>(room_)) {
-      room = truncatedInt(static_cast<double>(numbers));
-      larger = memory::Buffer<double>(std::size_t{2} * static_cast<std::size_t>(room) *
-                                      static_cast<std::size_t>(feed_.inputCount));
-      if (!larger.ok()) return false;
-    }
-  }
-  if (!now_->reserve(count)) return false;
-  double* block = larger.ok() ? larger.data() : kept_.data();
+void Progress::keepAndRun(const double* const* values, int count, double* const* outputs) noexcept {
   In in;
   for (int k = 0; k < feed_.inputCount; ++k) {
-    double* place = row(block, room, k) + std::ptrdiff_t{half} * room + held;
-    std::copy_n(values[feed_.inputs[k]], count, place);
+    double* place = row(k) + held_;
+    const double* items = values[feed_.inputs[k]];
+    *place = *items;
+    if (count > 1) std::copy_n(items + 1, count - 1, place + 1);
     in[k] = place;
   }
   run(*now_, bars_, in, count, outputs);
-  if (before) before_ = std::move(before);
+  held_ += count;
+  bars_ += count;
+}
+
+bool Progress::take(const double* const* values, int count, double* const* outputs) noexcept {
+  if (held_ + count > room_) return takeMovingUp(values, count, outputs);
+  if (!now_->reserve(count)) return false;
+  keepAndRun(values, count, outputs);
+  return true;
+}
+
+bool Progress::takeMovingUp(const double* const* values, int count, double* const* outputs) noexcept {
+  LivePtr before(now_->copy());
+  memory::Buffer<double> larger;
+  if (!before) return false;
+  const std::size_t bars = now_->size() / static_cast<std::size_t>(std::max(feed_.inputCount, 1));
+  const int room = std::max(room_, truncatedInt(static_cast<double>(bars)));
+  if (room > room_) {
+    larger = rowsOf(room);
+    if (!larger.ok()) return false;
+  }
+  if (!now_->reserve(count)) return false;
+  before_ = std::move(before);
   if (larger.ok()) kept_ = std::move(larger);
   room_ = room;
-  half_ = half;
-  held_ = held + count;
-  bars_ += count;
+  held_ = 0;
+  keepAndRun(values, count, outputs);
   return true;
 }
 
@@ -115,8 +121,7 @@ bool Progress::replay(Live& running, int first, int end) noexcept {
     const int items = std::min(kTile, end - at);
     if (!running.reserve(items)) return false;
     In in;
-    for (int k = 0; k < feed_.inputCount; ++k)
-      in[k] = row(kept_.data(), room_, k) + std::ptrdiff_t{half_} * room_ + at;
+    for (int k = 0; k < feed_.inputCount; ++k) in[k] = row(k) + at;
     run(running, bars_ - held_ + at, in, items, nullptr);
     at += items;
   }
@@ -147,9 +152,8 @@ bool Progress::replaceLast(const double* const* values, double* const* outputs) 
   if (!now || !now->reserve(1)) return false;
   In in;
   for (int k = 0; k < feed_.inputCount; ++k) {
-    double* place = row(kept_.data(), room_, k) + std::ptrdiff_t{half_} * room_;
-    *place = *values[feed_.inputs[k]];
-    in[k] = place;
+    *row(k) = *values[feed_.inputs[k]];
+    in[k] = row(k);
   }
   run(*now, bars_ - 1, in, 1, outputs);
   if (before) before_ = std::move(before);
@@ -162,7 +166,7 @@ void Progress::save(Bytes& to) noexcept {
   to.word(static_cast<std::uint64_t>(bars_));
   to.integer(held_);
   for (int k = 0; k < feed_.inputCount; ++k)
-    for (int i = 0; i < held_; ++i) to.number(row(kept_.data(), room_, k)[std::ptrdiff_t{half_} * room_ + i]);
+    for (int i = 0; i < held_; ++i) to.number(row(k)[i]);
   before_->save(to);
 }
 
@@ -178,14 +182,13 @@ bool Progress::load(Reader& from) noexcept {
   if (!from.ok()) return true;
   if (held > room_) {
     room_ = held;
-    kept_ = memory::Buffer<double>(std::size_t{2} * static_cast<std::size_t>(room_) *
-                                   static_cast<std::size_t>(feed_.inputCount));
+    kept_ = rowsOf(room_);
     if (!kept_.ok()) return false;
   }
   bars_ = static_cast<std::int64_t>(bars);
   held_ = held;
   for (int k = 0; k < feed_.inputCount; ++k)
-    for (int i = 0; i < held; ++i) row(kept_.data(), room_, k)[i] = from.number();
+    for (int i = 0; i < held; ++i) row(k)[i] = from.number();
   if (!before_->load(from)) return false;
   if (!from.ok()) return true;
   now_.reset(before_->copy());

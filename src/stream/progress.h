@@ -14,8 +14,8 @@ struct Feed {
 };
 
 // The state before the last bars and these bars: taking the last one back replays the others. The earlier
-// state moves up as soon as there are as many bars as it has numbers, so that copying it costs every bar the
-// same, whatever the periods.
+// state moves up as soon as these have as many numbers as it has, so that copying it costs every bar the same,
+// whatever the periods.
 class Progress {
  public:
   explicit Progress(const Feed& feed) noexcept : feed_(feed) {}
@@ -40,20 +40,24 @@ class Progress {
  private:
   using Outs = double* [Opening::kMostOutputs];
 
-  double* row(double* block, int room, int input) const noexcept {
-    return block + std::ptrdiff_t{2} * room * input;
+  double* row(int input) noexcept { return kept_.data() + std::ptrdiff_t{room_} * input; }
+  memory::Buffer<double> rowsOf(int items) const noexcept {
+    return memory::Buffer<double>(static_cast<std::size_t>(items) *
+                                  static_cast<std::size_t>(feed_.inputCount));
   }
   // The calculation over bars that begin with bar `at`.
   void run(Live& running, std::int64_t at, const double* const* in, int count,
            double* const* outputs) const noexcept;
+  void keepAndRun(const double* const* values, int count, double* const* outputs) noexcept;
+  bool takeMovingUp(const double* const* values, int count, double* const* outputs) noexcept;
   // The kept bars first .. end - 1 once more.
   bool replay(Live& running, int first, int end) noexcept;
 
   Feed feed_;
   LivePtr now_, before_;
   std::int64_t bars_ = 0;
-  memory::Buffer<double> kept_;     // of each input twice `room_` items, of which one half is in use
-  int room_ = 0, half_ = 0, held_ = 0;  // held_: bars since before_
+  memory::Buffer<double> kept_;  // the bars since before_, `room_` of each input
+  int room_ = 0, held_ = 0;
 };
 
 }  // namespace qv::stream
