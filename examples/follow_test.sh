@@ -11,11 +11,11 @@ head -n 300 "$prices" > "$folder/whole.csv"
 
 head -c 9000 "$folder/whole.csv" > "$folder/growing.csv"
 "$program" "$folder/growing.csv" 3 > "$folder/seen" &
-for from in 9001 9100 12001; do
+for piece in 9001:9099 9100:12000 12001:1000000; do
   sleep 0.3
-  tail -c +$from "$folder/whole.csv" | head -c $((from == 9001 ? 99 : from == 9100 ? 2901 : 1000000)) >> "$folder/growing.csv"
+  head -c ${piece#*:} "$folder/whole.csv" | tail -c +${piece%:*} >> "$folder/growing.csv"
 done
-wait
+wait $!
 diff "$folder/expected" "$folder/seen"
 
 { head -n 299 "$folder/whole.csv"; tail -n 1 "$folder/whole.csv" | sed 's/\(.*\),.*,\(.*\)/\1,1.0,\2/'; tail -n 1 "$folder/whole.csv"; } > "$folder/corrected.csv"
