@@ -168,7 +168,11 @@ void calculate(Input& in) {
   QV_REQUIRE(status != QV_MALLOC || heap.fails(), "%s answers -3 with memory left", e.name);
   if (!anyBorrowed) inputs.require();
   int count = INT_MAX;
-  for (const BarSet& b : call.bars) count = std::min(count, +b.barsize);
+  for (const BarSet& b : call.bars) {
+    count = std::min(count, +b.barsize);
+    for (int k = 0; k < qv::kSeriesCount; ++k)
+      if (k == 0 || e.series & (1 << k)) count = std::min(count, +qv::seriesOf(b, k).size);
+  }
   for (const Series& a : call.inputs) count = std::min(count, +a.size);
   for (std::size_t k = 0; k < call.outputs.size(); ++k) {
     const QvArray& out = call.outputs[k];
