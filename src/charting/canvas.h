@@ -2,6 +2,8 @@
 // boxes lie on whole device pixels, and the first callback that fails ends the painting.
 #pragma once
 
+#include <cmath>
+
 #include "charting/graph.h"
 
 namespace qv::charting {
@@ -73,7 +75,7 @@ class Canvas {
 
 // The colour with so much (0 .. 1) of its opacity.
 inline uint32_t withOpacity(uint32_t colour, double opacity) noexcept {
-  const auto alpha = static_cast<uint32_t>((colour >> 24) * opacity + 0.5);
+  const auto alpha = static_cast<uint32_t>(std::lround((colour >> 24) * opacity));
   return (colour & 0xFFFFFFu) | alpha << 24;
 }
 // Black or white, whichever is read better on the colour.

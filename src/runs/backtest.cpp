@@ -71,21 +71,15 @@ void Backtest::decide(const Signals& signals, int offset) {
   if (position->entryBar == system_.currentBar) setStop(signals, offset, *position);
   // Beside an order at the market the stop does not wait: exits are tried first within a bar, but the open
   // comes before whatever touches the stop.
-  if (isLong(*position)) {
-    if (entersShort)
-      place(kShort, QV_ENTRY, QV_SELL, QV_MARKET, 0);
-    else if (signals.holds(kExit, i))
-      place(kExit, QV_EXIT, QV_SELL, QV_MARKET, 0);
-    else if (stop_.isSet)
-      place(kStop, QV_EXIT, QV_SELL, QV_STOP, stop_.price);
-  } else {
-    if (entersLong)
-      place(kLong, QV_ENTRY, QV_BUY, QV_MARKET, 0);
-    else if (signals.holds(kCover, i))
-      place(kCover, QV_EXIT, QV_BUY, QV_MARKET, 0);
-    else if (stop_.isSet)
-      place(kStop, QV_EXIT, QV_BUY, QV_STOP, stop_.price);
-  }
+  const bool inLong = isLong(*position);
+  const int out = inLong ? QV_SELL : QV_BUY;
+  const Rule exit = inLong ? kExit : kCover;
+  if (inLong ? entersShort : entersLong)
+    place(inLong ? kShort : kLong, QV_ENTRY, out, QV_MARKET, 0);
+  else if (signals.holds(exit, i))
+    place(exit, QV_EXIT, out, QV_MARKET, 0);
+  else if (stop_.isSet)
+    place(kStop, QV_EXIT, out, QV_STOP, stop_.price);
 }
 
 // What the bar has made of the orders: it filled all those at the market, and a stop if that closed a trade.

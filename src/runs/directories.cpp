@@ -78,7 +78,7 @@ std::string typeOfFile(const std::string& file) {
 
 std::vector<Source> sourcesOf(const std::string& directory, const std::string& type) {
   std::error_code failed;
-  fs::directory_iterator(directory, failed);
+  const fs::directory_iterator opened(directory, failed);
   if (failed) throw Error(directory, failed.message(), QV_FILE_OPEN);
   const std::string kind = type.empty() ? typeOfDirectory(directory) : upper(type);
   return kind == "CSV" || kind == "TXT" ? textFiles(directory, kind) : listedSecurities(directory, kind);

@@ -8,19 +8,21 @@
 namespace qv::runs {
 
 struct TemporaryFile {
-  std::filesystem::path path;
+  const std::filesystem::path path = std::filesystem::temp_directory_path() / newName();
 
-  TemporaryFile() {
-    std::random_device random;
-    path = std::filesystem::temp_directory_path() /
-           ("qv" + std::to_string(random()) + std::to_string(random()) + ".txt");
-  }
+  TemporaryFile() = default;
   ~TemporaryFile() {
     std::error_code ignored;
     std::filesystem::remove(path, ignored);
   }
   TemporaryFile(const TemporaryFile&) = delete;
   TemporaryFile& operator=(const TemporaryFile&) = delete;
+
+ private:
+  static std::string newName() {
+    std::random_device random;
+    return "qv" + std::to_string(random()) + std::to_string(random()) + ".txt";
+  }
 };
 
 }  // namespace qv::runs
