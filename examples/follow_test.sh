@@ -10,12 +10,16 @@ head -n 300 "$prices" > "$folder/whole.csv"
 "$program" "$folder/whole.csv" > "$folder/expected"
 
 head -c 9000 "$folder/whole.csv" > "$folder/growing.csv"
-"$program" "$folder/growing.csv" 3 > "$folder/seen" &
+"$program" "$folder/growing.csv" 60 > "$folder/seen" &
 for piece in 9001:9099 9100:12000 12001:1000000; do
   sleep 0.3
   head -c ${piece#*:} "$folder/whole.csv" | tail -c +${piece%:*} >> "$folder/growing.csv"
 done
-wait $!
+for try in $(seq 300); do
+  if cmp -s "$folder/expected" "$folder/seen"; then break; fi
+  sleep 0.1
+done
+kill %1
 diff "$folder/expected" "$folder/seen"
 
 { head -n 299 "$folder/whole.csv"; tail -n 1 "$folder/whole.csv" | sed 's/\(.*\),.*,\(.*\)/\1,1.0,\2/'; tail -n 1 "$folder/whole.csv"; } > "$folder/corrected.csv"
