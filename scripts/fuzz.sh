@@ -15,6 +15,7 @@ if [ ${#targets[@]} -eq 0 ]; then
   for source in fuzz/*_fuzz.cpp; do targets+=("$(basename "$source" _fuzz.cpp)"); done
 fi
 
+mkdir -p build
 build fuzz >build/fuzz.log 2>&1 || { tail -n 30 build/fuzz.log; exit 1; }
 # A request for absurd memory must come back; a bound on time is the targets' own, this one is for a machine at work.
 export ASAN_OPTIONS=allocator_may_return_null=1 UBSAN_OPTIONS=print_stacktrace=1
