@@ -33,6 +33,9 @@ constexpr std::size_t kGuard = 16;
 constexpr unsigned char kGuardByte = 0xA5, kReleasedByte = 0xDD;
 constexpr std::uint64_t kLive = 0x71766C6976650001u, kReleased = 0x7176646561640001u;
 
+// In the blocks taken and not yet released.
+inline std::atomic<std::size_t> liveBytes{0};
+
 struct alignas(16) Head {
   std::uint64_t state;
   std::size_t bytes;
@@ -57,6 +60,7 @@ inline Head* headOf(void* block) noexcept {
 
 inline void* guardBlock(Head* h, std::size_t bytes) noexcept {
   if (!h) return nullptr;
+  liveBytes += bytes;
   h->state = kLive;
   h->bytes = bytes;
   std::memset(h->guard, kGuardByte, kGuard);
@@ -99,6 +103,7 @@ inline void give(void* block) noexcept {
   if (!block) return;
   Head* h = headOf(block);
   checkGuards(h, kLive);
+  liveBytes -= h->bytes;
   h->state = kReleased;
   constexpr std::size_t kLarge = std::size_t{1} << 16;
   if (h->bytes <= kLarge) {
