@@ -140,7 +140,7 @@ bool MeanDeviation::reserve(int count) noexcept {
 
 bool MeanDeviation::restored() noexcept {
   if (!isLong()) return true;
-  if (!reserve(1) || !makeGroups()) return false;
+  if (!reserve(1)) return false;
   sumUpChunks(0);
   return true;
 }
