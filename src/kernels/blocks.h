@@ -206,7 +206,9 @@ QV_INLINE void runBlocks(const Of& of, BlockMemory& memory, Running<Of>& running
     }
     const int items = count < length - memory.place ? count : length - memory.place;
     if (!memory.hasRoom(memory.place + items)) return;
-    if (memory.missing > 0 && memory.place + items == memory.period) lastSuffix(of, memory, running);
+    // That of the first block; the suffixes of a block before hold it already.
+    if ((memory.missing > 0 || !Of::kCountsOnce) && memory.place + items == memory.period)
+      lastSuffix(of, memory, running);
     inPiece = items == length;
     for (int s = 0; s < kInputs; ++s) {
       block[s] = inPiece ? in[s] : memory.kept(s);

@@ -55,7 +55,8 @@ class Sliding {
   [[gnu::noinline]] void run(In in, int count, Out out) noexcept {
     if (count == 1 && memory_.missing == 0) {
       if (memory_.period <= Statistic::kShortWindow) return nextShort(in, out);
-      if (memory_.place < memory_.room && !memory_.failed) return next(in, out);
+      const bool mayBeFirst = !Statistic::kCountsOnce && memory_.place + 1 == memory_.period;
+      if (memory_.place < memory_.room && !memory_.failed && !mayBeFirst) return next(in, out);
     }
     if (!ok()) memory_.missing = memory_.period;
     const int incomplete = ok() ? std::min(memory_.missing, count) : count;

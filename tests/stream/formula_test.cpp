@@ -52,6 +52,7 @@ struct Case {
       for (QvArray* a : {&bars.open, &bars.high, &bars.low, &bars.close, &bars.volume})
         a->data[below(a->size)] = kNaN;
     if (below(8) == 0) bars.date.data[200 + below(50)] = kNaN;
+    if (below(4) == 0) bars.high.data[0] = bars.low.data[0] = kNaN;  // the first window begins with it
   }
   Feed feed() const {
     Feed f(1, bars.barsize);
