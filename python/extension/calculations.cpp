@@ -53,9 +53,9 @@ PyTypeObject* calculationType() {
   static PyMethodDef methods[] = {{"__reduce__", reduce, METH_NOARGS, nullptr}, {}};
   static PyType_Slot slots[] = {
       {Py_tp_methods, methods}, {Py_tp_getattro, reinterpret_cast<void*>(attribute)}, {0, nullptr}};
-  static PyType_Spec spec = {"qvlib60._core.Calculation", sizeof(Calculation), 0,
-                             Py_TPFLAGS_DEFAULT | Py_TPFLAGS_DISALLOW_INSTANTIATION, slots};
-  static auto* const type = reinterpret_cast<PyTypeObject*>(PyType_FromSpec(&spec));
+  static PyType_Spec definition = {"qvlib60._core.Calculation", sizeof(Calculation), 0,
+                                   Py_TPFLAGS_DEFAULT | Py_TPFLAGS_DISALLOW_INSTANTIATION, slots};
+  static auto* const type = reinterpret_cast<PyTypeObject*>(PyType_FromSpec(&definition));
   return type;
 }
 
