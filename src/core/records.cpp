@@ -111,8 +111,11 @@ int QVCALL qvReSizeBars(QvBars* b, int n) noexcept {
   if (!b) return QV_INVALID_PARM;
   if (n > b->datasize) return QV_MALLOC;
   b->barsize = n;
-  // A series that is missing or shorter stays within its own block.
-  for (int k = 0; k < kSeriesCount; ++k) seriesOf(*b, k).size = std::min(n, +seriesOf(*b, k).capacity);
+  // A series with a shorter block, which is the caller's, stays within it.
+  for (int k = 0; k < kSeriesCount; ++k) {
+    QvArray& a = seriesOf(*b, k);
+    a.size = a.data ? std::min(n, +a.capacity) : n;
+  }
   return QV_OK;
 }
 

@@ -45,7 +45,11 @@ TEST(Records, AllocatesResizesAndFrees) {
   EXPECT_TRUE(sizesAre(b, 2, 4));
   qvFreeArray(&b.open);
   EXPECT_EQ(qvReSizeBars(&b, 3), 0);
-  EXPECT_TRUE(b.close.size == 3 && b.open.size == 0) << "a series that is missing has no items";
+  EXPECT_TRUE(b.close.size == 3 && b.open.size == 3) << "that of a missing series, too";
+  b.open.data = b.close.data, b.open.capacity = 2;
+  EXPECT_EQ(qvReSizeBars(&b, 4), 0);
+  EXPECT_TRUE(b.close.size == 4 && b.open.size == 2) << "a shorter block has no more items";
+  b.open = {};
   qvFreeBars(&b);
   EXPECT_TRUE(sizesAre(b, 0, 0) && !b.date.data && b.reccnt == 0);
 }
