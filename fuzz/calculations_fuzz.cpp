@@ -3,27 +3,10 @@
 #include <deque>
 
 #include "input.h"
+#include "support/catalogue_call.h"
 
 namespace qvfuzz {
 namespace {
-
-// Something documented stands below the first valid index.
-bool keepsEarlierItems(const QvCatalogueEntry& e) {
-  static const char* const kNames[] = {
-      "qvDEMA",        "qvTEMA", "qvVIDYA",        "qvVariableMA",      "qvZigZag",
-      "qvStdErrBands", "qvEMV",  "qvADLine",       "qvMcClellanOscSum", "qvBOP",
-      "qvNMO",         "qvPFE",  "qvFillInterval", "qvIchimokuKinkoHyo"};
-  for (const char* name : kNames)
-    if (std::strcmp(e.name, name) == 0) return true;
-  return false;
-}
-// Leaves the first valid index of its output as it was.
-bool leavesFirstValid(const QvCatalogueEntry& e) {
-  static const char* const kNames[] = {"qvScaleArray", "qvMultAddArray", "qvCandleFill"};
-  for (const char* name : kNames)
-    if (std::strcmp(e.name, name) == 0) return true;
-  return false;
-}
 
 struct Call {
   const QvCatalogueEntry& e;
@@ -31,15 +14,7 @@ struct Call {
   std::deque<Series> inputs, outputs;
   std::vector<double> params;
 
-  int run(int start) {
-    std::vector<const QvBars*> b;
-    std::vector<const QvArray*> in;
-    std::vector<QvArray*> out;
-    for (auto& x : bars) b.push_back(&x);
-    for (auto& x : inputs) in.push_back(&x);
-    for (auto& x : outputs) out.push_back(&x);
-    return qvCatalogueCall(&e, b.data(), in.data(), out.data(), params.data(), start);
-  }
+  int run(int start) { return qvtest::callEntry(e, bars, inputs, outputs, params, start); }
 };
 
 void chooseParameters(Input& in, Call& call) {
@@ -90,7 +65,7 @@ void requireNoLookAhead(const Call& whole, int n, int m, int start, int status) 
   for (std::size_t k = 0; k < cut.outputs.size(); ++k) {
     if (whole.e.outputs[k].repaints) continue;
     const QvArray &part = cut.outputs[k], &all = whole.outputs[k];
-    const int first = leavesFirstValid(whole.e)                         ? std::max(start, 0)
+    const int first = qvtest::kLeavesFirstValid.count(whole.e.name)     ? std::max(start, 0)
                       : std::strcmp(whole.e.name, "qvUltimateOsc") == 0 ? 30
                                                                         : all.firstValid;
     for (int i = std::max(first, 0); i < part.size && i < m; ++i)
@@ -186,7 +161,7 @@ void calculate(Input& in) {
     for (int i = out.size; used[k].data && i < out.capacity; ++i)
       QV_REQUIRE(out.data[i] == kUsed || out.data[i] == 0.0, "%s wrote item %d beyond size %d", e.name, i,
                  out.size);
-    if (keepsEarlierItems(e) || leavesFirstValid(e)) continue;
+    if (qvtest::kKeepsEarlierItems.count(e.name) || qvtest::kLeavesFirstValid.count(e.name)) continue;
     // The last item of a series too short may hold what was summed up so far.
     const int partial = out.firstValid >= count ? std::min(count, +out.size) - 1 : -1;
     for (int i = 0; i < out.size && i < out.firstValid; ++i)

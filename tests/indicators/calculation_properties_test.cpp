@@ -6,7 +6,6 @@
 #include <deque>
 #include <map>
 #include <random>
-#include <set>
 
 #include "core/calculation.h"
 #include "core/memory.h"
@@ -19,23 +18,6 @@ namespace {
 
 // ---- What is documented to differ ----------------------------------------------------------------
 
-// Something stands below the first valid index.
-const std::set<std::string> kKeepsEarlierItems = {"qvDEMA",
-                                                  "qvTEMA",
-                                                  "qvVIDYA",
-                                                  "qvVariableMA",
-                                                  "qvZigZag",
-                                                  "qvStdErrBands",
-                                                  "qvIchimokuKinkoHyo",
-                                                  "qvEMV",
-                                                  "qvADLine",
-                                                  "qvMcClellanOscSum",
-                                                  "qvBOP",
-                                                  "qvNMO",
-                                                  "qvPFE",
-                                                  "qvFillInterval"};
-// The output's first valid index stays as the caller left it.
-const std::set<std::string> kLeavesFirstValid = {"qvScaleArray", "qvMultAddArray", "qvCandleFill"};
 // Up to so many bars the usual periods do not fit, and the answer is the number of bars.
 const std::map<std::string, int> kNeedsMoreThan = {
     {"qvForceIndex", 13}, {"qvEMV", 14}, {"qvVOSC", 10},  {"qvVR", 26},       {"qvBOP", 14},

@@ -6,6 +6,7 @@
 #include <utility>
 #include <vector>
 
+#include "support/catalogue_call.h"
 #include "support/series.h"
 
 inline void PrintTo(const QvCatalogueEntry* e, std::ostream* os) {
@@ -34,15 +35,7 @@ struct EntryCall {
     for (int k = 0; k < e.paramCount; ++k) params.push_back(e.params[k].defaultValue);
   }
 
-  int run(int start = 0) {
-    std::vector<const QvBars*> b;
-    std::vector<const QvArray*> in;
-    std::vector<QvArray*> out;
-    for (auto& x : bars) b.push_back(&x);
-    for (auto& x : inputs) in.push_back(&x);
-    for (auto& x : outputs) out.push_back(&x);
-    return qvCatalogueCall(&e, b.data(), in.data(), out.data(), params.data(), start);
-  }
+  int run(int start = 0) { return callEntry(e, bars, inputs, outputs, params, start); }
 };
 
 }  // namespace qvtest

@@ -1,0 +1,44 @@
+// Calls through the catalogue, and what is documented to differ between calculations: for tests and fuzz
+// targets.
+#pragma once
+
+#include <set>
+#include <string>
+#include <vector>
+
+#include "qvlib60.h"
+
+namespace qvtest {
+
+// Something stands below the first valid index.
+inline const std::set<std::string> kKeepsEarlierItems = {"qvDEMA",
+                                                         "qvTEMA",
+                                                         "qvVIDYA",
+                                                         "qvVariableMA",
+                                                         "qvZigZag",
+                                                         "qvStdErrBands",
+                                                         "qvIchimokuKinkoHyo",
+                                                         "qvEMV",
+                                                         "qvADLine",
+                                                         "qvMcClellanOscSum",
+                                                         "qvBOP",
+                                                         "qvNMO",
+                                                         "qvPFE",
+                                                         "qvFillInterval"};
+// The output's first valid index stays as the caller left it.
+inline const std::set<std::string> kLeavesFirstValid = {"qvScaleArray", "qvMultAddArray", "qvCandleFill"};
+
+// Of records in any containers.
+template <typename Sets, typename Arrays, typename Params>
+int callEntry(const QvCatalogueEntry& e, Sets& bars, Arrays& inputs, Arrays& outputs, const Params& params,
+              int start) {
+  std::vector<const QvBars*> b;
+  std::vector<const QvArray*> in;
+  std::vector<QvArray*> out;
+  for (auto& x : bars) b.push_back(&x);
+  for (auto& x : inputs) in.push_back(&x);
+  for (auto& x : outputs) out.push_back(&x);
+  return qvCatalogueCall(&e, b.data(), in.data(), out.data(), params.data(), start);
+}
+
+}  // namespace qvtest
