@@ -9,7 +9,7 @@ namespace qvcli {
 namespace {
 
 struct Options {
-  std::string file;
+  std::string file, against;
   std::vector<std::string> formulas;
   FileOptions how;
   RangeOptions range;
@@ -17,21 +17,18 @@ struct Options {
 };
 
 int run(const Options& options) {
-  std::vector<qv::Formula> formulas;
+  std::vector<Calculation> calculations;
   std::vector<Column> columns = {{"date"}, {"close"}};
   for (const std::string& text : options.formulas) {
-    formulas.push_back(openFormula(text));
-    needsOf(formulas.back(), text);
+    calculations.push_back(openCalculation(text, !options.against.empty()));
     columns.push_back({text});
   }
   // Values are those over the whole file, whichever of them are shown.
   const qv::runs::Loaded loaded = load(options.file, options.how, options.range.every);
   const qv::Bars& bars = loaded.bars;
+  const auto other = loadAgainst(options.against, options.how, options.range.every);
   std::vector<qv::Series> values;
-  for (std::size_t k = 0; k < formulas.size(); ++k) {
-    values.emplace_back();
-    qv::check(qvFormulaEval(formulas[k].get(), &bars, &values.back()), options.formulas[k]);
-  }
+  for (const Calculation& c : calculations) values.push_back(c.over(bars, other.get()));
   Rows rows(options.output.form(), columns);
   const Range range = rangeOf(bars, options.range);
   for (int i = range.first; i < range.end; ++i) {
@@ -53,6 +50,7 @@ void addCalc(Tool& tool) {
   command.add_option("FILE", options->file, "Price file, or DIR/NAME of a security")->required();
   command.add_option("FORMULA", options->formulas, "Formulas, as docs/formulas.md describes them")
       ->required();
+  addAgainstOption(command, options->against);
   addRangeOptions(command, options->range);
   addFileOptions(command, options->how);
   addOutputOptions(command, options->output);

@@ -13,7 +13,7 @@ namespace qvcli {
 namespace {
 
 struct Options {
-  std::string file, kind = "candles", title;
+  std::string file, against, kind = "candles", title;
   std::vector<std::string> formulas;
   bool log = false, percent = false, volume = false;
   FileOptions how;
@@ -47,9 +47,11 @@ void setRange(QvGraph* graph, const qv::Bars& bars, const RangeOptions& range) {
 
 int run(const Options& options) {
   checkPictureOptions(options.picture);
+  for (const std::string& formula : options.formulas) openCalculation(formula, !options.against.empty());
   RangeOptions loaded;
   loaded.every = options.range.every;
   const qv::Bars bars = loadBars(options.file, options.how, loaded);
+  const auto other = loadAgainst(options.against, options.how, options.range.every);
   const qv::runs::GraphPointer graph =
       qv::runs::openGraph(bars, options.title.empty() ? options.file : options.title);
   const auto kind =
@@ -62,12 +64,7 @@ int run(const Options& options) {
     qv::check(qvGraphChart(graph.get(), QV_GRAPH_NEW, below, nullptr, QV_CHART_VOLUME, 0, QV_GRAPH_REFER),
               "the volumes");
   }
-  for (const std::string& formula : options.formulas) {
-    needsOf(openFormula(formula), formula);
-    char error[300];
-    const int item = qvGraphFormula(graph.get(), QV_GRAPH_NEW, formula.c_str(), error, sizeof error);
-    if (item < 0) throw qv::Error(formula, error, item);
-  }
+  for (const std::string& formula : options.formulas) qv::runs::addFormula(graph.get(), formula, other.get());
   const int scale = options.log ? QV_SCALE_LOG : options.percent ? QV_SCALE_PERCENT : QV_SCALE_LINEAR;
   qv::check(qvGraphScale(graph.get(), 0, QV_SIDE_RIGHT, scale, 0, 0), "the scale");
   setRange(graph.get(), bars, options.range);
@@ -97,6 +94,7 @@ void addChart(Tool& tool) {
   command.add_flag("--log", options->log, "A logarithmic scale");
   command.add_flag("--percent", options->percent, "A scale of percentages from the first bar shown");
   command.add_option("--title", options->title, "The title (the file's name)");
+  addAgainstOption(command, options->against);
   addPictureOptions(command, options->picture);
   addRangeOptions(command, options->range);
   addFileOptions(command, options->how);

@@ -64,6 +64,12 @@ void addJobsOption(CLI::App& command, int& jobs) {
       ->check(CLI::Range(1, 1024).description(""));
 }
 
+void addAgainstOption(CLI::App& command, std::string& file) {
+  command.add_option("--against", file,
+                     "A second price file, for calculations that compare two: rsic, spread(1, 0.5), "
+                     "compstrength, compperformance");
+}
+
 namespace {
 
 // Seconds of "5min", "30s", "1h"; 0 for any other text.
@@ -143,6 +149,11 @@ qv::Bars loadBars(const std::string& file, const FileOptions& options, const Ran
   return std::move(bars);
 }
 
+std::unique_ptr<qv::Bars> loadAgainst(const std::string& file, const FileOptions& options,
+                                      const std::string& every) {
+  return file.empty() ? nullptr : std::make_unique<qv::Bars>(load(file, options, every).bars);
+}
+
 double dateOption(const std::string& name, const std::string& text) {
   qv::runs::DateParts parts;
   const double date =
@@ -164,6 +175,28 @@ QvFormulaNeeds needsOf(const qv::Formula& formula, const std::string& text, doub
   if (!parameters.empty())
     throw UsageError("$" + parameters[0] + " in '" + text + "' has no value: write the number in its place");
   return formula.needs(tolerance);
+}
+
+Calculation openCalculation(const std::string& text, bool hasOther) {
+  Calculation made{text, std::nullopt, std::nullopt};
+  try {
+    made.comparison = qv::runs::comparisonIn(text);
+  } catch (const qv::Error& e) {
+    throw UsageError(e.what());
+  }
+  if (made.comparison && !hasOther)
+    throw UsageError(text + ": compares two price files, --against names the other");
+  if (made.comparison) return made;
+  made.formula = openFormula(text);
+  needsOf(*made.formula, text);
+  return made;
+}
+
+qv::Series Calculation::over(const qv::Bars& bars, const qv::Bars* other) const {
+  if (comparison) return comparison->over(bars, *other);
+  qv::Series values;
+  qv::check(qvFormulaEval(formula->get(), &bars, &values), text);
+  return values;
 }
 
 }  // namespace qvcli

@@ -69,7 +69,7 @@ void paint(const uint8_t* data, std::size_t size) {
               side = in.choose(-1, 2);
     const int keep = in.choose(-1, 2), kind = in.choose(-1, 9);
     int answer = 0;
-    switch (in.choose(0, 13)) {
+    switch (in.choose(0, 14)) {
       case 0:
         answer = qvGraphSubWindow(g, item, title.c_str(), in.number());
         break;
@@ -99,6 +99,13 @@ void paint(const uint8_t* data, std::size_t size) {
         const std::string own = in.cText(20);
         answer =
             qvGraphFormula(g, sub, in.flip() ? kFormulas[in.choose(0, 5)] : own.c_str(), error, sizeof error);
+        break;
+      }
+      case 13: {
+        const QvCatalogueEntry* entry = qvCatalogueItem(in.choose(-1, qvCatalogueSize()));
+        const QvArray* series[] = {&a, in.flip() ? &b : nullptr, &b, &a};
+        answer = qvGraphCalculation(g, sub, entry, in.flip() ? &others : nullptr,
+                                    in.flip() ? series : nullptr, nullptr);
         break;
       }
       case 6: {

@@ -212,25 +212,36 @@ def needs(library, pointer):
     return "## How many bars\n\n" + "\n".join(lines) + "\n"
 
 
+def comparison(entry):
+    """The call of an entry that compares two bar sets, for the tool; dates are left to their usual value."""
+    words = [usual(p) for p in entry.params[:entry.paramCount] if p.kind != DATE]
+    return text(entry.shortName) + (f"({', '.join(words)})" if words else "")
+
+
 def picture(entry, pictures, name, title, choice=None):
     """The lines that show a picture; notes it down to be drawn."""
-    drawn = formula(entry, choice=choice, stand_ins=page_pictures.STAND_INS)
+    compares = entry.barsCount > 1
+    drawn = comparison(entry) if compares else formula(entry, choice=choice, stand_ins=page_pictures.STAND_INS)
     if pictures is None or not drawn:
         return ""
     main = entry.outputs[max(entry.mainOutput, 0)]
     open_interest = "openInterest" in [name for bit, name in SERIES.items() if entry.series & bit]
     open_interest = open_interest or any(i.series == 64 for i in entry.inputs[:entry.inputCount])
-    pictures.append((f"{name}.svg", title, drawn, main.style >= 4, open_interest))
-    given = drawn if formula(entry, choice=choice) != drawn else ""
-    instead = " The volumes stand for the open interest." if open_interest else ""
-    return (f"![{title}]({name}.svg)\n" + (f"\nAs an example of the series it takes: `{given}`.\n" if given else "")
-            + (f"\n{instead.strip()}\n" if instead else "") + "\n")
+    pictures.append((f"{name}.svg", title, drawn, main.style >= 4, open_interest, compares))
+    notes = []
+    if compares:
+        notes.append(f"Against the same index 252 bars earlier: `qv chart FILE '{drawn}' --against OTHER`.")
+    elif formula(entry, choice=choice) != drawn:
+        notes.append(f"As an example of the series it takes: `{drawn}`.")
+    if open_interest:
+        notes.append("The volumes stand for the open interest.")
+    return f"![{title}]({name}.svg)\n" + "".join(f"\n{note}\n" for note in notes) + "\n"
 
 
 def page(library, pointer, declaration, pictures):
     entry = pointer.contents
     name = text(entry.name)
-    parts = [f"# {text(entry.title)}\n\n`{name}`, in formulas `{text(entry.shortName)}`; {text(entry.group)}\n\n"
+    parts = [f"# {text(entry.title)}\n\n`{name}`, in {'formulas' if entry.barsCount < 2 else 'the tool'} `{text(entry.shortName)}`; {text(entry.group)}\n\n"
              f"{text(entry.summary)}\n", picture(entry, pictures, name, text(entry.title))]
     if entry.note:
         parts.append(f"**Why other charts may differ:** {text(entry.note)}\n")

@@ -29,21 +29,35 @@ def last_marks(tool, formulas):
     return found
 
 
-def with_open_interest(directory):
-    """The bundled prices with the volumes as open interest, too."""
-    path = Path(directory) / "open_interest.csv"
-    lines = PRICES.read_text().splitlines()
-    path.write_text("\n".join([lines[0] + ",Open Interest"] + [f"{l},{l.split(',')[5]}" for l in lines[1:]]) + "\n")
+def copy_of_prices(path, lines):
+    path.write_text("\n".join(lines) + "\n")
     return path
 
 
+def with_open_interest(directory):
+    """The bundled prices with the volumes as open interest, too."""
+    head, *rows = PRICES.read_text().splitlines()
+    rows = [f"{row},{row.split(',')[5]}" for row in rows]
+    return copy_of_prices(Path(directory) / "open_interest.csv", [head + ",Open Interest", *rows])
+
+
+def of_a_year_before(directory):
+    """The bundled prices, each with the date 252 bars later."""
+    head, *rows = PRICES.read_text().splitlines()
+    late = [f"{now.split(',')[0]},{before.split(',', 1)[1]}" for before, now in zip(rows, rows[252:])]
+    return copy_of_prices(Path(directory) / "year_before.csv", [head, *late])
+
+
 def draw(tool, directory, pictures):
-    """pictures: (file, title, formula, whether it marks bars, whether it reads open interest) of each."""
-    last = last_marks(tool, [formula for _, _, formula, marks, _ in pictures if marks])
-    prices = with_open_interest(directory)
-    for file, title, formula, marks, open_interest in pictures:
+    """pictures: (file, title, formula, whether it marks bars, whether it reads open interest, whether it compares two
+    bar sets) of each."""
+    last = last_marks(tool, [formula for _, _, formula, marks, _, _ in pictures if marks])
+    prices, other = with_open_interest(directory), of_a_year_before(directory)
+    for file, title, formula, marks, open_interest, compares in pictures:
         if marks and formula not in last:
             title += ": not in these prices"
         run(tool, "chart", prices if open_interest else PRICES, formula, "--to", last.get(formula, LAST), "--last",
-            str(BARS_OF_MARKS if marks else BARS), "--title", title, "--size", "720x420", "-o", Path(directory) / file)
+            str(BARS_OF_MARKS if marks else BARS), "--title", title, "--size", "720x420", "-o", Path(directory) / file,
+            *(["--against", other] if compares else []))
     prices.unlink()
+    other.unlink()

@@ -18,7 +18,7 @@
 #ifndef QVLIB60_CHARTING_H
 #define QVLIB60_CHARTING_H
 
-#include "qvlib60/core.h"
+#include "qvlib60/catalogue.h"
 
 QV_BEGIN_DECLS
 
@@ -200,6 +200,15 @@ QVAPI int QVCALL qvGraphShape(QvGraph* graph, int item, int subWindow, const QvG
    sub-window. It is computed at this call. -1 with the reason in `error`, as qvFormulaOpen gives it. */
 QVAPI int QVCALL qvGraphFormula(QvGraph* graph, int subWindow, const char* formula, char* error,
                                 int errorSize) QVNOEXCEPT;
+
+/* A calculation that a formula can't have: of the graph's bars and a second bar set, of series of the
+   caller's. `other` is the second bar set of entries that take two, else null; `inputs` are the entry's
+   series, null or an item of null for those of the graph's bars that one usually passes; params as for
+   qvCatalogueCall. Drawn as qvGraphFormula draws calculations, prices and signals in sub-window 0. -1 also
+   for what is no entry; else the errors of the calculation. */
+QVAPI int QVCALL qvGraphCalculation(QvGraph* graph, int subWindow, const QvCatalogueEntry* entry,
+                                    const QvBars* other, const QvArray* const* inputs,
+                                    const double* params) QVNOEXCEPT;
 
 /* Restyles part 0 .. of an item. */
 QVAPI int QVCALL qvGraphStyle(QvGraph* graph, int item, int part, const QvGraphStyle* style) QVNOEXCEPT;

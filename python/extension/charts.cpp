@@ -1,6 +1,7 @@
 #include "python/extension/charts.h"
 
 #include "python/extension/handles.h"
+#include "runs/comparison.h"
 
 namespace qv::python {
 
@@ -16,11 +17,11 @@ class Chart {
     const int below = done(qvGraphSubWindow(get(), QV_GRAPH_NEW, "", 1));
     done(qvGraphChart(get(), QV_GRAPH_NEW, below, nullptr, QV_CHART_VOLUME, 0, QV_GRAPH_REFER));
   }
-  void formula(const std::string& text) {
-    char why[300] = "";
-    const int item = qvGraphFormula(get(), QV_GRAPH_NEW, text.c_str(), why, sizeof why);
-    if (item == QV_MALLOC) throw std::bad_alloc();
-    if (item < 0) throw py::value_error("'" + text + "': " + why);
+  void formula(const std::string& text, const py::object& other) {
+    py::object keeper;
+    const QvBars* second = nullptr;
+    if (!other.is_none()) second = &barSetIn(other.ptr(), "against", keeper).bars();
+    runs::addFormula(get(), text, second);
   }
   void scale(int kind) { done(qvGraphScale(get(), 0, QV_SIDE_RIGHT, kind, 0, 0)); }
   void range(int first, int last) { done(qvGraphRange(get(), first, last)); }

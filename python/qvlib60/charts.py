@@ -49,11 +49,12 @@ def choice(name: str, value: Any, choices: dict[str, Any]) -> Any:
 
 def chart(bars: Any, *formulas: str, kind: str = "candles", volume: bool = False, scale: str = "linear",
           title: Optional[str] = None, theme: str = "light", last: Optional[int] = None, since: Any = None,
-          until: Any = None, width: float = 900, height: float = 600) -> Chart:
+          until: Any = None, against: Any = None, width: float = 900, height: float = 600) -> Chart:
     """A chart of prices and formulas: what belongs to the prices stands over them, the rest below.
 
     kind: candles, bars, line, area or heikin-ashi. scale: linear, log or percent. theme: light or dark. last, since and
-    until choose the bars that are shown; formulas know all of them.
+    until choose the bars that are shown; formulas know all of them. against: the bars that "rsic(14)", "spread(1, 0.5)"
+    and the other calculations of two bar sets compare with.
     """
     if not isinstance(bars, Bars):
         bars = Bars(bars)
@@ -64,8 +65,9 @@ def chart(bars: Any, *formulas: str, kind: str = "candles", volume: bool = False
     graph.prices(choice("kind", kind, _KINDS))
     if volume:
         graph.volume()
+    other = against if against is None or isinstance(against, Bars) else Bars(against)
     for formula in formulas:
-        graph.formula(formula)
+        graph.formula(formula, other)
     graph.scale(choice("scale", scale, _SCALES))
     days = bars.date_numbers
     first = 0 if since is None else int(np.searchsorted(days, _dates.number(since)))

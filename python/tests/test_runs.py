@@ -213,6 +213,7 @@ def test_charts(spx, tmp_path):
     picture.save(tmp_path / "a.png", scale=2)
     assert (tmp_path / "a.png").read_bytes()[1:4] == b"PNG"
     assert qv.chart(spx, since="2019", until="2019").svg() == qv.chart(spx, since="2019-01-02", until="2019-12-31").svg()
+    assert "rsic(14)" in qv.chart(spx, "rsic(14)", against=spx["2010":]).svg()
     assert "<svg" in qv.backtest(spx, **CROSSING, fast=20, slow=100).chart().svg()
     for arguments, named, message in ((("rsii",), {}, "did you mean rsi"), ((), {"kind": "pie"}, "kind: candles"),
                                       ((), {"since": "2050"}, "no bars"), ((), {"width": 0}, "width")):

@@ -100,6 +100,10 @@ bool accepts(const QvCatalogueEntry& entry, const Numbers& numbers) noexcept {
 
 }  // namespace
 
+bool qv::catalogue::isEntry(const QvCatalogueEntry* entry) noexcept {
+  return itemOf(entry) != nullptr;
+}
+
 extern "C" {
 
 int QVCALL qvCatalogueSize() noexcept {

@@ -30,4 +30,7 @@ struct Family {
 extern const Family averages, bands, barShape, breadth, counting, momentum, patterns, range,
     relativeVolatility, sentiment, statistics, stochastics, transforms, trend, volume;
 
+// Whether the address is that of an entry in the table; what stands there is not read.
+bool isEntry(const QvCatalogueEntry* entry) noexcept;
+
 }  // namespace qv::catalogue

@@ -7,7 +7,6 @@
 #include "charting/scale.h"
 #include "core/calculation.h"
 #include "core/memory.h"
-#include "qvlib60/catalogue.h"
 #include "qvlib60/charting.h"
 
 namespace qv::charting {

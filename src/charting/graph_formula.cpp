@@ -1,8 +1,7 @@
-// Formulas in a graph: all outputs of a calculation, drawn as its catalogue entry tells, where they belong.
-#include <algorithm>
+// Formulas in a graph, where they belong.
 #include <cstdio>
 
-#include "charting/graph.h"
+#include "charting/graph_outputs.h"
 #include "charting/texts.h"
 #include "formula/nodes.h"
 
@@ -145,48 +144,15 @@ class OutputText {
   memory::Buffer<char> text_;
 };
 
-// The parts of a calculation of which no output was named: the outputs that stand where the main one does.
+// The parts of a calculation of which no output was named.
 int computeOutputs(const QvGraph& graph, const char* text, const QvCatalogueEntry& entry,
                    Item& item) noexcept {
-  int status = QV_OK;
-  int edge = -1;  // the part that is a band's first edge and waits for the other
-  for (int k = 0; k < entry.outputCount && status == QV_OK; ++k) {
-    const QvCatalogueOutput &output = entry.outputs[k], &main = entry.outputs[entry.mainOutput];
-    if (output.place != main.place || (output.style == QV_STYLE_SIGNAL) != (main.style == QV_STYLE_SIGNAL))
-      continue;
-    OutputText named(text, output.name);
+  return takeOutputs(entry, item, [&](int output, KeptSeries& kept) noexcept -> int {
+    OutputText named(text, entry.outputs[output].name);
     if (!named.ok()) return QV_MALLOC;
     const Formula f(named.text(), nullptr, 0);
-    if (!f) return QV_MALLOC;  // it was readable before
-    if (output.style == QV_STYLE_BAND && edge >= 0) {
-      status = compute(graph, f.get(), item.parts[edge].other);
-      edge = -1;
-      continue;
-    }
-    if (output.style == QV_STYLE_BAND) edge = item.partCount;
-    Part& part = item.parts[item.partCount++];
-    part.form = output.style;
-    storeText(part.name, output.style == QV_STYLE_BAND ? "" : output.name);
-    status = compute(graph, f.get(), part.values);
-  }
-  if (edge >= 0) item.parts[edge].form = QV_LINE_LINE;
-  return status;
-}
-
-// Levels and range, where all outputs that have one agree.
-void takeHints(const QvCatalogueEntry& entry, int only, Item& item) noexcept {
-  for (int k = 0; k < entry.outputCount; ++k) {
-    const QvCatalogueOutput& output = entry.outputs[k];
-    if ((only >= 0 && k != only) || output.place != QV_PLACE_PANEL) continue;
-    for (int z = 0; z < output.zoneCount && item.levelCount < kMostLevels; ++z)
-      if (std::find(item.levels, item.levels + item.levelCount, output.zones[z]) ==
-          item.levels + item.levelCount)
-        item.levels[item.levelCount++] = output.zones[z];
-    if (output.low < output.high) {
-      item.fixed.take(output.low);
-      item.fixed.take(output.high);
-    }
-  }
+    return f ? compute(graph, f.get(), kept) : int{QV_MALLOC};  // it was readable before
+  });
 }
 
 bool namesNoOutput(const char* text, const QvCatalogueEntry& entry) noexcept {
@@ -238,19 +204,8 @@ int QVCALL qvGraphFormula(QvGraph* graph, int subWindow, const char* formula, ch
   const Node* call = callOf(f, f.root());
   const bool opens = place.kind == Place::Panel && (!place.entry || (call && call->entry == place.entry)) &&
                      !(place.series && panelOf(*graph, place) >= 0);
-  int number = subWindow != QV_GRAPH_NEW ? subWindow : opens ? -1 : panelOf(*graph, place);
-  const bool isNew = number < 0;
-  if (isNew && (number = addSubWindow(*graph)) < 0) {
-    release(item);
-    return refuse(error, errorSize, number);
-  }
-  if (isNew) {
-    graph->subWindow(number).entry = place.entry;
-    graph->subWindow(number).series = place.series;
-  }
-  item.subWindow = number;
-  const int result = put(*graph, QV_GRAPH_NEW, item);
-  if (result < 0 && isNew) --graph->subWindowCount;
+  const int number = subWindow != QV_GRAPH_NEW ? subWindow : opens ? QV_GRAPH_NEW : panelOf(*graph, place);
+  const int result = putInPanel(*graph, item, number, place.entry, place.series);
   return result < 0 ? refuse(error, errorSize, result) : result;
 }
 

@@ -76,6 +76,37 @@ TEST(GraphFormula, DrawsAllOutputsOfAPlaceWithTheirLegend) {
   EXPECT_EQ(r.of(Painted::Line, 0xFF010203).size(), 2u);
 }
 
+TEST(GraphCalculation, DrawsWhatTakesASecondBarSetOrSeriesOfTheCallers) {
+  const Bars bars(walkBars(120, 1)), other(walkBars(120, 2));
+  const Graph g(bars);
+  const double weights[] = {1, 0.5, 0};
+  const int spread = qvGraphCalculation(g, QV_GRAPH_NEW, qvCatalogueFind("spread"), &other, nullptr, weights);
+  const int bands =
+      qvGraphCalculation(g, QV_GRAPH_NEW, qvCatalogueFind("bollinger"), nullptr, nullptr, nullptr);
+  const QvArray* series[] = {&bars.high, &other.low};
+  const int ratio = qvGraphCalculation(g, QV_GRAPH_NEW, qvCatalogueFind("ratio"), nullptr, series, nullptr);
+  EXPECT_TRUE(spread == 0 && bands == 1 && ratio == 2);
+  EXPECT_EQ(g.g->subWindowCount, 3) << "the bands stand with the prices";
+  Recording r;
+  ASSERT_EQ(r.paint(g, 1200, 900), 0);
+  EXPECT_TRUE(r.text("spread(1, 0.5)") && r.text("bollinger(2, 20)") && r.text("ratio"));
+  const auto line = r.of(Painted::Line, themeOf(QV_THEME_LIGHT).palette[0]);
+  ASSERT_EQ(line.size(), 1u);
+  EXPECT_NEAR(line[0].points.back().y, g.at(119, bars.close.data[119] - 0.5 * other.close.data[119], 1).y,
+              1e-6);
+
+  const QvCatalogueEntry* entry = qvCatalogueFind("rsic");
+  const QvCatalogueEntry copy = *entry;
+  for (const int status : {qvGraphCalculation(nullptr, -1, entry, &other, nullptr, nullptr),
+                           qvGraphCalculation(g, -1, nullptr, &other, nullptr, nullptr),
+                           qvGraphCalculation(g, -1, &copy, &other, nullptr, nullptr),
+                           qvGraphCalculation(g, 9, entry, &other, nullptr, nullptr),
+                           qvGraphCalculation(g, -1, entry, nullptr, nullptr, nullptr),
+                           qvGraphCalculation(g, -1, qvCatalogueFind("qvADLine"), nullptr, nullptr, nullptr)})
+    EXPECT_EQ(status, -1);
+  EXPECT_EQ(g.g->subWindowCount, 3);
+}
+
 TEST(Graph, RefersToTheCallersRecordsOrCopiesThem) {
   Bars bars(walkBars(50));
   Array a(shaped(Shape::Rising, 50));
@@ -210,6 +241,8 @@ int buildAndPaint(const Bars& bars, const Bars& other, const QvPainter& painter)
       return s;
     for (const char* formula : {"bollinger(2, 5)", "rsi(5)"})
       if (const int s = qvGraphFormula(g, -1, formula, nullptr, 0); s < 0) return s;
+    if (const int s = qvGraphCalculation(g, -1, qvCatalogueFind("spread"), &other, nullptr, nullptr); s < 0)
+      return s;
     return qvGraphPaint(g, &painter, 400, 300);
   };
   const int status = build();
