@@ -99,8 +99,8 @@ void writeLabel(char (&out)[32], double date, int rank, const Unit& unit) noexce
     std::snprintf(out, sizeof out, "%02d:%02d", m.hour, m.minute);
 }
 
-// The whole of what the other labels leave out, for the first one.
-void writeFirstLabel(char (&out)[32], double date, const Unit& unit) noexcept {
+// The whole of what most labels leave out.
+void writeFullLabel(char (&out)[32], double date, const Unit& unit) noexcept {
   const Moment m = momentOf(date);
   const char* month = kMonths[m.month - 1];
   if (unit.kind == Unit::Years)
@@ -160,19 +160,33 @@ class Ticks {
       edge = x + half;
       out_[kept++] = tick;
     }
-    if (kept > 0 && out_[0].rank < 3) widenFirst(dates, unit, kept);
+    tellYears(dates, unit, kept);
     return kept;
   }
 
  private:
-  void widenFirst(const double* dates, const Unit& unit, int count) noexcept {
-    DateTick whole = out_[0];
-    writeFirstLabel(whole.text, dates[whole.bar], unit);
+  // The first label, and the first one of another year, tell the year; where there is no room the next one
+  // does.
+  void tellYears(const double* dates, const Unit& unit, int count) noexcept {
+    int told = -1;
+    for (int i = 0; i < count; ++i) {
+      const int year = momentOf(dates[out_[i].bar]).year;
+      const bool isTime = unit.kind == Unit::Minutes && out_[i].rank == 0;
+      if (out_[i].rank == 3 || (year != told && (i == 0 || !isTime) && widen(dates, unit, i, count)))
+        told = year;
+    }
+  }
+
+  bool widen(const double* dates, const Unit& unit, int i, int count) noexcept {
+    DateTick whole = out_[i];
+    writeFullLabel(whole.text, dates[whole.bar], unit);
     const double x = axis_.x(whole.bar), half = canvas_.extent(whole.text) / 2;
-    if (x - half < axis_.left || x + half > right_) return;
-    if (count > 1 && x + half + gap_ > axis_.x(out_[1].bar) - canvas_.extent(out_[1].text, out_[1].bold) / 2)
-      return;
-    out_[0] = whole;
+    const auto halfOf = [&](int k) { return canvas_.extent(out_[k].text, out_[k].bold) / 2; };
+    const double left = i > 0 ? axis_.x(out_[i - 1].bar) + halfOf(i - 1) + gap_ : axis_.left;
+    const double right = i + 1 < count ? axis_.x(out_[i + 1].bar) - halfOf(i + 1) - gap_ : right_;
+    if (x - half < left || x + half > right) return false;
+    out_[i] = whole;
+    return true;
   }
 
   const TimeAxis& axis_;

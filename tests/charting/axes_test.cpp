@@ -99,6 +99,11 @@ TEST(GraphAxes, DatesThinOutFromMinutesToDecades) {
   const Labels weeks = labelsOf(every(60, 1));
   ASSERT_GE(weeks.size(), 6u);
   EXPECT_EQ(weeks[1], "16 Mar") << "Mondays, and no label for an empty week-end";
+  const std::vector<double> winter = every(340, 1);
+  const Labels turn = labelsOf({winter.end() - 50, winter.end()});
+  EXPECT_EQ(std::count_if(turn.begin(), turn.end(), [](const auto& t) { return t.ends_with(" Jan 2021"); }),
+            1)
+      << "the year turned within a week";
   const Labels months = labelsOf(every(400, 1));
   EXPECT_EQ(months[0].substr(0, 3), "Apr");
   EXPECT_NE(std::find(months.begin(), months.end(), "2021"), months.end());
