@@ -1,58 +1,19 @@
 #include "kernels/mean_deviation.h"
 
-#include <cstdint>
-#include <type_traits>
+#include <functional>
+
+#include "kernels/greater_sums.h"
 
 namespace qv {
 
 namespace {
 
-constexpr int kShortPeriod = 56;  // up to here the plain sum is as quick
+constexpr int kShortPeriod = 200;  // up to here the plain sum is as quick
+constexpr int kAboutOne = 16;      // windows about one anchor
+constexpr int kOwnAnchors = 32;    // up to this period each window has its own
 
 // Few windows leave few items open, many bear the cost of a line together.
 constexpr int kSmallestGroup = 16, kGroupsInGroup = 8;
-
-// Windows side by side: the first one's items are items[0 .. period - 1] and all the open ones.
-struct Windows {
-  const double* items;
-  int period;
-  const double* anchors;  // what each window's items are distances from; null: they are distances
-  const double* open;
-  int openCount;
-  const double* means;
-  double* sums;  // are added to
-};
-
-// Adds max(item, mean) to the sums of windows w .. w + kCount - 1 (twice as many, where Number is Two).
-template <typename Number, int kCount, bool kAnchors>
-QV_INLINE void addGreater(const Windows& of, int w) noexcept {
-  constexpr std::ptrdiff_t kEach = std::is_same_v<Number, Two> ? 2 : 1;
-  Number mean[kCount], sum[kCount], anchor[kCount];
-  for (int g = 0; g < kCount; ++g) {
-    mean[g] = load<Number>(of.means + w + g * kEach);
-    sum[g] = load<Number>(of.sums + w + g * kEach);
-    if constexpr (kAnchors) anchor[g] = load<Number>(of.anchors + w + g * kEach);
-  }
-  const double* items = of.items + w;
-  for (int j = 0; j < of.period; ++j)
-    for (int g = 0; g < kCount; ++g) {
-      const Number item = load<Number>(items + j + g * kEach);
-      if constexpr (kAnchors)
-        sum[g] = sum[g] + larger<Number>(item - anchor[g], mean[g]);
-      else
-        sum[g] = sum[g] + larger<Number>(item, mean[g]);
-    }
-  for (int j = 0; j < of.openCount; ++j)
-    for (int g = 0; g < kCount; ++g) sum[g] = sum[g] + larger<Number>(all<Number>(of.open[j]), mean[g]);
-  for (int g = 0; g < kCount; ++g) store(of.sums + w + g * kEach, sum[g]);
-}
-template <bool kAnchors>
-void addGreater(const Windows& of, int count) noexcept {
-  int w = 0;
-  for (; w + 8 <= count; w += 8) addGreater<Two, 4, kAnchors>(of, w);
-  for (; w + 2 <= count; w += 2) addGreater<Two, 1, kAnchors>(of, w);
-  if (w < count) addGreater<double, 1, kAnchors>(of, w);
-}
 
 // Sums up what lies on one side of a range, without branches: which items do is as random as prices are.
 class Sides {
@@ -181,14 +142,28 @@ bool MeanDeviation::keep(const double* x, int count) noexcept {
   return true;
 }
 
-// Each window by itself, about its newest item.
+// Each window by itself, about its newest item, or where they are longer about that of the first of
+// neighbouring ones.
 void MeanDeviation::shortWindows(const double* newest, int count, const double* distance,
                                  double* deviation) noexcept {
   Tile means, sums;
-  map(
-      count, means, [](double d) { return -d; }, distance);
   std::fill_n(sums, count, 0.0);
-  addGreater<true>({newest - (period_ - 1), period_, newest, nullptr, 0, means, sums}, count);
+  if (period_ <= kOwnAnchors) {
+    map(
+        count, means, [](double d) { return -d; }, distance);
+    addGreater({newest - (period_ - 1), period_, newest, nullptr, 0, means, sums}, count);
+  }
+  for (int at = 0, windows; period_ > kOwnAnchors && at < count; at += windows) {
+    if (aboutOne_ == 0) anchor_ = newest[at];
+    windows = std::min(kAboutOne - aboutOne_, count - at);
+    aboutOne_ = (aboutOne_ + windows) % kAboutOne;
+    double items[kShortPeriod + kAboutOne];
+    map(
+        period_ - 1 + windows, items, [anchor = anchor_](double item) { return item - anchor; },
+        newest + at - (period_ - 1));
+    map(windows, means + at, std::minus<>{}, items + period_ - 1, distance + at);
+    addGreater({items, period_, nullptr, nullptr, 0, means + at, sums + at}, windows);
+  }
   map(count, deviation, DeviationOf{1.0 / period_}, sums, means);
 }
 
@@ -230,9 +205,9 @@ int MeanDeviation::nextWindows(std::ptrdiff_t newest, int count, const double* d
       std::copy(items + first, items + good,
                 groups_[g].ends.data() + groups_[g].windows - 2 + groups_[g].done + first);
   }
-  addGreater<false>({smallest.ends.data() + smallest.done, smallest.windows - 1, nullptr,
-                     smallest.open.data(), smallest.openCount, means, sums},
-                    good);
+  addGreater({smallest.ends.data() + smallest.done, smallest.windows - 1, nullptr, smallest.open.data(),
+              smallest.openCount, means, sums},
+             good);
   map(good, deviation, DeviationOf{1.0 / period_}, sums, means);
   if (smallest.done == 0 && good > 0) firstDeviation_ = deviation[0];
   for (int w = 0; w < good; ++w) {

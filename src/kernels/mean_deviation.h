@@ -101,6 +101,7 @@ class MeanDeviation {
   memory::Buffer<TwoChunks> chunks_;  // of the items, where windows are long
   memory::Buffer<int> mixed_;         // chunks that do not lie on one side
   Neighbours groups_[kMostGroups];    // the largest first
+  int aboutOne_ = 0;                  // windows that have been taken about the anchor, where they are short
   double anchor_ = 0.0;               // of the distances in the groups
   double firstDeviation_ = 0.0;       // of the smallest group's first window
   double deviation_ = 0.0;            // of the last window

@@ -22,6 +22,7 @@
 
 #include "kernels/balances.h"
 #include "kernels/bar_extremes.h"
+#include "kernels/greater_sums.h"
 #include "kernels/mean_deviation.h"
 #include "kernels/moments.h"
 #include "kernels/recurrence.h"
@@ -82,6 +83,10 @@ template <typename Enter, typename Leave>
 void runTwoWide(Recurrence& y, Recurrence& z, const double* in, int count, double* out, Enter enter,
                 Leave leave) noexcept {
   y.runTwoLanes<Four>(z, in, count, out, enter, leave);
+}
+
+void addGreaterWide(const WindowsAboutMeans& of, int count) noexcept {
+  addGreaterBy<Four>(of, count);
 }
 
 template void runWide(Recurrence&, const double*, int, double*, AsItIs, AsItIs) noexcept;
