@@ -66,7 +66,7 @@ class UltimateOsc {
   static constexpr double kNone = -std::numeric_limits<double>::infinity();  // a window without any range
   // A bar that one term leaves at zero stays there.
   static constexpr auto oscillatorOf = [](double first, double second, double third) {
-    const double two = first + second, all = (two + third) / 7.0;
+    const double two = first + second, all = (two + third) * (1.0 / 7.0);
     const bool none = (first == kNone) | (second == kNone) | (third == kNone) | (first == 0.0) | (two == 0.0);
     return none ? 0.0 : all;
   };

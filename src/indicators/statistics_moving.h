@@ -94,9 +94,9 @@ class DispersionMv {
     changes[0] = sizeOfLogChange(x[0], before_.take(x, count));
     map(count - 1, changes + 1, sizeOfLogChange, x + 1, x);
     sums_.run({changes}, count, out);
-    const double ratios = period_ - 1.0;
+    const double perRatio = 1.0 / (period_ - 1.0);
     map(
-        count, out[0], [ratios](double sum) { return root(sum / ratios); }, out[0]);
+        count, out[0], [perRatio](double sum) { return root(sum * perRatio); }, out[0]);
   }
   template <typename V>
   void fields(V& v) noexcept {

@@ -8,7 +8,6 @@ namespace qv {
 // The sum of moves in percent of the sum of their sizes. A move that is no number counts as none; a market
 // that stands still has no momentum.
 struct BalanceOfMoves : Adding {
-  static constexpr int kShortWindow = 8;
   static constexpr int kInputs = 1, kRows = 2, kOutputs = 1;
 
   template <typename Items, typename Number>

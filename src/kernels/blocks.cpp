@@ -13,12 +13,12 @@ BlockMemory::BlockMemory(int ofPeriod, int ofRows, int ofInputs, double ofNothin
 
 bool BlockMemory::makeRoom(int items) noexcept {
   const int more = room < length / 2 ? std::max(2 * room, items) : length;
-  memory::Buffer<double> grown(static_cast<std::size_t>(more) * static_cast<std::size_t>(rows + inputs));
+  memory::Buffer<double> grown(sizeFor(more));
   failed = !grown.ok();
   if (failed) return false;
-  for (int s = 0; s < inputs && room > 0; ++s)
-    std::copy_n(kept(s), room, grown.data() + std::ptrdiff_t{rows + s} * more);
-  std::fill_n(grown.data(), std::ptrdiff_t{rows} * more, none);
+  const std::ptrdiff_t stride = std::ptrdiff_t{more} + kMore;
+  for (int s = 0; s < inputs && room > 0; ++s) std::copy_n(kept(s), room, grown.data() + (rows + s) * stride);
+  std::fill_n(grown.data(), rows * stride, none);
   scratch = std::move(grown);
   room = more;
   return true;

@@ -8,7 +8,8 @@
 
 namespace qv {
 
-// What a window keeps: the items of a block (length) so far, the suffixes of the block before, `room` apart.
+// What a window keeps: the items of a block (length) so far, the suffixes of the block before. Each has room
+// for a pair more, where four results are stored at a time.
 struct BlockMemory {
   int period, length, place, missing, room = 0;
   int rows, inputs;
@@ -18,10 +19,15 @@ struct BlockMemory {
 
   BlockMemory(int period, int rows, int inputs, double none) noexcept;
   bool ok() const noexcept { return !failed && (room == 0 || scratch.ok()); }
-  QV_INLINE double* suffix(int row) noexcept { return scratch.data() + std::ptrdiff_t{row} * room; }
+  // That of all rows and inputs together, for room items each.
+  std::size_t sizeFor(int items) const noexcept {
+    return items > 0 ? static_cast<std::size_t>(rows + inputs) * (static_cast<std::size_t>(items) + kMore)
+                     : 0;
+  }
+  QV_INLINE double* suffix(int row) noexcept { return scratch.data() + row * (std::ptrdiff_t{room} + kMore); }
   QV_INLINE double* kept(int input) noexcept { return suffix(rows + input); }
   const double* kept(int input) const noexcept {
-    return scratch.data() + std::ptrdiff_t{rows + input} * room;
+    return scratch.data() + (rows + input) * (std::ptrdiff_t{room} + kMore);
   }
   QV_INLINE bool hasRoom(int items) noexcept { return items <= room || makeRoom(items); }
   // For so many more items. Nothing is given up where there is none.
@@ -33,6 +39,7 @@ struct BlockMemory {
   }
 
  private:
+  static constexpr int kMore = 2;
   // It grows with the first block only: a period may be longer than any series.
   bool makeRoom(int items) noexcept;
 };
@@ -43,8 +50,6 @@ template <int kInputs, int kRows>
 struct RunningRows {
   Group<Two, kInputs> anchors;
   Group<Two, kRows> older, newer, pairs, terms;
-
-  QV_INLINE void begin(double none) noexcept { older = newer = pairs = terms = noneOf<kRows>(none); }
 };
 // The first rows of it.
 template <int kWanted, int kInputs, int kRows>
@@ -62,21 +67,26 @@ QV_INLINE RunningRows<kInputs, kWanted> partOf(const RunningRows<kInputs, kRows>
 template <typename Of>
 using Running = RunningRows<Of::kInputs, Of::kRows>;
 
+// Two items where there may be no more, as Lanes.
+template <typename Lanes, std::size_t kCount>
+QV_INLINE std::array<Lanes, kCount> loadPair(const Inputs<kCount>& from, int at) noexcept {
+  return inAllPairs<Lanes>(load<Two>(from, at));
+}
+
 // The suffixes of the block before the anchors, as the window that ends at j takes them: its items j + 1 ..
-// (kOwn: j ..). From item `end` down to `begin`.
+// (kOwn: j ..).
 template <bool kOwn, typename Lanes, typename Of>
-QV_INLINE void suffixesDown(const Of& ofThis, BlockMemory& memory, const Inputs<Of::kInputs>& block,
-                            int begin, int end, Running<Of>& running) noexcept {
+QV_INLINE void suffixes(const Of& ofThis, BlockMemory& memory, const Inputs<Of::kInputs>& block,
+                        const Group<Two, Of::kInputs>& anchorPairs) noexcept {
   constexpr int kRows = Of::kRows, kStep = kLanes<Lanes>;
   const Of of = ofThis;
-  const auto anchors = inAllPairs<Lanes>(running.anchors);
-  auto next = inAllPairs<Lanes>(running.terms), nextPairs = inAllPairs<Lanes>(running.pairs);
-  auto ahead =
-      kStep == 2 ? ofFour<Lanes>(running.older, running.older) : ofFour<Lanes>(running.newer, running.older);
-  auto nearer = running.newer;
-  Lanes k = placesFrom<Lanes>(end - kStep - memory.length);
-  for (int j = end - kStep; j >= begin; j -= kStep) {
-    const Group<Lanes, kRows> terms = of.terms(load<Lanes>(block, j), anchors, k);
+  const auto anchors = inAllPairs<Lanes>(anchorPairs);
+  auto next = noneOf<Lanes, kRows>(Of::kNone), nextPairs = next, ahead = next, nearer = next;
+  // The anchor follows the block: the window that is the whole block begins with it.
+  if constexpr (!kOwn && !Of::kCountsOnce) next = of.terms(anchors, anchors, all<Lanes>(0.0));
+  const int last = (memory.length - 1) & -kStep;
+  Lanes k = placesFrom<Lanes>(last - memory.length);
+  const auto take = [&](int j, const Group<Lanes, kRows>& terms) QV_LAMBDA {
     const Group<Lanes, kRows> shifted = oneOn(terms, next);
     const Group<Lanes, kRows>& first = kOwn ? terms : shifted;
     const Group<Lanes, kRows> pairs =
@@ -84,74 +94,69 @@ QV_INLINE void suffixesDown(const Of& ofThis, BlockMemory& memory, const Inputs<
     const Group<Lanes, kRows> result = of.join(of.join(pairs, twoOn(pairs, nextPairs)), ahead);
     const Group<Lanes, kRows> whole = of.begunWith(first, result);
     for (int r = 0; r < kRows; ++r) store(memory.suffix(r) + j, whole[r]);
-    if constexpr (kStep == 2) {
-      ahead = nearer;
-      nearer = result;
-    } else {
-      ahead = result;
-    }
+    ahead = kStep == 2 ? nearer : result;
+    nearer = result;
     next = terms;
     nextPairs = pairs;
     k = k - all<Lanes>(kStep);
+  };
+  int j = last;
+  if (memory.length % kStep != 0) {  // a pair, and behind it what follows the block
+    take(j, withUpper(of.terms(loadPair<Lanes>(block, j), anchors, k), next));
+    j -= kStep;
   }
-  running.newer = kStep == 2 ? nearer : lower(ahead);
-  running.older = upper(ahead);
-  running.terms = lower(next);
-  running.pairs = lower(nextPairs);
-}
-template <bool kOwn, typename Lanes, typename Of>
-QV_INLINE void suffixes(const Of& of, BlockMemory& memory, const Inputs<Of::kInputs>& block,
-                        Running<Of>& running) noexcept {
-  const int fours = memory.length & ~3;  // from the block's start on, as the windows will take them
-  suffixesDown<kOwn, Two>(of, memory, block, kLanes<Lanes> == 2 ? 0 : fours, memory.length, running);
-  if (kLanes<Lanes> == 4) suffixesDown<kOwn, Lanes>(of, memory, block, 0, fours, running);
+  for (; j >= 0; j -= kStep) take(j, of.terms(load<Lanes>(block, j), anchors, k));
 }
 // Of the window that is the whole block: nothing but that it begins with the anchor.
 template <typename Of>
 QV_INLINE void lastSuffix(const Of& of, BlockMemory& memory, const Running<Of>& running) noexcept {
   const Group<Two, Of::kRows> own =
-      of.begunWith(of.terms(running.anchors, running.anchors, twice(0.0)), noneOf<Of::kRows>(Of::kNone));
+      of.begunWith(of.terms(running.anchors, running.anchors, twice(0.0)), noneOf<Two, Of::kRows>(Of::kNone));
   for (int r = 0; r < Of::kRows; ++r) memory.suffix(r)[memory.length - 1] = own[r][0];
 }
 template <typename Lanes, typename Of>
 QV_INLINE void beginBlock(const Of& of, BlockMemory& memory, const Inputs<Of::kInputs>& block,
                           const Inputs<Of::kInputs>& in, Running<Of>& running) noexcept {
-  for (int s = 0; s < Of::kInputs; ++s) running.anchors[s] = twice(in[s][0]);
-  running.begin(Of::kNone);
-  if (memory.begun && memory.period != memory.length) {
-    suffixes<true, Lanes>(of, memory, block, running);
-  } else if (memory.begun) {
-    // The anchor follows the block: the window that is the whole block begins with it.
-    if constexpr (!Of::kCountsOnce) running.terms = of.terms(running.anchors, running.anchors, twice(0.0));
-    suffixes<false, Lanes>(of, memory, block, running);
-  }
-  running.begin(Of::kNone);
+  Group<Two, Of::kInputs> anchors;
+  for (int s = 0; s < Of::kInputs; ++s) anchors[s] = twice(in[s][0]);
+  if (memory.begun && memory.period != memory.length)
+    suffixes<true, Lanes>(of, memory, block, anchors);
+  else if (memory.begun)
+    suffixes<false, Lanes>(of, memory, block, anchors);
+  running.anchors = anchors;
   memory.begun = true;
   memory.place = 0;
 }
 
-// The windows that end at the items of a piece, all of one block. From item `from` up; returns where it
-// stopped.
+// Longer pieces than this lie in memory, from where their items and the results' places are fetched so many
+// items ahead.
+inline constexpr int kNear = 65536, kAhead = 96;
+
+// The windows that end at the items of a piece, all of one block. From item `from` up, as many at a time as
+// there are Lanes, and a pair that ends the block; returns where it stopped.
 template <typename Lanes, typename Of>
 QV_INLINE int windowsUp(const Of& ofThis, BlockMemory& memory, const Inputs<Of::kInputs>& in, int from,
-                        int items, Running<Of>& running, const Outputs<Of::kOutputs>& out) noexcept {
+                        int items, Running<Of>& running, const Outputs<Of::kOutputs>& out,
+                        bool isFar) noexcept {
   constexpr int kRows = Of::kRows, kOutputs = Of::kOutputs, kStep = kLanes<Lanes>;
   const Of of = ofThis;
   const auto anchors = inAllPairs<Lanes>(running.anchors);
-  auto last = inAllPairs<Lanes>(running.terms), lastPairs = inAllPairs<Lanes>(running.pairs);
-  auto behind = ofFour<Lanes>(running.older, running.newer);
-  auto nearer = running.newer;
+  auto last = noneOf<Lanes, kRows>(Of::kNone), lastPairs = last, behind = last;
+  auto nearer = noneOf<Two, kRows>(Of::kNone);
+  if (memory.place + from > 0) {  // within the block: to read what was just written takes its time
+    last = inAllPairs<Lanes>(running.terms);
+    lastPairs = inAllPairs<Lanes>(running.pairs);
+    behind = ofFour<Lanes>(running.older, running.newer);
+    nearer = running.newer;
+  }
   Inputs<kRows> before;
   for (int r = 0; r < kRows; ++r) before[r] = memory.suffix(r) + memory.place;
   Lanes k = placesFrom<Lanes>(memory.place + from);
-  int i = from;
-  for (; i + kStep <= items; i += kStep) {
-    const Group<Lanes, Of::kInputs> x = load<Lanes>(in, i);
+  const auto take = [&](int i, const Group<Lanes, Of::kInputs>& x) QV_LAMBDA {
     const Group<Lanes, kRows> terms = of.numbers(of.terms(x, anchors, k));
     const Group<Lanes, kRows> pairs = of.join(oneBack(last, terms), terms);
     const Group<Lanes, kRows> result = of.join(behind, of.join(twoBack(lastPairs, pairs), pairs));
     const Group<Lanes, kOutputs> y = of.finish(of.combine(load<Lanes>(before, i), result), anchors, k, x);
-    for (int o = 0; o < kOutputs; ++o) store(out[o] + i, y[o]);
     if constexpr (kStep == 2) {
       behind = nearer;
       nearer = result;
@@ -161,11 +166,28 @@ QV_INLINE int windowsUp(const Of& ofThis, BlockMemory& memory, const Inputs<Of::
     last = terms;
     lastPairs = pairs;
     k = k + all<Lanes>(kStep);
+    return y;
+  };
+  int i = from;
+  for (; i + kStep <= items; i += kStep) {
+    if (isFar) {
+      for (const double* x : in) __builtin_prefetch(x + i + kAhead);
+      for (const double* y : out) __builtin_prefetch(y + i + kAhead, 1);
+    }
+    const Group<Lanes, kOutputs> y = take(i, load<Lanes>(in, i));
+    for (int o = 0; o < kOutputs; ++o) store(out[o] + i, y[o]);
   }
-  running.newer = kStep == 2 ? nearer : upper(behind);
-  running.older = lower(behind);
-  running.terms = upper(last);
-  running.pairs = upper(lastPairs);
+  if (kStep > 2 && i + 2 == items && memory.place + items == memory.length) {  // nothing runs on
+    const Group<Lanes, kOutputs> y = take(i, loadPair<Lanes>(in, i));
+    for (int o = 0; o < kOutputs; ++o) store(out[o] + i, lower(y[o]));
+    return items;
+  }
+  if (memory.place + i < memory.length) {
+    running.newer = kStep == 2 ? nearer : upper(behind);
+    running.older = lower(behind);
+    running.terms = upper(last);
+    running.pairs = upper(lastPairs);
+  }
   return i;
 }
 // The same of a single item, twice.
@@ -198,6 +220,7 @@ QV_INLINE void runBlocks(const Of& of, BlockMemory& memory, Running<Of>& running
   const int length = memory.length;
   Inputs<kInputs> block{};
   bool inPiece = false;  // the block before lies in the piece
+  const bool isFar = count > kNear;
   while (count > 0) {
     if (memory.place == length) {
       if (memory.begun && !memory.hasRoom(length)) return;
@@ -216,8 +239,8 @@ QV_INLINE void runBlocks(const Of& of, BlockMemory& memory, Running<Of>& running
         __builtin_memcpy(memory.kept(s) + memory.place, in[s],
                          sizeof(double) * static_cast<std::size_t>(items));
     }
-    const int paired = windowsUp<Two>(
-        of, memory, in, windowsUp<Lanes>(of, memory, in, 0, items, running, out), items, running, out);
+    const int abreast = windowsUp<Lanes>(of, memory, in, 0, items, running, out, isFar);
+    const int paired = windowsUp<Two>(of, memory, in, abreast, items, running, out, false);
     if (paired < items) oneWindow(of, memory, in, paired, running, out);
     memory.place += items;
     in = advanced(in, items);

@@ -159,41 +159,64 @@ class ExponentialAboutZero {
   bool begun_ = false;
 };
 
+// The first `period` items of a memory that begins with their sum: of the items, or for a mean of their
+// distances from the first.
+class Seed {
+ public:
+  Seed(int period, bool ofDistances) noexcept
+      : period_(period), missing_(period), ofDistances_(ofDistances) {}
+  int lead() const noexcept { return period_ - 1; }
+  // How many of the next items it takes; the results are 0.0, that of the last begin().
+  template <typename Begin>
+  QV_INLINE int take(const double* x, int count, double* y, Begin begin) noexcept {
+    int i = 0;
+    for (; missing_ > 0 && i < count; ++i) {
+      if (ofDistances_ && missing_ == period_) first_ = x[i];
+      sum_ += x[i] - first_;
+      y[i] = 0.0;
+      if (--missing_ == 0) y[i] = begin();
+    }
+    return i;
+  }
+  double mean() const noexcept { return first_ + sum_ / period_; }
+  double sumSoFar() const noexcept { return (period_ - missing_) * first_ + sum_; }
+  template <typename V>
+  void fields(V& v) noexcept {
+    v.within(missing_, 0, period_);
+    v(first_, sum_);
+  }
+
+ private:
+  int period_, missing_;
+  bool ofDistances_;
+  double first_ = 0.0, sum_ = 0.0;
+};
+
 // Wilder's average: begins with the mean of its first `period` items, and every later one counts for one
 // item in `period`.
 class WilderMean {
  public:
   static constexpr int kInputs = 1, kOutputs = 1;
 
-  explicit WilderMean(int period) noexcept : period_(period), missing_(period), average_(1.0 / period) {}
-  int lead() const noexcept { return period_ - 1; }
+  explicit WilderMean(int period) noexcept : seed_(period, true), average_(1.0 / period) {}
+  int lead() const noexcept { return seed_.lead(); }
   void run(Inputs<1> in, int count, Outputs<1> out) noexcept {
-    const double* x = in[0];
-    double* y = out[0];
-    int i = 0;
-    for (; missing_ > 0 && i < count; ++i) {
-      if (missing_ == period_) first_ = x[i];
-      sum_ += x[i] - first_;
-      y[i] = 0.0;
-      if (--missing_ == 0) {
-        const double seed = first_ + sum_ / period_;
-        average_.run({&seed}, 1, {y + i});
-      }
-    }
-    if (i < count) average_.run({x + i}, count - i, {y + i});
+    const auto begin = [&]() noexcept {
+      double mean = seed_.mean();
+      average_.run({&mean}, 1, {&mean});
+      return mean;
+    };
+    const int passed = seed_.take(in[0], count, out[0], begin);
+    if (passed < count) average_.run(advanced(in, passed), count - passed, advanced(out, passed));
   }
-  double sumSoFar() const noexcept {  // of the first items, while they are not complete
-    return (period_ - missing_) * first_ + sum_;
-  }
+  double sumSoFar() const noexcept { return seed_.sumSoFar(); }  // while the first items are not complete
   template <typename V>
   void fields(V& v) noexcept {
-    v.within(missing_, 0, period_);
-    v(first_, sum_, average_);
+    v(seed_, average_);
   }
 
  private:
-  int period_, missing_;
-  double first_ = 0.0, sum_ = 0.0;  // of the distances from the first item
+  Seed seed_;
   Exponential average_;
 };
 
@@ -203,29 +226,20 @@ class WilderSum {
  public:
   static constexpr int kInputs = 1, kOutputs = 1;
 
-  explicit WilderSum(int period) noexcept : period_(period), missing_(period), y_((period - 1.0) / period) {}
-  int lead() const noexcept { return period_ - 1; }
+  explicit WilderSum(int period) noexcept : seed_(period, false), y_((period - 1.0) / period) {}
+  int lead() const noexcept { return seed_.lead(); }
   void run(Inputs<1> in, int count, Outputs<1> out) noexcept {
-    const double* x = in[0];
-    double* y = out[0];
-    int i = 0;
-    for (; missing_ > 0 && i < count; ++i) {
-      sum_ += x[i];
-      y[i] = 0.0;
-      if (--missing_ == 0) y[i] = y_.next(sum_);
-    }
-    y_.run(x + i, count - i, y + i);
+    const int passed = seed_.take(in[0], count, out[0], [&]() noexcept { return y_.next(seed_.sumSoFar()); });
+    y_.run(in[0] + passed, count - passed, out[0] + passed);
   }
-  double sumSoFar() const noexcept { return sum_; }  // of the first items, while they are not complete
+  double sumSoFar() const noexcept { return seed_.sumSoFar(); }  // while the first items are not complete
   template <typename V>
   void fields(V& v) noexcept {
-    v.within(missing_, 0, period_);
-    v(sum_, y_);
+    v(seed_, y_);
   }
 
  private:
-  int period_, missing_;
-  double sum_ = 0.0;
+  Seed seed_;
   Recurrence y_;
 };
 

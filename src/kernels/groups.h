@@ -49,6 +49,13 @@ QV_INLINE std::array<Two, kCount> upper(const std::array<Lanes, kCount>& a) noex
   return pair;
 }
 template <typename Lanes, std::size_t kCount>
+QV_INLINE std::array<Lanes, kCount> withUpper(const std::array<Lanes, kCount>& a,
+                                              const std::array<Lanes, kCount>& b) noexcept {
+  std::array<Lanes, kCount> joint;
+  for (std::size_t r = 0; r < kCount; ++r) joint[r] = withUpper(a[r], b[r]);
+  return joint;
+}
+template <typename Lanes, std::size_t kCount>
 QV_INLINE std::array<Lanes, kCount> inAllPairs(const std::array<Two, kCount>& a) noexcept {
   std::array<Lanes, kCount> lanes;
   for (std::size_t r = 0; r < kCount; ++r) lanes[r] = inAllPairs<Lanes>(a[r]);
@@ -60,10 +67,10 @@ QV_INLINE std::array<Two, kCount> twice(const std::array<Two, kCount>& a, int la
   for (std::size_t r = 0; r < kCount; ++r) both[r] = twice(a[r][lane]);
   return both;
 }
-template <std::size_t kCount>
-QV_INLINE std::array<Two, kCount> noneOf(double none) noexcept {
-  std::array<Two, kCount> rows;
-  rows.fill(twice(none));
+template <typename Lanes, std::size_t kCount>
+QV_INLINE std::array<Lanes, kCount> noneOf(double none) noexcept {
+  std::array<Lanes, kCount> rows;
+  rows.fill(all<Lanes>(none));
   return rows;
 }
 template <typename Lanes, std::size_t kCount>

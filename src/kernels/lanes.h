@@ -85,6 +85,11 @@ QV_INLINE Two twoOn(Two, Two b) noexcept {
   return b;
 }
 
+// The lower pair of a, where there is another one with b above it.
+QV_INLINE Two withUpper(Two a, Two) noexcept {
+  return a;
+}
+
 template <typename Number>
 QV_INLINE Number all(double d) noexcept {
   return Number{} + d;
@@ -137,6 +142,9 @@ QV_INLINE Four oneOn(Four a, Four b) noexcept {
 }
 QV_INLINE Four twoOn(Four a, Four b) noexcept {
   return __builtin_shufflevector(a, b, 2, 3, 4, 5);
+}
+QV_INLINE Four withUpper(Four a, Four b) noexcept {
+  return __builtin_shufflevector(a, b, 0, 1, 4, 5);
 }
 QV_INLINE Four root(Four x) noexcept {
   return (Four)_mm256_sqrt_pd((__m256d)x);

@@ -82,7 +82,7 @@ class Sliding {
     v.within(memory_.place, 0, memory_.length);
     v.within(memory_.room, memory_.period - 1 - memory_.missing, memory_.length);
     v(memory_.begun, running_.anchors, running_.older, running_.newer, running_.pairs, running_.terms);
-    v.buffer(memory_.scratch, static_cast<std::size_t>(memory_.room) * (kMostRows + kInputs));
+    v.buffer(memory_.scratch, memory_.sizeFor(memory_.room));
   }
 
  private:

@@ -9,7 +9,7 @@ namespace qv {
 struct Adding {
   static constexpr double kNone = 0.0;
   static constexpr bool kCountsOnce = true;
-  static constexpr int kShortWindow = 16;
+  static constexpr int kShortWindow = 8;
 
   template <typename Rows>
   static QV_INLINE Rows join(const Rows& a, const Rows& b) noexcept {
@@ -77,6 +77,7 @@ struct CorrectedSums : Adding {
 // Statistics that add up the items as they are.
 template <int kSeries>
 struct AddingItems : Adding {
+  static constexpr int kShortWindow = 14;
   static constexpr int kInputs = kSeries, kRows = kSeries;
 
   template <typename Items, typename Number>
@@ -101,7 +102,6 @@ struct Sums : AddingItems<kSeries> {
 template <int kSeries>
 struct Means : Adding {
   using Corrected = CorrectedSums<Means>;
-  static constexpr int kShortWindow = 8;
   static constexpr int kInputs = kSeries, kRows = kSeries, kOutputs = kSeries;
   double perItem;
 
@@ -122,6 +122,7 @@ struct Means : Adding {
 
 // Of distances from the anchor, plain and times the number of items that the anchor is away.
 struct Distances : Adding {
+  static constexpr int kShortWindow = 14;
   static constexpr int kInputs = 1, kRows = 2;
 
   template <typename Items, typename Number>
@@ -147,7 +148,6 @@ struct WeightedMean : Distances {
 
 // The mean of the first series weighed by the second; 0.0 where the weights add up to nothing.
 struct MeanByWeight : Adding {
-  static constexpr int kShortWindow = 8;
   static constexpr int kInputs = 2, kRows = 2, kOutputs = 1;
 
   template <typename Items, typename Number>

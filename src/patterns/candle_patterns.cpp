@@ -34,12 +34,13 @@ struct Candle {
 };
 
 constexpr bool contains(unsigned values, std::int8_t value) noexcept {
-  return values >> (value & 31) & 1u;
+  return values == ~0u || (values >> (value & 31) & 1u) != 0;
 }
 
+// All fields are looked at: what candles come next nobody can predict, and a branch for each would cost more.
 constexpr bool matches(const Candle& wanted, const QvCandle& c) noexcept {
-  return contains(wanted.colour, c.colour) && contains(wanted.shape, c.shape) &&
-         contains(wanted.topShadow, c.topShadow) && contains(wanted.bottomShadow, c.bottomShadow);
+  return contains(wanted.colour, c.colour) & contains(wanted.shape, c.shape) &
+         contains(wanted.topShadow, c.topShadow) & contains(wanted.bottomShadow, c.bottomShadow);
 }
 
 constexpr bool anyPrices(const Window&) noexcept {
@@ -53,9 +54,9 @@ int endsAt(const QvBars* bars, const QvCandles* candles, int i, const Candle (&w
   if (!bars || !candles || i < N - 1 || i >= qv::recordCount(*candles)) return 0;
   for (const QvArray* a : {&bars->open, &bars->high, &bars->low, &bars->close})
     if (!qv::hasItem(*a, i)) return 0;
-  for (int k = 0; k < N; ++k)
-    if (!matches(wanted[k], candles->records[i - k])) return 0;
-  return hold(Window(*bars, *candles, i));
+  bool all = true;
+  for (int k = 0; k < N; ++k) all &= matches(wanted[k], candles->records[i - k]);
+  return all && hold(Window(*bars, *candles, i));
 }
 
 // ---- Conditions that several patterns share
