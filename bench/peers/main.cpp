@@ -76,6 +76,7 @@ void addOptions(CLI::App& app) {
   app.add_option("--cost-n", options.costBars, "Bars of the table of costs")
       ->check(CLI::Range(10'000, 100'000'000));
   app.add_option("--tsv", options.tsv, "Write the cells to this file, tab separated");
+  app.add_option("--markdown", options.markdown, "Write the random walk's table to this file");
   app.add_option("--scratch", options.scratch, "Folder for the text file that is read");
   app.add_option("--control", options.control, "What the control takes on this machine at rest, ns per item");
   app.add_flag("--no-table{false}", options.table, "Without the comparison");
@@ -123,6 +124,7 @@ void run() {
   if (options.table) printSummary(rows, cells);
   printFindings();
   if (!options.tsv.empty()) writeTsv(cells);
+  if (!options.markdown.empty()) writeMarkdown(cells);
   printConditions("at the end");
   std::printf("%.0f s\n", (now() - begin) / 1e9);
 }

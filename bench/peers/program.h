@@ -11,7 +11,7 @@
 namespace qvpeers {
 
 struct Options {
-  std::string library, scratch = ".", tsv;
+  std::string library, scratch = ".", tsv, markdown;
   std::vector<std::string> rows, shapes = kShapes;
   std::vector<int> bars{1'000'000, 5000}, periods{14, 200}, costPeriods{14, 200, 2000};
   int rounds = 15, costBars = 100'000;
@@ -53,5 +53,6 @@ void measureTextFile();
 void measureCosts(const std::vector<Row>& rows);
 void printSummary(const std::vector<Row>& rows, const std::vector<Cell>& cells);
 void writeTsv(const std::vector<Cell>& cells);
+void writeMarkdown(const std::vector<Cell>& cells);
 
 }  // namespace qvpeers

@@ -2,6 +2,7 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdio>
+#include <utility>
 
 #include "program.h"
 
@@ -105,6 +106,38 @@ void writeTsv(const std::vector<Cell>& cells) {
     std::fprintf(file, "%s\t%d\t%d\t%s\t%.4f\t%.4f\t%.4f\t%.4f\t%.4f\t%d\t%d\t%d\n", c.row->name.c_str(),
                  c.period, c.n, c.shape.c_str(), c.library, c.taLib, c.tulip, c.ratio, c.median, c.ranBars,
                  !(c.row->flags & kDiffers), !c.disturbed);
+  std::fclose(file);
+}
+
+// The random walk as the table of docs/performance.md: a line per row and period, the time and, against the
+// better peer, the ratio.
+void writeMarkdown(const std::vector<Cell>& cells) {
+  std::FILE* file = std::fopen(options.markdown.c_str(), "w");
+  if (!file) {
+    std::perror(options.markdown.c_str());
+    return;
+  }
+  std::fputs("| row | p |", file);
+  for (const int n : options.bars) std::fprintf(file, " n = %d: ns | ratio |", n);
+  std::fputs("\n|---|---|", file);
+  for (std::size_t k = 0; k < options.bars.size(); ++k) std::fputs("---|---|", file);
+  std::set<std::pair<const Row*, int>> done;
+  for (const Cell& first : cells) {
+    if (first.shape != "walk" || !counts(first) || !done.insert({first.row, first.period}).second) continue;
+    std::fprintf(file, "\n| %s%s | %s |", first.row->name.c_str(), first.row->flags & kDiffers ? " ~" : "",
+                 first.period ? std::to_string(first.period).c_str() : "");
+    for (const int n : options.bars) {
+      const auto cell = std::find_if(cells.begin(), cells.end(), [&](const Cell& c) {
+        return c.row == first.row && c.period == first.period && c.n == n && c.shape == "walk";
+      });
+      if (cell == cells.end())
+        std::fputs(" | |", file);
+      else
+        std::fprintf(file, " %.2f | %.2f%s |", cell->library, cell->ratio,
+                     cell->disturbed ? " disturbed" : "");
+    }
+  }
+  std::fputs("\n", file);
   std::fclose(file);
 }
 
