@@ -9,7 +9,6 @@ namespace qv {
 namespace {
 
 constexpr int kShortPeriod = 200;  // up to here the plain sum is as quick
-constexpr int kAboutOne = 16;      // windows about one anchor
 constexpr int kOwnAnchors = 32;    // up to this period each window has its own
 
 // Few windows leave few items open, many bear the cost of a line together.

@@ -46,7 +46,10 @@ class MeanDeviation {
     v.within(held_, period_ - 1 - begin_.left(), 2 * std::int64_t{period_} + 4 * kTile);
     v.buffer(items_, static_cast<std::size_t>(held_));
     v.scratch(chunks_, isLong() ? static_cast<int>(held_ / (2 * kChunk)) : 0);
-    if (!isLong()) return;
+    if (!isLong()) {
+      v.within(aboutOne_, 0, kAboutOne - 1);
+      return v(anchor_);
+    }
     for (int g = 0; g < groupCount_; ++g)
       groups_[g].fields(v, period_, g > 0 ? groups_[g - 1].left : INT_MAX);
     v(anchor_, firstDeviation_, deviation_);
@@ -55,6 +58,7 @@ class MeanDeviation {
 
  private:
   static constexpr int kChunk = 8;
+  static constexpr int kAboutOne = 16;  // short windows about one anchor
   struct TwoChunks {
     double lowest[2], highest[2], sum[2];  // the sum of distances from the chunk's first item
   };
@@ -101,8 +105,8 @@ class MeanDeviation {
   memory::Buffer<TwoChunks> chunks_;  // of the items, where windows are long
   memory::Buffer<int> mixed_;         // chunks that do not lie on one side
   Neighbours groups_[kMostGroups];    // the largest first
-  int aboutOne_ = 0;                  // windows that have been taken about the anchor, where they are short
-  double anchor_ = 0.0;               // of the distances in the groups
+  int aboutOne_ = 0;                  // short windows that have been taken about the anchor
+  double anchor_ = 0.0;               // of the distances of short windows, or in the groups
   double firstDeviation_ = 0.0;       // of the smallest group's first window
   double deviation_ = 0.0;            // of the last window
 };
