@@ -50,7 +50,12 @@ void showPicture(QvGraph* graph, const PictureOptions& options) {
   if (options.file.empty()) return printBlocks(graph, theme);
   qv::check(qvGraphSetTheme(graph, &theme), "the theme");
   const Size size = sizeOf(options.size);
-  qv::runs::writePicture(graph, options.file, size.width, size.height, options.scale);
+#ifdef QV_WITH_CAIRO
+  constexpr qv::runs::PictureWriter kWriter = qv::runs::writeCairo;
+#else
+  constexpr qv::runs::PictureWriter kWriter = nullptr;
+#endif
+  qv::runs::writePicture(graph, options.file, size.width, size.height, options.scale, kWriter);
 }
 
 }  // namespace qvcli

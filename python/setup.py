@@ -33,10 +33,17 @@ class Build(build_ext):
         subprocess.run(["cmake", "-S", ROOT, "-B", build, *options], check=True, stdout=subprocess.DEVNULL)
         subprocess.run(["cmake", "--build", build, "--target", "qvlib60_python"], check=True)
         package.mkdir(parents=True, exist_ok=True)
-        for file in [*(build / "python").glob("_core.*"), build / "libQVLIB60.so.0"]:
+        made = (build / "python").glob("_c*.so")
+        for file in [*made, build / "libQVLIB60.so.0", *self.bundled(build)]:
             shutil.copy(file, package)
         subprocess.run([sys.executable, HERE / "tools/stubs.py", package], check=True,
                        env={**os.environ, "PYTHONPATH": str(package.parent)})
+
+
+    def bundled(self, build: Path) -> "list[Path]":
+        """The library that splits CSV files, under the name by which it is looked for."""
+        found = re.search(r"^QV_LIBCSV:\w+=(.*\.so)$", (build / "CMakeCache.txt").read_text(), re.M)
+        return list(Path(found[1]).parent.glob("libcsv.so.[0-9]")) if found else []
 
 
 setup(

@@ -7,6 +7,17 @@ namespace qv::python {
 
 namespace {
 
+// Of the module that needs Cairo's library.
+runs::PictureWriter cairoWriter() {
+  try {
+    const auto writer = py::module_::import("qvlib60._cairo").attr("writer").cast<py::capsule>();
+    return reinterpret_cast<runs::PictureWriter>(writer.get_pointer());
+  } catch (py::error_already_set& e) {
+    py::raise_from(e, PyExc_ImportError, "PNG and PDF need Cairo (Debian: libcairo2); SVG does not");
+    throw py::error_already_set();
+  }
+}
+
 // Only ever used by the thread that holds the interpreter's lock.
 class Chart {
  public:
@@ -37,7 +48,8 @@ class Chart {
     return text;
   }
   void save(const std::string& file, double width, double height, double scale) {
-    runs::writePicture(get(), file, width, height, scale);
+    const bool drawn = runs::pictureKindOf(file) > runs::PictureKind::Svg;
+    runs::writePicture(get(), file, width, height, scale, drawn ? cairoWriter() : nullptr);
   }
 
  private:

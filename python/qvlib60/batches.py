@@ -37,14 +37,9 @@ def batch(bars: Any, formulas: Any, *, threads: Optional[int] = None, out: Optio
     else:
         shape = (len(opened), len(sets), sizes.pop() if sizes else 0)
         rows = _block(out, shape)
-        if out is not None and any(_shares(out, column) for bar_set in sets for column in bar_set.columns()):
-            raise ValueError("out overlaps the bars")
-    _core.batch(sets, [formula._open for formula in opened], [list(row) for row in rows], threads_of(threads))
+    _core.batch(sets, [formula._open for formula in opened], [list(row) for row in rows], out is not None,
+                threads_of(threads))
     return {formula.text: row for formula, row in zip(opened, rows)}
-
-
-def _shares(out: Doubles, column: Any) -> bool:
-    return column is not None and np.may_share_memory(out, column)
 
 
 def _block(out: Optional[Doubles], shape: tuple[int, int, int]) -> Doubles:

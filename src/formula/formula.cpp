@@ -107,12 +107,15 @@ int QVCALL qvFormulaEval(const QvFormula* f, const QvBars* bars, QvArray* out) n
   if (bars && out && out->data && (f->series & kDate) && sharesBlock(out, &bars->date))
     return QV_INVALID_PARM;
   const bool wasEmpty = out && !out->data;
-  const int n = prepareOutputs({{bars, f->series}}, {}, {out});
+  const BarInput set{bars, f->series};
+  int first = 0;  // the evaluation writes all items
+  const int n = prepareOverwritten({&set, 1}, {}, {&out, 1}, 0, &first, 0);
   if (n < 1) return n;
   // The entry step refuses missing bars and a missing output.
   // NOLINTNEXTLINE(clang-analyzer-core.NonNullParamChecker)
   const int status = evaluateInto(*f, numbers.data(), *bars, *out);
   if (status < 0 && wasEmpty) qvFreeArray(out);
+  if (status < 0 && !wasEmpty) std::fill_n(out->data, out->size, 0.0);
   return status;
 }
 

@@ -25,15 +25,18 @@ PictureKind pictureKindOf(const std::string& file) {
                                   : PictureKind::None;
 }
 
-void writePicture(QvGraph* graph, const std::string& file, double width, double height, double scale) {
+void writePicture(QvGraph* graph, const std::string& file, double width, double height, double scale,
+                  PictureWriter writer) {
   const auto isSize = [](double units) { return units >= 1 && units <= kLargestPicture; };
   if (!isSize(width) || !isSize(height))
     throw Error(file, "pictures are 1 to 20000 units wide and high", QV_INVALID_PARM);
   const PictureKind kind = pictureKindOf(file);
   if (kind == PictureKind::None) throw Error(file, "pictures end in .svg, .png or .pdf", QV_INVALID_PARM);
+  if (kind != PictureKind::Svg && !writer)
+    throw Error(file, "only .svg is written without Cairo (Debian: libcairo2)", QV_UNKNOWN);
   const int status = kind == PictureKind::Svg
                          ? qvGraphWriteSVG(graph, file.c_str(), width, height)
-                         : writeCairo(graph, file, kind == PictureKind::Pdf, width, height, scale);
+                         : writer(graph, file, kind == PictureKind::Pdf, width, height, scale);
   if (status == QV_FILE_OPEN || status == QV_FILE_WRITE)
     throw Error(file, "the picture can't be written there", status);
   check(status, file);

@@ -24,11 +24,16 @@ PictureKind pictureKindOf(const std::string& file);  // by its ending, in any ca
 
 constexpr double kLargestPicture = 20000;  // units, wide and high
 
-// As the file ends. PNG has the size times the scale pixels, PDF a point to a unit. Throws for a file that
-// ends otherwise or can't be written, a size that is none, and where Cairo is missing.
-void writePicture(QvGraph* graph, const std::string& file, double width, double height, double scale = 1);
+// Writes PNG or PDF; 0 or a code.
+using PictureWriter = int (*)(QvGraph* graph, const std::string& file, bool pdf, double width, double height,
+                              double scale);
 
-// The same through Cairo; 0 or a code. Throws where Cairo is missing.
+// As the file ends. PNG has the size times the scale pixels, PDF a point to a unit. Throws for a file that
+// ends otherwise or can't be written, a size that is none, and where a writer is wanted and null.
+void writePicture(QvGraph* graph, const std::string& file, double width, double height, double scale,
+                  PictureWriter writer);
+
+// Through Cairo. In a library of its own, qvlib60_cairo, which is there where Cairo is.
 int writeCairo(QvGraph* graph, const std::string& file, bool pdf, double width, double height, double scale);
 
 }  // namespace qv::runs

@@ -1,16 +1,12 @@
-// PNG and PDF through Cairo, where it was there when this was built.
-#include "runs/picture.h"
-
-#ifdef QV_WITH_CAIRO
+// PNG and PDF through Cairo.
 #include <cairo-pdf.h>
 #include <cairo.h>
 
 #include <algorithm>
-#endif
+
+#include "runs/picture.h"
 
 namespace qv::runs {
-
-#ifdef QV_WITH_CAIRO
 
 namespace {
 
@@ -125,13 +121,5 @@ int writeCairo(QvGraph* graph, const std::string& file, bool pdf, double width, 
       pdf ? cairo_surface_status(surface.get()) : cairo_surface_write_to_png(surface.get(), file.c_str());
   return written == CAIRO_STATUS_SUCCESS ? QV_OK : QV_FILE_WRITE;
 }
-
-#else
-
-int writeCairo(QvGraph*, const std::string& file, bool, double, double, double) {
-  throw Error(file, "this qv was built without Cairo (Debian: libcairo2-dev); it writes .svg", QV_UNKNOWN);
-}
-
-#endif
 
 }  // namespace qv::runs
