@@ -3,7 +3,7 @@
 
 #include "cli/output.h"
 #include "cli/tool.h"
-#include "core/nearest.h"
+#include "runs/catalogue.h"
 
 namespace qvcli {
 
@@ -115,12 +115,7 @@ std::string jsonOf(const QvCatalogueEntry& e) {
 
 const QvCatalogueEntry& find(const std::string& name) {
   if (const QvCatalogueEntry* entry = qvCatalogueFind(name.c_str())) return *entry;
-  qv::NearestWord nearest(name);
-  for (int i = 0; i < qvCatalogueSize(); ++i) nearest.offer(qvCatalogueItem(i)->shortName);
-  for (int i = 0; i < qvCatalogueSize(); ++i) nearest.offer(qvCatalogueItem(i)->name);
-  throw UsageError(
-      name + ": no such calculation" +
-      (nearest.word() ? ", did you mean " + std::string(nearest.word()) + "?" : "; qv functions lists them"));
+  throw UsageError(qv::runs::noSuchCalculation(name, "; qv functions lists them"));
 }
 
 int run(const Options& options) {

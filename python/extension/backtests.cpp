@@ -30,8 +30,7 @@ class BacktestRun {
     std::vector<double> ordered;
     for (const std::string& parameter : rules.parameters()) {
       const auto value = values.find(parameter);
-      if (value == values.end())
-        throw py::value_error("$" + parameter + " has no value, give " + parameter + "=...");
+      if (value == values.end()) missingValue("", parameter);
       ordered.push_back(value->second);
     }
     for (const auto& [parameter, value] : values)

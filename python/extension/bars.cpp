@@ -45,12 +45,8 @@ py::object compressed(const BarSet& set, int frequency, double seconds) {
                            : qvGroupBarsTime(&whole.record, &out, seconds, 0.0, 0.0);
   }
   if (status < 0) fail("longer bars", status);
-  unsigned unknown = 0;
   for (int k = 1; k < kBarSeries; ++k)
-    if (!set.has(k)) {
-      unknown |= 1u << k;
-      (out.*kSeriesOfBars[k]).firstValid = out.barsize;
-    }
+    if (!set.has(k)) (out.*kSeriesOfBars[k]).firstValid = out.barsize;
   return make<BarSet>(std::move(out));
 }
 

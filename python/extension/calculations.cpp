@@ -1,12 +1,12 @@
 #include "python/extension/calculations.h"
 
-#include <cmath>
 #include <cstring>
 #include <limits>
+#include <map>
 
 #include "core/nearest.h"
+#include "python/extension/arguments.h"
 #include "python/extension/errors.h"
-#include "runs/rules.h"
 
 namespace qv::python {
 
@@ -63,46 +63,6 @@ PyTypeObject* calculationType() {
 std::map<std::string, PyObject*>& calculations() {
   static std::map<std::string, PyObject*> all;
   return all;
-}
-
-// ---- Numbers --------------------------------------------------------------------------------------
-
-std::string shown(PyObject* object) {
-  PyObject* text = PyObject_Repr(object);
-  if (!text) PyErr_Clear();
-  const std::string shown = text ? std::string(py::str(py::handle(text))) : std::string("something");
-  Py_XDECREF(text);
-  return shown.size() > 60 ? shown.substr(0, 57) + "..." : shown;
-}
-
-std::string plainText(double x) {
-  return runs::numberText(x);
-}
-
-// "p must be 1 or more, it is 0" of the parameters that a calculation refused.
-std::string refusal(const QvCatalogueEntry& entry, const double* params) {
-  for (int k = 0; k < entry.paramCount; ++k) {
-    const QvCatalogueParam& p = entry.params[k];
-    const bool isChoice = p.kind == QV_PARAM_METHOD || p.kind == QV_PARAM_CHOICE;
-    if (p.kind == QV_PARAM_PERIOD && !(params[k] >= 1.0))
-      return pythonName(p.name) + " must be 1 or more, it is " + plainText(params[k]);
-    if (isChoice && !(params[k] >= 0.0 && params[k] < p.choiceCount))
-      return pythonName(p.name) + " must be 0 to " + std::to_string(p.choiceCount - 1) + ", it is " +
-             plainText(params[k]);
-  }
-  return "these parameters are refused";
-}
-
-[[noreturn]] void wrongChoice(const QvCatalogueParam& p, const std::string& text, const std::string& what) {
-  NearestWord nearest(text);
-  for (int k = 0; k < p.choiceCount; ++k) nearest.offer(p.choices[k]);
-  std::string why = what + ": " + pythonName(p.name) + " has no '" + text + "'";
-  if (nearest.word())
-    why += ", did you mean '" + std::string(nearest.word()) + "'?";
-  else
-    for (int k = 0; k < p.choiceCount && k < 12; ++k)
-      why += (k ? ", " : ": there are ") + std::string(p.choices[k]) + (k == 11 ? " ..." : "");
-  throw py::value_error(why);
 }
 
 // ---- A call ---------------------------------------------------------------------------------------
@@ -348,7 +308,7 @@ py::object function(const std::string& name, const std::string& doc) {
   c->entry = &entry;
   c->dataCount = entry.barsCount + entry.inputCount;
   c->resultType = nullptr;
-  const auto take = [&](int k, std::string text) {
+  const auto take = [&](int k, const std::string& text) {
     c->names[k] = PyUnicode_InternFromString(text.c_str());
     c->texts[k] = PyUnicode_AsUTF8(c->names[k]);
   };
@@ -373,116 +333,11 @@ py::object calculation(const std::string& name) {
   return py::reinterpret_borrow<py::object>(found->second);
 }
 
-// ---- What the catalogue tells -----------------------------------------------------------------------
-
-py::dict described(const QvCatalogueEntry& e) {
-  using namespace py::literals;
-  py::list params, inputs, outputs;
-  for (int k = 0; k < e.paramCount; ++k) {
-    const QvCatalogueParam& p = e.params[k];
-    py::list choices;
-    for (int i = 0; i < p.choiceCount; ++i) choices.append(p.choices[i]);
-    params.append(py::dict("name"_a = pythonName(p.name), "kind"_a = p.kind, "default"_a = p.defaultValue,
-                           "least"_a = p.least, "greatest"_a = p.greatest, "is_integer"_a = p.isInteger != 0,
-                           "choices"_a = py::tuple(choices),
-                           "search"_a = py::make_tuple(p.optimiseStart, p.optimiseEnd, p.optimiseStep)));
-  }
-  for (int k = 0; k < e.inputCount; ++k) {
-    const std::string name = pythonName(e.inputs[k].name);
-    inputs.append(py::make_tuple(name == "in" ? "series" : name, e.inputs[k].series));
-  }
-  for (int k = 0; k < e.outputCount; ++k) {
-    const QvCatalogueOutput& o = e.outputs[k];
-    py::list zones;
-    for (int i = 0; i < o.zoneCount; ++i) zones.append(o.zones[i]);
-    outputs.append(py::dict("name"_a = pythonName(o.name), "low"_a = o.low, "high"_a = o.high,
-                            "zones"_a = py::tuple(zones), "place"_a = o.place, "style"_a = o.style,
-                            "repaints"_a = o.repaints != 0));
-  }
-  return py::dict("name"_a = e.shortName, "function"_a = e.name, "title"_a = e.title, "group"_a = e.group,
-                  "summary"_a = e.summary, "source"_a = e.source, "note"_a = e.note, "bars"_a = e.barsCount,
-                  "series"_a = e.series, "inputs"_a = inputs, "params"_a = params, "outputs"_a = outputs,
-                  "main"_a = e.mainOutput, "flags"_a = e.flags,
-                  "first_valid"_a = qvCatalogueFirstValid(&e, nullptr, 0),
-                  "settle"_a = qvCatalogueSettle(&e, nullptr, 1e-3));
-}
-
-py::dict entryOf(const std::string& name) {
-  if (const QvCatalogueEntry* entry = qvCatalogueFind(name.c_str())) return described(*entry);
-  NearestWord nearest(name);
-  for (int i = 0; i < qvCatalogueSize(); ++i) nearest.offer(qvCatalogueItem(i)->shortName);
-  for (int i = 0; i < qvCatalogueSize(); ++i) nearest.offer(qvCatalogueItem(i)->name);
-  throw py::value_error(name + ": no such calculation" +
-                        (nearest.word() ? ", did you mean " + std::string(nearest.word()) + "?" : ""));
-}
-
 }  // namespace
-
-std::string pythonName(const std::string& name) {
-  std::string out;
-  bool wasSmall = false;
-  for (const char c : name) {
-    const bool isCapital = c >= 'A' && c <= 'Z';
-    if (isCapital && wasSmall) out += '_';
-    wasSmall = !isCapital;
-    out += lowerCase(c);
-  }
-  return out;
-}
-
-namespace {
-
-bool isInt(double x) {
-  return std::fabs(x) <= std::numeric_limits<int>::max() && x == std::floor(x);
-}
-[[noreturn]] void notInt(const std::string& name, PyObject* object) {
-  throw py::value_error(name + ": a whole number below 2,147,483,648 is wanted, " + shown(object) +
-                        " is given");
-}
-
-}  // namespace
-
-int intOf(PyObject* object, const char* name) {
-  const double x = PyFloat_AsDouble(object);
-  if (PyErr_Occurred()) {
-    PyErr_Clear();
-    throw py::type_error(std::string(name) + ": a whole number is wanted, " + shown(object) + " is given");
-  }
-  if (!isInt(x)) notInt(name, object);
-  return static_cast<int>(x);
-}
-
-double numberOf(PyObject* object, const QvCatalogueEntry& entry, int param, const char* what) {
-  const QvCatalogueParam& p = entry.params[param];
-  if (PyUnicode_Check(object) && p.choiceCount > 0) {
-    const std::string text = py::str(py::handle(object));
-    const int value = qvCatalogueChoice(&entry, param, text.c_str());
-    if (value < 0) wrongChoice(p, text, what);
-    return value;
-  }
-  if (p.kind == QV_PARAM_DATE && !PyFloat_Check(object) && !PyLong_Check(object))
-    return py::handle(package.dateNumber)(py::handle(object)).cast<double>();
-  const auto named = [&] { return std::string(what) + ": " + pythonName(p.name); };
-  if (p.isInteger && !PyLong_CheckExact(object) && !PyFloat_CheckExact(object))
-    return intOf(object, named().c_str());
-  const double x = PyFloat_AsDouble(object);
-  if (x == -1.0 && PyErr_Occurred()) {
-    PyErr_Clear();
-    throw py::type_error(named() + ": a number is wanted, " + shown(object) + " is given");
-  }
-  if (p.isInteger && !isInt(x)) notInt(named(), object);
-  return x;
-}
 
 void addCalculations(py::module_& module) {
   module.def("function", &function);
   module.def("calculation", &calculation);
-  module.def("entry", &entryOf);
-  module.def("names", [] {
-    py::list names;
-    for (int i = 0; i < qvCatalogueSize(); ++i) names.append(qvCatalogueItem(i)->shortName);
-    return names;
-  });
 }
 
 }  // namespace qv::python

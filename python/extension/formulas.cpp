@@ -56,7 +56,7 @@ OpenFormula::OpenFormula(const std::string& text, const Values& values)
   for (const std::string& name : names) {
     const bool isGiven =
         std::any_of(values.begin(), values.end(), [&](const auto& v) { return isSame(v.first, name); });
-    if (!isGiven) throw py::value_error("'" + text + "': $" + name + " has no value, give " + name + "=...");
+    if (!isGiven) missingValue("'" + text + "': ", name);
   }
   QvFormulaNeeds needs;
   const int status = qvFormulaNeeds(formula_.get(), 1e-3, &needs);
@@ -64,6 +64,10 @@ OpenFormula::OpenFormula(const std::string& text, const Values& values)
     throw py::value_error("'" + text + "': a calculation refuses the value of a parameter");
   if (status < 0) fail(text, status);
   series_ = needs.series;
+}
+
+void missingValue(const std::string& where, const std::string& parameter) {
+  throw py::value_error(where + "$" + parameter + " has no value, give " + parameter + "=...");
 }
 
 int evaluate(const OpenFormula& formula, const QvBars& bars, QvArray& out) noexcept {

@@ -4,6 +4,7 @@
 #include "python/extension/bars.h"
 #include "python/extension/batch.h"
 #include "python/extension/calculations.h"
+#include "python/extension/catalogue.h"
 #include "python/extension/charts.h"
 #include "python/extension/errors.h"
 #include "python/extension/finance.h"
@@ -25,6 +26,7 @@ PYBIND11_MODULE(_core, module) {
   connect(module);
   addBars(module);
   addCalculations(module);
+  addCatalogue(module);
   addFormulas(module);
   addBatch(module);
   addBacktests(module);

@@ -90,8 +90,9 @@ class Simulator {
   }
 
   py::object equity(double capital, double costRate) const {
+    if (system_.currentBar < 0) return newArray(0);
     Series equity;
-    if (system_.currentBar >= 0) done(qvEquity(&system_, capital, costRate, &equity));
+    done(qvEquity(&system_, capital, costRate, &equity));
     return numbers(equity.items(), [](double x) { return x; });
   }
 

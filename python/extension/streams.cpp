@@ -43,8 +43,7 @@ class FormulaStream {
       throw py::value_error(text_ + (step == Update ? ": no column is given" : ": one bar is wanted"));
     py::object array = newArray(count);
     QvArray out = seriesOf(array.ptr());
-    double* outputs[] = {out.data};
-    if (count > 0) run(step, values, count, outputs);
+    if (count > 0) run(step, values, count, &out.data);
     const int end = stream_.bars() + (step == Peek ? 1 : 0), first = stream_.firstValid();
     eraseBelow(out, first < 0 ? count : std::max(0, first - (end - count)));
     return array;

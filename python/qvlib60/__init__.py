@@ -19,6 +19,7 @@ from .bars import *  # noqa: E402
 from .batches import *  # noqa: E402
 from .catalogue import calculations, info  # noqa: E402
 from .charts import *  # noqa: E402
+from .files import *  # noqa: E402
 from .finance import *  # noqa: E402
 from .formulas import *  # noqa: E402
 from .indicators import *  # noqa: E402

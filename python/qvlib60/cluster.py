@@ -14,19 +14,18 @@ every block's rows are written as they come, and the same call goes on from ther
 """
 from __future__ import annotations
 
-import hashlib
 import json
 import os
 import sys
 import time
-from dataclasses import dataclass, field, replace
+from dataclasses import dataclass
 from typing import Any, Callable, Iterable, Mapping, Optional, Sequence, Union
 
 import numpy as np
 
 from . import _core, dates as _dates, screens as _screens, sweeps as _sweeps
-from ._settings import Sets, rule_texts, sets_of, settings_of
-from .bars import Bars
+from ._settings import rule_texts, sets_of, settings_of
+from ._work import Block, Job, Raw, measured, run, split
 from .formulas import open_formula
 from .screens import Screen
 from .sources import Path, sources_of
@@ -34,10 +33,9 @@ from .sweeps import Sweep, Walk
 
 __all__ = ["Loader", "screen", "sweep"]
 
-#: Seconds of computing that a unit of work has at least, and that a run has at least to be worth sending.
-UNIT, WORTH_SENDING = 0.5, 60.0
+#: Seconds of computing that a run has at least to be worth sending.
+WORTH_SENDING = 60.0
 
-Raw = dict[str, Any]
 Progress = Union[bool, Callable[[float], Any]]
 
 
@@ -49,137 +47,20 @@ class Loader:
     load: Callable[[str], Any]
 
 
-@dataclass(frozen=True)
-class _Block:
-    """Sources from one number to before another, and of each set of parameters the values likewise."""
-
-    first: int
-    end: int
-    ranges: tuple[tuple[int, int], ...] = ()
-
-    def combinations(self) -> int:
-        return int(np.prod([b - a for a, b in self.ranges], dtype=np.int64))
-
-
-@dataclass(frozen=True)
-class _Job:
-    """All that a worker needs to know of a run but the block."""
-
-    kind: str  # screen, sweep, walk
-    sources: tuple[tuple[str, Any], ...]
-    load: Optional[Callable[[str], Any]] = None
-    rules: tuple[str, ...] = ()
-    sets: Sets = field(default_factory=list)
-    settings: dict[str, Any] = field(default_factory=dict)
-    rank: str = ""
-    stretches: str = ""
-    adjusted: bool = False
-    asof: float = 0.0
-
-    def fingerprint(self) -> str:
-        """Tells a run from another one: all but the loader, which has no text."""
-        told = [self.kind, [name for name, _ in self.sources], self.rules, self.sets, self.settings, self.rank,
-                self.stretches, self.adjusted, self.asof, _core.version]
-        return hashlib.sha256(json.dumps(told, default=str).encode()).hexdigest()
-
-    def of(self, first: int, end: int) -> _Job:
-        """The same for some of the sources alone, which is all that travels to a worker."""
-        return replace(self, sources=self.sources[first:end])
-
-
-def _run(job: _Job, block: _Block) -> Raw:
-    """Computes a block: rows with the numbers of sources and combinations of the whole run. Called on workers."""
-    sources = [(name, job.load(name) if job.load else place) for name, place in job.sources]
-    sources = [(name, place if isinstance(place, str) else _set_of(place)) for name, place in sources]
-    if job.kind == "screen":
-        raw = _core.screen(sources, job.rules[0], job.asof, job.adjusted, 1)
-        return {**raw, "rows": {name: _plain(column) for name, column in raw["rows"].items()}}
-    sets = [(name, values[a:b]) for (name, values), (a, b) in zip(job.sets, block.ranges)]
-    arguments = sources, list(job.rules), sets, job.settings, job.rank if job.kind == "walk" else "", job.adjusted
-    raw = _core.walk(*arguments, job.stretches, 1, None) if job.kind == "walk" else _core.sweep(*arguments, 1, None)
-    rows = raw["rows"]
-    rows["combination"] = _renumbered(rows["combination"], job.sets, block.ranges)
-    rows["source"] = rows["source"] + block.first
-    return {"rows": {name: _plain(column) for name, column in rows.items()}, "failed": raw["failed"]}
-
-
-def _set_of(bars: Any) -> _core.BarSet:
-    return bars._set if isinstance(bars, Bars) else Bars(bars)._set
-
-
-def _plain(column: Any) -> list[Any]:
-    return list(column.tolist()) if isinstance(column, np.ndarray) else list(column)
-
-
-def _renumbered(local: Any, sets: Sets, ranges: Sequence[tuple[int, int]]) -> Any:
-    """Numbers of combinations among all values, of numbers among those of the ranges."""
-    whole, stride, rest = np.zeros(len(local), np.int64), 1, np.asarray(local, np.int64)
-    for (_, values), (a, b) in zip(reversed(sets), reversed(ranges)):
-        whole += (rest % (b - a) + a) * stride
-        rest = rest // (b - a)
-        stride *= len(values)
-    return whole
-
-
-# ---- How the work is split ------------------------------------------------------------------------------
-
-
-def _measured(job: _Job) -> float:
-    """Seconds that one source takes with one combination; a small part of the work is done to tell."""
-    sample = [(0, min(len(values), 2)) for _, values in job.sets]
-    spent, count = 0.0, 0
-    for k in range(min(len(job.sources), 8)):
-        block = _Block(k, k + 1, tuple(sample))
-        begin = time.perf_counter()
-        try:
-            _run(job.of(k, k + 1), block)
-        except (OSError, ValueError):
-            pass  # it fails again where its turn comes
-        spent += time.perf_counter() - begin
-        count += block.combinations()
-        if spent > 0.3:
-            break
-    return spent / max(count, 1)
-
-
-def _blocks(job: _Job, seconds: float) -> list[_Block]:
-    """Blocks of at least UNIT seconds, but for what is left over."""
-    whole = tuple((0, len(values)) for _, values in job.sets)
-    of_file = _Block(0, 1, whole).combinations() * seconds
-    if of_file < 2 * UNIT:
-        files = max(1, int(np.ceil(UNIT / max(of_file, 1e-9))))
-        ends = range(0, len(job.sources), files)
-        return [_Block(first, min(first + files, len(job.sources)), whole) for first in ends]
-    parts = _halved(whole, 2 * UNIT / seconds)
-    return [_Block(k, k + 1, part) for k in range(len(job.sources)) for part in parts]
-
-
-def _halved(ranges: tuple[tuple[int, int], ...], most: float) -> list[tuple[tuple[int, int], ...]]:
-    if _Block(0, 1, ranges).combinations() < most:
-        return [ranges]
-    k = max(range(len(ranges)), key=lambda i: ranges[i][1] - ranges[i][0])
-    a, b = ranges[k]
-    if b - a < 2:
-        return [ranges]
-    middle = (a + b) // 2
-    return [part for half in ((a, middle), (middle, b))
-            for part in _halved(ranges[:k] + (half,) + ranges[k + 1:], most)]
-
-
 # ---- Rows that were written -----------------------------------------------------------------------------
 
 
 class _Record:
     """The blocks of a run and the rows that are known, in a file with a line for each; nothing without a file."""
 
-    def __init__(self, path: Optional[Path], job: _Job, plan: Callable[[], list[_Block]]) -> None:
+    def __init__(self, path: Optional[Path], job: Job, plan: Callable[[], list[Block]]) -> None:
         self.path = os.fspath(path) if path is not None else None
         self.results: dict[int, Raw] = {}
         lines = self._lines()
         if lines and lines[0].get("run") != job.fingerprint():
             raise ValueError(f"{self.path}: holds the rows of another run")
         if lines:
-            self.blocks = [_Block(first, end, tuple((a, b) for a, b in ranges)) for first, end, ranges in lines[0]["blocks"]]
+            self.blocks = [Block(first, end, tuple((a, b) for a, b in ranges)) for first, end, ranges in lines[0]["blocks"]]
             self.results = {line["block"]: line["result"] for line in lines[1:]}
         else:
             self.blocks = plan()
@@ -197,7 +78,7 @@ class _Record:
                         break
         return lines
 
-    def _rewrite(self, job: _Job) -> None:
+    def _rewrite(self, job: Job) -> None:
         if not self.path:
             return
         blocks = [(block.first, block.end, block.ranges) for block in self.blocks]
@@ -235,7 +116,7 @@ class _Shown:
             print(f"{self.what}: {done} of {of} blocks, {workers} workers", end=end, file=sys.stderr, flush=True)
 
 
-def _send(client: Any, job: _Job, record: _Record, progress: Progress) -> None:
+def _send(client: Any, job: Job, record: _Record, progress: Progress) -> None:
     """Has the missing blocks computed. A block whose workers were lost is sent again; what a block raises is raised."""
     from distributed import as_completed
     from distributed.scheduler import KilledWorker
@@ -245,7 +126,7 @@ def _send(client: Any, job: _Job, record: _Record, progress: Progress) -> None:
 
     def submit(number: int) -> Any:
         block = record.blocks[number]
-        return client.submit(_run, job.of(block.first, block.end), block, pure=False, retries=2)
+        return client.submit(run, job.of(block.first, block.end), block, pure=False, retries=2)
 
     number_of = {submit(number): number for number in record.missing()}
     try:
@@ -266,16 +147,16 @@ def _send(client: Any, job: _Job, record: _Record, progress: Progress) -> None:
         client.cancel(list(number_of))
 
 
-def _results(client: Any, job: _Job, rows: Optional[Path], force: bool, progress: Progress) -> Optional[list[Raw]]:
+def _results(client: Any, job: Job, rows: Optional[Path], force: bool, progress: Progress) -> Optional[list[Raw]]:
     """The results of all blocks in their order; None where the work is too small to be sent."""
     known: list[float] = []
 
     def seconds() -> float:
         if not known:
-            known.append(_measured(job))
+            known.append(measured(job))
         return known[0]
 
-    whole = _Block(0, len(job.sources), tuple((0, len(values)) for _, values in job.sets))
+    whole = Block(0, len(job.sources), tuple((0, len(values)) for _, values in job.sets))
     has_rows = rows is not None and os.path.exists(rows)
     if not force and not has_rows:
         work = seconds() * len(job.sources) * whole.combinations()
@@ -283,7 +164,7 @@ def _results(client: Any, job: _Job, rows: Optional[Path], force: bool, progress
             print(f"{job.kind}: about {work:.1f} s of work for one core, done here (force=True sends it all the same)",
                   file=sys.stderr)
             return None
-    record = _Record(rows, job, lambda: _blocks(job, seconds()))
+    record = _Record(rows, job, lambda: split(job, seconds()))
     _send(client, job, record, progress)
     return [record.results[number] for number in range(len(record.blocks))]
 
@@ -291,14 +172,14 @@ def _results(client: Any, job: _Job, rows: Optional[Path], force: bool, progress
 # ---- Putting it together --------------------------------------------------------------------------------
 
 
-def _job_of(kind: str, data: Any, **details: Any) -> _Job:
+def _job_of(kind: str, data: Any, **details: Any) -> Job:
     if isinstance(data, Loader):
-        return _Job(kind, tuple((str(name), None) for name in data.names), data.load, **details)
+        return Job(kind, tuple((str(name), None) for name in data.names), data.load, **details)
     sources = sources_of(data, symbols=kind == "screen")
     for name, place in sources:
         if not isinstance(place, str):
             raise TypeError(f"{name}: paths or a Loader are wanted: bars do not travel")
-    return _Job(kind, tuple((name, os.path.abspath(place)) for name, place in sources), **details)
+    return Job(kind, tuple((name, os.path.abspath(place)) for name, place in sources), **details)
 
 
 def _local(data: Any) -> Any:

@@ -7,7 +7,7 @@ import pytest
 
 import qvlib60 as qv
 from conftest import bars_of, random_columns
-from qvlib60 import cluster
+from qvlib60 import _work, cluster
 
 distributed = pytest.importorskip("distributed")
 RULES = {"long": "sma($fast) crosses above sma($slow)", "exit": "sma($fast) crosses below sma($slow)"}
@@ -38,8 +38,8 @@ def same(a, b):
 @pytest.fixture(autouse=True)
 def small_units(monkeypatch):
     """Blocks of less than eight combinations, however fast the machine is."""
-    monkeypatch.setattr(cluster, "UNIT", 0.02)
-    monkeypatch.setattr(cluster, "_measured", lambda job: 0.005)
+    monkeypatch.setattr(_work, "UNIT", 0.02)
+    monkeypatch.setattr(cluster, "measured", lambda job: 0.005)
 
 
 @pytest.mark.filterwarnings("ignore")
