@@ -65,7 +65,7 @@ class Fields {
   }
   template <typename... Any>
   QV_INLINE void take(std::variant<Any...>& any) noexcept {
-    std::visit([this](auto& one) { take(one); }, any);
+    std::visit([this](auto& one) { this->take(one); }, any);
   }
   template <typename Stage>
   requires std::is_class_v<Stage> QV_INLINE void take(Stage& stage) noexcept {
