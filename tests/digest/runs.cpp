@@ -1,5 +1,6 @@
-// Compressed bars, candles, point and figure, a trading system and formulas.
+// Compressed bars, candle patterns, point and figure, a trading system with its equity, and formulas.
 #include "digest.h"
+#include "patterns/candle_names.h"
 
 namespace qvtest {
 namespace {
@@ -46,6 +47,8 @@ void digestCandles(const QvBars& bars, Digests& digests) {
       digest.add(qvCandleColor(&candles, i)), digest.add(qvCandleShape(&candles, i));
       digest.add(qvCandleTopShadow(&candles, i)), digest.add(qvCandleBotShadow(&candles, i));
     }
+    for (const auto& pattern : qv::candlePatterns)
+      for (int i = 0; i < bars.barsize; ++i) digests[pattern.name].add(pattern.endsAt(&bars, &candles, i));
     qvCandleFree(&candles);
   }
 }
@@ -69,6 +72,27 @@ void add(Digest& digest, const QvTradeStats& s) {
         s.largestLosingTrade, s.maximumIntradayDrawdown, s.returnOnAccount, s.prr, s.openPositionPL})
     digest.add(v);
   digest.add(s.totalNumberOfTrades), digest.add(s.numberOfWinningTrades);
+}
+
+void digestEquity(const QvOrderSystem& sys, Digests& digests) {
+  for (const double cost : {0.0, 0.0005}) {
+    Array equity;
+    digests["qvEquity"].add(qvEquity(&sys, 10000, cost, &equity));
+    digests["qvEquity"].add(equity);
+    QvEquityFigures f{};
+    Digest& figures = digests["qvEquityFigures"];
+    figures.add(qvEquityFigures(&equity, &sys.bars.date, 0, 0.02, &f));
+    for (const double v : {f.first, f.last, f.totalGrowth, f.annualGrowth, f.sharpe, f.sortino,
+                           f.greatestDrawdown, f.greatestDrawdownPercent, f.barsPerYear})
+      figures.add(v);
+    figures.add(f.greatestDrawdownBars), figures.add(f.bars);
+    QvTradeFigures t{};
+    Digest& trades = digests["qvTradeFigures"];
+    trades.add(qvTradeFigures(&sys, cost, &t));
+    for (const double v : {t.grossProfit, t.grossLoss, t.profitFactor, t.expectancy, t.exposure})
+      trades.add(v);
+    trades.add(t.trades), trades.add(t.barsHeld);
+  }
 }
 
 // Entries on two averages' crossings, with a stop and a limit below and above the close.
@@ -101,6 +125,7 @@ void digestSystem(const QvBars& bars, Digests& digests) {
     Array marks;
     digests["qvCreateTradeGraph"].add(qvCreateTradeGraph(&sys, &marks));
     digests["qvCreateTradeGraph"].add(marks);
+    digestEquity(sys, digests);
     qvOrderSystemClose(&sys);
   }
 }
