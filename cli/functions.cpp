@@ -136,7 +136,7 @@ int run(const Options& options) {
   } else if (options.name.empty()) {
     printAll();
   } else {
-    print(*entries[0]);
+    print(*entries.front());
   }
   return kDone;
 }

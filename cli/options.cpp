@@ -7,6 +7,7 @@
 #include <thread>
 
 #include "cli/tool.h"
+#include "core/bar_series.h"
 #include "core/nearest.h"
 
 namespace qvcli {
@@ -104,7 +105,7 @@ qv::Bars compressed(qv::Bars& bars, const std::string& every) {
   }
   // What was not in the file is not in the longer bars.
   for (int k = 1; k < 7; ++k)
-    if ((&bars.date)[k].firstValid >= bars.barsize) (&out.date)[k].firstValid = out.barsize;
+    if (qv::seriesOf(bars, k).firstValid >= bars.barsize) qv::seriesOf(out, k).firstValid = out.barsize;
   return out;
 }
 
@@ -141,12 +142,12 @@ qv::Bars loadBars(const std::string& file, const FileOptions& options, const Ran
   if (range.first >= range.end) throw qv::Error(file, "no bars in this range", QV_RECORD_NOT_FOUND);
   qv::Bars& bars = loaded.bars;
   for (int k = 0; k < 7; ++k) {
-    QvArray& a = (&bars.date)[k];
+    QvArray& a = qv::seriesOf(bars, k);
     std::copy(a.data + range.first, a.data + range.end, a.data);
     a.firstValid = std::max(0, a.firstValid - range.first);
   }
   qv::check(qvReSizeBars(&bars, range.end - range.first), file);
-  return std::move(bars);
+  return std::move(loaded.bars);
 }
 
 std::unique_ptr<qv::Bars> loadAgainst(const std::string& file, const FileOptions& options,

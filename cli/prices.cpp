@@ -2,6 +2,8 @@
 
 #include <cmath>
 
+#include "core/bar_series.h"
+
 namespace qvcli {
 
 std::string frequencyName(const QvBars& bars) {
@@ -19,7 +21,7 @@ void printBars(Form form, const QvBars& bars) {
   std::vector<Column> columns = {{"date"}};
   std::vector<const QvArray*> series;
   for (int k = 0; k < 6; ++k) {
-    const QvArray& a = (&bars.open)[k];
+    const QvArray& a = qv::seriesOf(bars, 1 + k);
     if (a.firstValid >= bars.barsize) continue;
     series.push_back(&a);
     columns.push_back({kTitles[k]});

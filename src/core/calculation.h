@@ -5,9 +5,9 @@
 #include <algorithm>
 #include <cstddef>
 #include <initializer_list>
-#include <iterator>
 #include <span>
 
+#include "core/bar_series.h"
 #include "core/numbers.h"
 #include "qvlib60/core.h"
 
@@ -32,18 +32,6 @@ struct BarInput {
   const QvBars* bars;
   unsigned series;  // the BarSeries that are read: a missing block there is missing data
 };
-
-// The series of a bar set by number: 0 date .. 6 open interest.
-inline constexpr QvArray QvBars::*kSeriesMembers[] = {&QvBars::date,        &QvBars::open,  &QvBars::high,
-                                                      &QvBars::low,         &QvBars::close, &QvBars::volume,
-                                                      &QvBars::openInterest};
-inline constexpr int kSeriesCount = static_cast<int>(std::size(kSeriesMembers));
-inline QvArray& seriesOf(QvBars& b, int i) noexcept {
-  return b.*kSeriesMembers[i];
-}
-inline const QvArray& seriesOf(const QvBars& b, int i) noexcept {
-  return b.*kSeriesMembers[i];
-}
 
 // True when item i is there, whatever the index.
 inline bool hasItem(const QvArray& a, int i) noexcept {

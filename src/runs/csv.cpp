@@ -4,6 +4,7 @@
 #include <cmath>
 #include <limits>
 
+#include "core/bar_series.h"
 #include "runs/csv_layout.h"
 
 namespace qv::runs {
@@ -95,7 +96,7 @@ class RowReader {
     Bars& b = to_.bars;
     const int i = b.barsize++;
     b.date.data[i] = date;
-    for (int k = 0; k < 4; ++k) (&b.open)[k].data[i] = price[k];
+    for (int k = 0; k < 4; ++k) seriesOf(b, 1 + k).data[i] = price[k];
     b.volume.data[i] = volume[0];
     b.openInterest.data[i] = volume[1];
     to_.lines.push_back(row.line);
@@ -181,7 +182,7 @@ Loaded readCsv(const std::string& file, std::string_view text, const LoadOptions
   const int n = bars.barsize;
   check(qvReSizeBars(&bars, n), file);
   for (int k = 0; k < 3; ++k)
-    markUnknown((&bars.open)[k], n, layout.has(static_cast<CsvField>(kOpen + k)), true);
+    markUnknown(seriesOf(b, 1 + k), n, layout.has(static_cast<CsvField>(kOpen + k)), true);
   markUnknown(bars.volume, n, layout.has(kVolume), false);
   markUnknown(bars.openInterest, n, layout.has(kOpenInterest), false);
   bars.reccnt = rows;

@@ -7,6 +7,7 @@
 #include <filesystem>
 #include <memory>
 
+#include "core/bar_series.h"
 #include "runs/csv.h"
 #include "runs/directories.h"
 #include "runs/words.h"
@@ -73,7 +74,10 @@ void dropUnreadable(Loaded& loaded) {
       loaded.leftOut.push_back({i + 1, noDate ? "no date" : "no close"});
       continue;
     }
-    for (int k = 0; k < 7; ++k) (&b.date)[k].data[kept] = (&b.date)[k].data[i];
+    for (int k = 0; k < 7; ++k) {
+      double* items = seriesOf(b, k).data;
+      items[kept] = items[i];
+    }
     ++kept;
   }
   if (kept < b.barsize) check(qvReSizeBars(&b, kept), b.path);
@@ -82,7 +86,7 @@ void dropUnreadable(Loaded& loaded) {
 // A series of nothing but zeros was not in the file; below, as in CSV files.
 void markUnknown(Bars& b) {
   for (int k = 1; k < 7; ++k) {
-    QvArray& a = (&b.date)[k];
+    QvArray& a = seriesOf(b, k);
     if (!std::all_of(a.data, a.data + a.size, [](double x) { return x == 0.0; })) continue;
     if (k < 4) std::copy(b.close.data, b.close.data + a.size, a.data);
     a.firstValid = a.size;

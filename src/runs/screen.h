@@ -22,7 +22,7 @@ struct ScreenOptions {
 // A security for which the rule holds.
 struct Match {
   std::string symbol;
-  double date, close;
+  double date = 0, close = 0;
   std::vector<double> values;  // of the rule's formulas; not-a-number where one is not known
 };
 

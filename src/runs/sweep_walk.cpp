@@ -6,6 +6,7 @@
 #include <mutex>
 #include <optional>
 
+#include "core/bar_series.h"
 #include "runs/sweep_parts.h"
 
 namespace qv::runs {
@@ -63,9 +64,9 @@ Bars barsOf(const QvBars& bars, Stretch stretch) {
   Bars part = Bars::borrow({items(bars.date), items(bars.open), items(bars.high), items(bars.low),
                             items(bars.close), items(bars.volume), items(bars.openInterest)});
   for (int k = 0; k < 7; ++k) {
-    QvArray& series = (&part.date)[k];
+    QvArray& series = seriesOf(part, k);
     if (series.data)
-      series.firstValid = std::clamp((&bars.date)[k].firstValid - stretch.begin, 0, part.barsize);
+      series.firstValid = std::clamp(seriesOf(bars, k).firstValid - stretch.begin, 0, part.barsize);
   }
   return part;
 }

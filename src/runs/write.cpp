@@ -16,16 +16,24 @@ namespace {
 
 constexpr const char* kLayoutFile = "txtinfo.txt";
 
-constexpr const char* kHeadings[] = {"Open", "High", "Low", "Close", "Volume", "OpenInterest"};
+// The series from the opens on, with their columns in a layout.
+struct Column {
+  const char* heading;
+  int32_t QvTxtInfo::*number;
+  const QvArray QvBars::*series;
+
+  bool isIn(const QvBars& bars) const { return (bars.*series).firstValid < bars.barsize; }
+};
+constexpr Column kColumns[] = {{"Open", &QvTxtInfo::openColumn, &QvBars::open},
+                               {"High", &QvTxtInfo::highColumn, &QvBars::high},
+                               {"Low", &QvTxtInfo::lowColumn, &QvBars::low},
+                               {"Close", &QvTxtInfo::closeColumn, &QvBars::close},
+                               {"Volume", &QvTxtInfo::volumeColumn, &QvBars::volume},
+                               {"OpenInterest", &QvTxtInfo::openInterestColumn, &QvBars::openInterest}};
 
 bool hasTimes(const QvBars& bars) {
   return std::any_of(bars.date.data, bars.date.data + bars.barsize,
                      [](double date) { return date != std::floor(date); });
-}
-
-// Whether series k, from the opens on, is in the bar set.
-bool hasSeries(const QvBars& bars, int k) {
-  return (&bars.open)[k].firstValid < bars.barsize;
 }
 
 QvTxtInfo layoutOf(const QvBars& bars) {
@@ -33,8 +41,8 @@ QvTxtInfo layoutOf(const QvBars& bars) {
   int column = 0;
   layout.dateColumn = ++column;
   if (hasTimes(bars)) layout.timeColumn = ++column;
-  for (int k = 0; k < 6; ++k)
-    if (hasSeries(bars, k)) (&layout.openColumn)[k] = ++column;
+  for (const Column& c : kColumns)
+    if (c.isIn(bars)) layout.*c.number = ++column;
   layout.skip = 1;
   layout.delimiters[0] = ',';
   return layout;
@@ -70,8 +78,8 @@ void writeText(const std::string& file, const QvBars& bars) {
   writeLayout(directory, layout);
   const bool times = layout.timeColumn > 0;
   std::string text = times ? "Date,Time" : "Date";
-  for (int k = 0; k < 6; ++k)
-    if (hasSeries(bars, k)) text += std::string(",") + kHeadings[k];
+  for (const Column& c : kColumns)
+    if (c.isIn(bars)) text += std::string(",") + c.heading;
   text += '\n';
   for (int i = 0; i < bars.barsize; ++i) {
     int year, month, day, hour, minute, second;
@@ -80,8 +88,8 @@ void writeText(const std::string& file, const QvBars& bars) {
     std::snprintf(date, sizeof date, times ? "%04d-%02d-%02d,%02d:%02d:%02d" : "%04d-%02d-%02d", year, month,
                   day, hour, minute, second);
     text += date;
-    for (int k = 0; k < 6; ++k)
-      if (hasSeries(bars, k)) text += "," + textOf((&bars.open)[k].data[i]);
+    for (const Column& c : kColumns)
+      if (c.isIn(bars)) text += "," + textOf((bars.*c.series).data[i]);
     text += '\n';
   }
   std::FILE* f = std::fopen(file.c_str(), "wb");

@@ -6,6 +6,7 @@
 #include <climits>
 #include <sstream>
 
+#include "core/bar_series.h"
 #include "patterns/candle_names.h"
 #include "support/candles.h"
 #include "support/expect.h"
@@ -128,7 +129,7 @@ struct Laid {
       const double* x = &w[static_cast<std::size_t>(8 * (last - i))];
       const auto field = [x](int k) { return static_cast<std::int8_t>(x[k]); };
       candles.records[i] = {field(0), field(1), field(2), field(3)};
-      for (int k = 0; k < 4; ++k) (&bars.open)[k].data[i] = x[4 + k];
+      for (int k = 0; k < 4; ++k) qv::seriesOf(bars, 1 + k).data[i] = x[4 + k];
     }
   }
 };

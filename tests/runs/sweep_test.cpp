@@ -1,5 +1,6 @@
 // Sweeps: rows that no number of threads changes, and walks that know nothing of the bars behind them.
 #include "runs/sweep.h"
+#include "core/bar_series.h"
 
 #include <gtest/gtest.h>
 
@@ -154,8 +155,8 @@ TEST(Walk, TunesOnBarsThatKnowNothingOfTheFuture) {
   std::mt19937 random(7);
   for (int i = cut; i < scrambled.barsize; ++i) {
     const int from = cut + static_cast<int>(random() % static_cast<unsigned>(bars.barsize - cut));
-    for (QvArray* a : {&scrambled.open, &scrambled.high, &scrambled.low, &scrambled.close, &scrambled.volume})
-      a->data[i] = (&bars.date)[a - &scrambled.date].data[from] * 3;
+    for (int k = 1; k < qv::kSeriesCount - 1; ++k)
+      qv::seriesOf(scrambled, k).data[i] = qv::seriesOf(bars, k).data[from] * 3;
   }
   request.sources = {sourceOf("SPX", scrambled)};
   const WalkResult other = walkForward(request, walk, {.jobs = 2});

@@ -3,6 +3,7 @@
 
 #include <cstring>
 
+#include "core/bar_series.h"
 #include "core/guarded_heap.h"
 #include "core/memory.h"
 #include "stream/support.h"
@@ -29,14 +30,14 @@ struct RandomCall : EntryCall {
     }
     if (below(3) == 0)
       for (auto& set : bars)
-        for (int k = 1; k < 7; ++k) spoil((&set.date)[k]);
+        for (int k = 1; k < 7; ++k) spoil(qv::seriesOf(set, k));
     if (below(3) == 0)
       for (auto& in : inputs) spoil(in);
     if (below(4) == 0)
       for (auto& in : inputs) round(in);
     if (below(4) == 0)
       for (auto& set : bars)
-        for (int k = 1; k < 7; ++k) round((&set.date)[k]);
+        for (int k = 1; k < 7; ++k) round(qv::seriesOf(set, k));
   }
   int below(int n) { return static_cast<int>(random() % static_cast<unsigned>(n)); }
   void spoil(QvArray& a) {
@@ -56,7 +57,7 @@ struct RandomCall : EntryCall {
     beside.assign(7, Items());
     for (int i = 0, j = 0; i < a.barsize; ++i) {
       while (j + 1 < b.barsize && b.date.data[j] < a.date.data[i]) ++j;
-      for (int k = 0; k < 7; ++k) beside[static_cast<std::size_t>(k)].push_back((&b.date)[k].data[j]);
+      for (int k = 0; k < 7; ++k) beside[static_cast<std::size_t>(k)].push_back(qv::seriesOf(b, k).data[j]);
     }
   }
 
