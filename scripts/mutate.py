@@ -7,13 +7,14 @@ import pathlib
 import random
 import re
 import shlex
+import shutil
 import subprocess
 import sys
+import time
 
 root = pathlib.Path(__file__).resolve().parent.parent
 build = root / "build/release"
 work = root / "build/mutate"
-library = build / "libqvlib60_testable.a"
 
 # Binary operators stand between blanks (clang-format sees to it), so template brackets and signs are left alone.
 SWAPS = {" < ": [" <= ", " >= "], " <= ": [" < "], " > ": [" >= ", " <= "], " >= ": [" > "], " == ": [" != "],
@@ -74,7 +75,7 @@ def dependents(path, all_commands):
 
 
 def tests_of(path):
-    room = "runs" if path.parts[1] == "runs" else path.parts[1]
+    room = path.parts[1]
     objects = sorted((build / "tests/CMakeFiles/qvlib60_tests.dir" / room).glob("*.o"))
     if room in ("kernels", "core", "platform"):
         for more in ("indicators", "dates", "datafiles"):
@@ -82,65 +83,88 @@ def tests_of(path):
     return objects
 
 
-def run(program, seconds, *arguments):
+def libraries():
+    """What the test program is linked with."""
+    rules = (build / "build.ninja").read_text().split("build tests/qvlib60_tests:")[1]
+    words = re.search(r"LINK_LIBRARIES = (.*)", rules).group(1).split()
+    return [str(build / w) if w.endswith(".a") and not w.startswith("/") else w for w in words]
+
+
+class Undecided(Exception):
+    """The tests could not be built or did not come to an end."""
+
+
+def passes(name, objects, seconds, *arguments):
+    program = work / name
+    if subprocess.run(["g++", "-o", str(program), *map(str, objects), *libraries(), "-lpthread"],
+                      capture_output=True).returncode:
+        raise Undecided("is not linked")
     try:
         return subprocess.run([program, *arguments], cwd=root, capture_output=True, timeout=seconds).returncode == 0
     except subprocess.TimeoutExpired:
-        return False
+        raise Undecided("does not end") from None
 
 
-def link(output, objects):
-    extra = [str(build / "src/runs/libqvlib60_runs.a")] if (build / "src/runs/libqvlib60_runs.a").exists() else []
-    return subprocess.run(["g++", "-o", str(output), *map(str, objects), *extra, str(library), "-lgtest", "-lgtest_main",
-                           "-lcsv", "-lpthread"], capture_output=True).returncode == 0
-
-
-def survives(path, objects):
+def survives(path, objects, seconds=120):
+    """Whether the tests of the changed source's room and the digests pass: those of its name first."""
     stem = path.stem.split("_")[0]
     own = [o for o in tests_of(path) if o.name.startswith(stem)]
     rest = [o for o in tests_of(path) if o not in own]
     for tests in (own, rest):
-        if not tests:
-            continue
-        if not link(work / "tests", objects + tests):
-            return False
-        if not run(work / "tests", 120, "--gtest_fail_fast", "--gtest_brief=1"):
+        if tests and not passes("tests", objects + tests, seconds, "--gtest_fail_fast", "--gtest_brief=1"):
             return False
     digests = sorted((build / "tests/CMakeFiles/qv_digest.dir/digest").glob("*.o"))
-    return link(work / "digest", objects + digests) and run(work / "digest", 120, "data", "tests/digest/same_bits.txt")
+    return passes("digest", objects + digests, seconds, "data", "tests/digest/same_bits.txt")
+
+
+def compiled(path, text, sources, all_commands):
+    """The objects of the sources with this text in the file's place; none where it does not compile."""
+    overlay = work / "overlay"
+    shutil.rmtree(overlay, ignore_errors=True)
+    header = path.suffix == ".h"
+    copy = overlay / path.relative_to("src") if header else work / path.name
+    copy.parent.mkdir(parents=True, exist_ok=True)
+    copy.write_text(text)
+    objects = []
+    for source in sources:
+        output = work / (source.replace("/", "_") + ".o")
+        command, directory = all_commands[source]
+        if not compile_to(root / source if header else copy, source, output, command, directory, overlay):
+            return []
+        objects.append(output)
+    return objects
 
 
 def mutate(path, sample, all_commands):
     text = (root / path).read_text()
+    sources = dependents(path, all_commands) if path.suffix == ".h" else [str(path)]
+    unchanged = compiled(path, text, sources, all_commands)
+    begin = time.monotonic()
+    if not unchanged or not survives(path, unchanged):
+        print(f"{path}: its tests do not pass as it stands, nothing tried", flush=True)
+        return
+    seconds = 20 + 10 * (time.monotonic() - begin)
     changes = list(mutants(text))
     random.Random(str(path)).shuffle(changes)
     changes = sorted(changes[:sample] if sample else changes)
-    header = path.suffix == ".h"
-    sources = dependents(path, all_commands) if header else [str(path)]
-    overlay = work / "overlay"
-    tried = survived = 0
+    found = survived = undecided = 0
     for number, line in changes:
         lines = text.split("\n")
         was = lines[number]
         lines[number] = line
-        subprocess.run(["rm", "-rf", str(overlay)], check=True)
-        overlay.mkdir(parents=True)
-        copy = overlay / path.relative_to("src") if header else work / path.name
-        copy.parent.mkdir(parents=True, exist_ok=True)
-        copy.write_text("\n".join(lines))
-        objects = []
-        for source in sources:
-            output = work / (source.replace("/", "_") + ".o")
-            command, directory = all_commands[source]
-            if not compile_to(root / source if header else copy, source, output, command, directory, overlay):
-                break
-            objects.append(output)
-        else:
-            tried += 1
-            if survives(path, objects):
+        objects = compiled(path, "\n".join(lines), sources, all_commands)
+        if not objects:
+            continue
+        try:
+            if survives(path, objects, seconds):
                 survived += 1
                 print(f"{path}:{number + 1}: survives\n  - {was.strip()}\n  + {line.strip()}", flush=True)
-    print(f"{path}: {tried - survived} of {tried} changes found", flush=True)
+            else:
+                found += 1
+        except Undecided as reason:
+            undecided += 1
+            print(f"{path}:{number + 1}: {reason}\n  + {line.strip()}", flush=True)
+    print(f"{path}: {found} of {found + survived} changes found, {undecided} undecided", flush=True)
 
 
 def main():
