@@ -182,7 +182,7 @@ Loaded readCsv(const std::string& file, std::string_view text, const LoadOptions
   const int n = bars.barsize;
   check(qvReSizeBars(&bars, n), file);
   for (int k = 0; k < 3; ++k)
-    markUnknown(seriesOf(b, 1 + k), n, layout.has(static_cast<CsvField>(kOpen + k)), true);
+    markUnknown(seriesOf(bars, 1 + k), n, layout.has(static_cast<CsvField>(kOpen + k)), true);
   markUnknown(bars.volume, n, layout.has(kVolume), false);
   markUnknown(bars.openInterest, n, layout.has(kOpenInterest), false);
   bars.reccnt = rows;
