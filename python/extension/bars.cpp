@@ -140,7 +140,7 @@ BarSet::BarSet(Bars&& bars) {
   auto kept = std::make_unique<Bars>(std::move(bars));
   static_cast<QvBars&>(bars_) = *kept;
   const py::capsule owner(kept.get(), [](void* p) { delete static_cast<Bars*>(p); });
-  kept.release();
+  static_cast<void>(kept.release());  // the capsule's
   for (int k = 0; k < kBarSeries; ++k) {
     QvArray& series = bars_.*kSeriesOfBars[k];
     series.size = series.capacity = bars_.barsize;

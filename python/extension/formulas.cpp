@@ -47,16 +47,17 @@ py::object evaluated(const OpenFormula& formula, const py::object& bars, const p
 OpenFormula::OpenFormula(const std::string& text, const Values& values)
     : text_(text), formula_(opened(text)), series_(0) {
   const std::vector<std::string> names = formula_.parameters();
-  for (const auto& [name, value] : values) {
+  for (const auto& given : values) {
     const bool isKnown =
-        std::any_of(names.begin(), names.end(), [&](const auto& n) { return isSame(n, name); });
-    if (!isKnown) throw py::type_error("'" + text + "' has no parameter $" + name);
-    formula_.set(name, value);
+        std::any_of(names.begin(), names.end(), [&](const auto& n) { return isSame(n, given.first); });
+    if (!isKnown)
+      throw py::type_error(std::string("'").append(text).append("' has no parameter $") + given.first);
+    formula_.set(given.first, given.second);
   }
   for (const std::string& name : names) {
     const bool isGiven =
         std::any_of(values.begin(), values.end(), [&](const auto& v) { return isSame(v.first, name); });
-    if (!isGiven) missingValue("'" + text + "': ", name);
+    if (!isGiven) missingValue(text, name);
   }
   QvFormulaNeeds needs;
   const int status = qvFormulaNeeds(formula_.get(), 1e-3, &needs);
@@ -66,8 +67,9 @@ OpenFormula::OpenFormula(const std::string& text, const Values& values)
   series_ = needs.series;
 }
 
-void missingValue(const std::string& where, const std::string& parameter) {
-  throw py::value_error(where + "$" + parameter + " has no value, give " + parameter + "=...");
+void missingValue(const std::string& rule, const std::string& parameter) {
+  throw py::value_error((rule.empty() ? "$" : "'" + rule + "': $") + parameter + " has no value, give " +
+                        parameter + "=...");
 }
 
 int evaluate(const OpenFormula& formula, const QvBars& bars, QvArray& out) noexcept {

@@ -32,8 +32,8 @@ class OpenFormula {
 // needed. The status of qvFormulaEval.
 int evaluate(const OpenFormula& formula, const QvBars& bars, QvArray& out) noexcept;
 
-// Throws that a parameter has none.
-[[noreturn]] void missingValue(const std::string& where, const std::string& parameter);
+// Throws that a parameter has none; the rule may be empty.
+[[noreturn]] void missingValue(const std::string& rule, const std::string& parameter);
 
 void addFormulas(py::module_& module);
 

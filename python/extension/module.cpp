@@ -15,13 +15,14 @@
 
 PYBIND11_MODULE(_core, module) {
   using namespace qv::python;
-  py::register_exception_translator([](std::exception_ptr p) {
-    try {
-      if (p) std::rethrow_exception(p);
-    } catch (const qv::Error& e) {
-      setError(e);
-    }
-  });
+  py::register_exception_translator(
+      [](std::exception_ptr p) {  // NOLINT(performance-unnecessary-value-param): as it is wanted
+        try {
+          if (p) std::rethrow_exception(p);
+        } catch (const qv::Error& e) {
+          setError(e);
+        }
+      });
   module.attr("version") = qvVersion();
   connect(module);
   addBars(module);

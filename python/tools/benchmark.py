@@ -12,6 +12,7 @@ import pandas as pd
 import qvlib60 as qv
 
 SIZES = (100, 1000, 10000)
+ROUNDS = 6
 NUMBERS = {"sma": (20,), "rsi": (14,), "atr": (14,), "bollinger": (2, 20), "macd": (12, 26, 9)}
 FORMULAS = ["sma(20)", "rsi(14)", "atr(14)", "bollinger(2,20)", "macd(12,26,9)"]
 
@@ -68,31 +69,41 @@ def by_pandas(frame):
     return {"sma": lambda: close.rolling(20).mean(), "rsi": rsi, "atr": atr, "bollinger": bollinger, "macd": macd}
 
 
-def best(call, seconds=0.15):
-    """Microseconds of a call: the best of many short samples."""
-    calls = max(1, int(2e-3 / max(timeit.timeit(call, number=3) / 3, 1e-7)))
-    samples = max(3, int(seconds / 2e-3))
+def best(call, seconds=0.05):
+    """Microseconds of a call: the best of many short samples, as short as those in C."""
+    sample = 3e-4
+    calls = max(1, int(sample / max(timeit.timeit(call, number=3) / 3, 1e-7)))
+    samples = max(3, int(seconds / sample))
     return min(timeit.repeat(call, number=calls, repeat=samples)) / calls * 1e6
 
 
+def calls_of(name, size):
+    """The calls of a row: with out=, with a new array, by pandas."""
+    columns = walk(size)
+    bars = qv.Bars(**columns)
+    data = bars if qv.info(name).bars else bars.close
+    call, numbers = getattr(qv, name), NUMBERS[name]
+    fresh = call(data, *numbers)
+    outs = tuple(map(aligned, fresh)) if isinstance(fresh, tuple) else aligned(fresh)
+    return ((lambda: call(data, *numbers, out=outs)), (lambda: call(data, *numbers)),
+            by_pandas(pd.DataFrame(columns))[name])
+
+
 def main():
-    in_c = c_calls()
+    rows = {(name, size): calls_of(name, size) for name in NUMBERS for size in SIZES}
+    costs = {}
+    for _ in range(ROUNDS):  # by turns, so that what else goes on meets all of them
+        in_c = c_calls()
+        for row, calls in rows.items():
+            now = in_c[row], *(best(call) for call in calls)
+            costs[row] = tuple(map(min, now, costs.get(row, now)))
     print("| calculation | bars | C call | `out=` | new array | pandas |\n|---|---|---|---|---|---|")
-    for name, numbers in NUMBERS.items():
-        for size in SIZES:
-            columns = walk(size)
-            bars = qv.Bars(**columns)
-            data = bars if qv.info(name).bars else bars.close
-            call = getattr(qv, name)
-            fresh = call(data, *numbers)
-            outs = tuple(map(aligned, fresh)) if isinstance(fresh, tuple) else aligned(fresh)
-            costs = (in_c[name, size], best(lambda: call(data, *numbers, out=outs)), best(lambda: call(data, *numbers)),
-                     best(by_pandas(pd.DataFrame(columns))[name]))
-            print(f"| {name} | {size:,} | " + " | ".join(f"{cost:.2f}" for cost in costs) + " |")
+    for (name, size), found in costs.items():
+        print(f"| {name} | {size:,} | " + " | ".join(f"{cost:.2f}" for cost in found) + " |")
     sets = [qv.Bars(**walk(5000, seed)) for seed in range(500)]
     out = np.empty((5, 500, 5000))
     in_c, times = {}, {1: [], 2: []}
-    for _ in range(5):  # by turns, so that what else goes on meets all of them
+    for _ in range(ROUNDS):
         for key, cost in c_calls("batch").items():
             in_c[key] = min(cost, in_c.get(key, cost))
         for threads, spent in times.items():
