@@ -29,8 +29,7 @@ class ExponentialPair {
         x, count,
         [&](int at, int items) {
           Tile first, second;
-          first_.run(x + at, items, first, origin_.value());
-          second_.run(x + at, items, second, origin_.value());
+          first_.run(second_, x + at, items, first, second, origin_.value());
           body(at, items, origin_.value(), first, second);
         },
         first_, second_);

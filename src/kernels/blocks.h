@@ -73,6 +73,13 @@ QV_INLINE std::array<Lanes, kCount> loadPair(const Inputs<kCount>& from, int at)
   return inAllPairs<Lanes>(load<Two>(from, at));
 }
 
+// Whether a statistic knows how to move rows of four items (see Adding). The terms of such a one are as soon
+// made again of a neighbour's items as moved across lanes.
+template <typename Of>
+inline constexpr bool kByFours = requires {
+  Of::kAnchorCounts;
+};
+
 // The suffixes of the block before the anchors, as the window that ends at j takes them: its items j + 1 ..
 // (kOwn: j ..).
 template <bool kOwn, typename Lanes, typename Of>
@@ -86,13 +93,12 @@ QV_INLINE void suffixes(const Of& ofThis, BlockMemory& memory, const Inputs<Of::
   if constexpr (!kOwn && !Of::kCountsOnce) next = of.terms(anchors, anchors, all<Lanes>(0.0));
   const int last = (memory.length - 1) & -kStep;
   Lanes k = placesFrom<Lanes>(last - memory.length);
-  const auto take = [&](int j, const Group<Lanes, kRows>& terms) QV_LAMBDA {
-    const Group<Lanes, kRows> shifted = oneOn(terms, next);
-    const Group<Lanes, kRows>& first = kOwn ? terms : shifted;
-    const Group<Lanes, kRows> pairs =
-        of.join(of.numbers(first), of.numbers(kOwn ? shifted : twoOn(terms, next)));
-    const Group<Lanes, kRows> result = of.join(of.join(pairs, twoOn(pairs, nextPairs)), ahead);
-    const Group<Lanes, kRows> whole = of.begunWith(first, result);
+  using Rows = Group<Lanes, kRows>;
+  const auto take = [&](int j, const Rows& terms, const Rows& shifted) QV_LAMBDA {
+    const Rows& first = kOwn ? terms : shifted;
+    const Rows pairs = of.join(of.numbers(first), of.numbers(kOwn ? shifted : twoOn(terms, next)));
+    const Rows result = of.join(of.join(pairs, twoOn(pairs, nextPairs)), ahead);
+    const Rows whole = of.begunWith(first, result);
     for (int r = 0; r < kRows; ++r) store(memory.suffix(r) + j, whole[r]);
     ahead = kStep == 2 ? nearer : result;
     nearer = result;
@@ -100,12 +106,19 @@ QV_INLINE void suffixes(const Of& ofThis, BlockMemory& memory, const Inputs<Of::
     nextPairs = pairs;
     k = k - all<Lanes>(kStep);
   };
+  const auto takeLast = [&](int j, const Rows& terms) QV_LAMBDA { take(j, terms, oneOn(terms, next)); };
   int j = last;
-  if (memory.length % kStep != 0) {  // a pair, and behind it what follows the block
-    take(j, withUpper(of.terms(loadPair<Lanes>(block, j), anchors, k), next));
-    j -= kStep;
+  if (memory.length % kStep != 0)  // a pair, and behind it what follows the block
+    takeLast(j, withUpper(of.terms(loadPair<Lanes>(block, j), anchors, k), next));
+  else
+    takeLast(j, of.terms(load<Lanes>(block, j), anchors, k));
+  for (j -= kStep; j >= 0; j -= kStep) {
+    const Rows terms = of.terms(load<Lanes>(block, j), anchors, k);
+    if constexpr (kByFours<Of>)
+      take(j, terms, of.terms(load<Lanes>(block, j + 1), anchors, k + all<Lanes>(1.0)));
+    else
+      takeLast(j, terms);
   }
-  for (; j >= 0; j -= kStep) take(j, of.terms(load<Lanes>(block, j), anchors, k));
 }
 // Of the window that is the whole block: nothing but that it begins with the anchor.
 template <typename Of>
@@ -152,9 +165,10 @@ QV_INLINE int windowsUp(const Of& ofThis, BlockMemory& memory, const Inputs<Of::
   Inputs<kRows> before;
   for (int r = 0; r < kRows; ++r) before[r] = memory.suffix(r) + memory.place;
   Lanes k = placesFrom<Lanes>(memory.place + from);
-  const auto take = [&](int i, const Group<Lanes, Of::kInputs>& x) QV_LAMBDA {
-    const Group<Lanes, kRows> terms = of.numbers(of.terms(x, anchors, k));
-    const Group<Lanes, kRows> pairs = of.join(oneBack(last, terms), terms);
+  using Items = Group<Lanes, Of::kInputs>;
+  const auto take = [&](int i, const Items& x, const Group<Lanes, kRows>& terms,
+                        const Group<Lanes, kRows>& shifted) QV_LAMBDA {
+    const Group<Lanes, kRows> pairs = of.join(shifted, terms);
     const Group<Lanes, kRows> result = of.join(behind, of.join(twoBack(lastPairs, pairs), pairs));
     const Group<Lanes, kOutputs> y = of.finish(of.combine(load<Lanes>(before, i), result), anchors, k, x);
     if constexpr (kStep == 2) {
@@ -168,17 +182,33 @@ QV_INLINE int windowsUp(const Of& ofThis, BlockMemory& memory, const Inputs<Of::
     k = k + all<Lanes>(kStep);
     return y;
   };
-  int i = from;
-  for (; i + kStep <= items; i += kStep) {
-    if (isFar) {
-      for (const double* x : in) __builtin_prefetch(x + i + kAhead);
-      for (const double* y : out) __builtin_prefetch(y + i + kAhead, 1);
-    }
-    const Group<Lanes, kOutputs> y = take(i, load<Lanes>(in, i));
+  const auto takeFirst = [&](int i, const Items& x) QV_LAMBDA {
+    const Group<Lanes, kRows> terms = of.numbers(of.terms(x, anchors, k));
+    return take(i, x, terms, oneBack(last, terms));
+  };
+  const auto takeNext = [&](int i, const Items& x) QV_LAMBDA {
+    if constexpr (kByFours<Of>)
+      return take(i, x, of.terms(x, anchors, k),
+                  of.terms(load<Lanes>(in, i - 1), anchors, k - all<Lanes>(1.0)));
+    else
+      return takeFirst(i, x);
+  };
+  const auto storeAll = [&](int i, const Group<Lanes, kOutputs>& y) QV_LAMBDA {
     for (int o = 0; o < kOutputs; ++o) store(out[o] + i, y[o]);
+  };
+  int i = from;
+  if (i + kStep <= items) {
+    storeAll(i, takeFirst(i, load<Lanes>(in, i)));
+    for (i += kStep; i + kStep <= items; i += kStep) {
+      if (isFar) {
+        for (const double* x : in) __builtin_prefetch(x + i + kAhead);
+        for (const double* y : out) __builtin_prefetch(y + i + kAhead, 1);
+      }
+      storeAll(i, takeNext(i, load<Lanes>(in, i)));
+    }
   }
   if (kStep > 2 && i + 2 == items && memory.place + items == memory.length) {  // nothing runs on
-    const Group<Lanes, kOutputs> y = take(i, loadPair<Lanes>(in, i));
+    const Group<Lanes, kOutputs> y = takeFirst(i, loadPair<Lanes>(in, i));
     for (int o = 0; o < kOutputs; ++o) store(out[o] + i, lower(y[o]));
     return items;
   }

@@ -57,6 +57,11 @@ class Distance {
   [[gnu::noinline]] void run(const double* x, int count, double* y, double less = 0.0) noexcept {
     y_.run(x, count, y, Less{less}, Times{share_});
   }
+  // The same of another one of the same distances, besides.
+  [[gnu::noinline]] void run(Distance& other, const double* x, int count, double* y, double* ofOther,
+                             double less) noexcept {
+    y_.runBeside(other.y_, x, count, y, ofOther, Less{less}, Times{share_}, Times{other.share_});
+  }
   template <typename V>
   void fields(V& v) noexcept {
     v(y_);

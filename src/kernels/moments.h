@@ -12,6 +12,8 @@ namespace qv {
 // kWithMean: the mean, too.
 template <bool kWithMean>
 struct Deviation : Adding {
+  static constexpr int kShortWindow = 20;
+  static constexpr bool kAnchorCounts = false;
   using Corrected = CorrectedSums<Deviation>;
   static constexpr int kInputs = 1, kRows = 2, kOutputs = kWithMean ? 2 : 1;
   double items, perItem, perPair;
@@ -22,6 +24,11 @@ struct Deviation : Adding {
   QV_INLINE Group<Number, 2> terms(const Items& x, const Items& anchors, Number) const noexcept {
     const Number distance = x[0] - anchors[0];
     return {distance, distance * distance};
+  }
+  template <typename Rows, typename Items, typename Number>
+  static QV_INLINE Rows moved(const Rows& rows, const Items& from, const Items& to, Number) noexcept {
+    const auto way = from[0] - to[0], sum = rows[0] + way * 4.0;
+    return {sum, rows[1] + way * (rows[0] + sum)};
   }
   template <typename Number, typename Items>
   QV_INLINE Group<Number, kOutputs> finish(const Group<Number, 2>& sums, const Items& anchors, Number,
@@ -36,6 +43,8 @@ struct Deviation : Adding {
 
 // Sum of products of the distances from the means, divided by period - 1.
 struct Covariance : Adding {
+  static constexpr int kShortWindow = 20;
+  static constexpr bool kAnchorCounts = false;
   using Corrected = CorrectedSums<Covariance>;
   static constexpr int kInputs = 2, kRows = 3, kOutputs = 1;
   double items, perPair;
@@ -45,6 +54,11 @@ struct Covariance : Adding {
   QV_INLINE Group<Number, 3> terms(const Items& x, const Items& anchors, Number) const noexcept {
     const Number a = x[0] - anchors[0], b = x[1] - anchors[1];
     return {a, b, a * b};
+  }
+  template <typename Rows, typename Items, typename Number>
+  static QV_INLINE Rows moved(const Rows& rows, const Items& from, const Items& to, Number) noexcept {
+    const auto wayA = from[0] - to[0], wayB = from[1] - to[1], sumA = rows[0] + wayA * 4.0;
+    return {sumA, rows[1] + wayB * 4.0, rows[2] + wayA * rows[1] + wayB * sumA};
   }
   template <typename Number, typename Items>
   QV_INLINE Group<Number, 1> finish(const Group<Number, 3>& sums, const Items&, Number,
@@ -56,6 +70,8 @@ struct Covariance : Adding {
 // Covariance divided by the product of both deviations (which follow `sample`, unlike the covariance); 0.0
 // where that product is zero or not a number.
 struct Correlation : Adding {
+  static constexpr int kShortWindow = 20;
+  static constexpr bool kAnchorCounts = false;
   using Corrected = CorrectedSums<Correlation>;
   static constexpr int kInputs = 2, kRows = 5, kOutputs = 1;
   double items, scale;
@@ -66,6 +82,13 @@ struct Correlation : Adding {
   QV_INLINE Group<Number, 5> terms(const Items& x, const Items& anchors, Number) const noexcept {
     const Number a = x[0] - anchors[0], b = x[1] - anchors[1];
     return {a, b, a * a, b * b, a * b};
+  }
+  template <typename Rows, typename Items, typename Number>
+  static QV_INLINE Rows moved(const Rows& rows, const Items& from, const Items& to, Number) noexcept {
+    const auto wayA = from[0] - to[0], wayB = from[1] - to[1];
+    const auto sumA = rows[0] + wayA * 4.0, sumB = rows[1] + wayB * 4.0;
+    return {sumA, sumB, rows[2] + wayA * (rows[0] + sumA), rows[3] + wayB * (rows[1] + sumB),
+            rows[4] + wayA * rows[1] + wayB * sumA};
   }
   template <typename Number, typename Items>
   QV_INLINE Group<Number, 1> finish(const Group<Number, 5>& sums, const Items&, Number,

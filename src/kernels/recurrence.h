@@ -33,6 +33,9 @@ void runWide(Recurrence& y, const double* in, int count, double* out, Enter ente
 template <typename Enter, typename Leave>
 void runTwoWide(Recurrence& y, Recurrence& z, const double* in, int count, double* out, Enter enter,
                 Leave leave) noexcept;
+template <typename Enter, typename Leave>
+void runBesideWide(Recurrence& y, Recurrence& z, const double* in, int count, double* out, double* outOfZ,
+                   Enter enter, Leave leave, Leave leaveZ) noexcept;
 
 // y = x + b y', with 0 <= b <= 1; before the first item all was zero.
 //
@@ -74,6 +77,17 @@ class Recurrence {
     runTwoLanes<Two>(second, in, count, out, enter, leave);
   }
 
+  // Two of the same items in one loop, for the same reason.
+  template <typename Enter, typename Leave>
+  void runBeside(Recurrence& other, const double* in, int count, double* out, double* outOfOther, Enter enter,
+                 Leave leave, Leave leaveOther) noexcept {
+#if QV_WIDE_LOOPS
+    if (wideLoops && count >= 4)
+      return runBesideWide(*this, other, in, count, out, outOfOther, enter, leave, leaveOther);
+#endif
+    runBesideLanes<Two>(other, in, count, out, outOfOther, enter, leave, leaveOther);
+  }
+
   template <typename Lanes, typename Enter, typename Leave>
   QV_INLINE void runLanes(const double* in, int count, double* out, Enter enter, Leave leave) noexcept {
     int i = 0;
@@ -111,6 +125,33 @@ class Recurrence {
     for (; i < count; ++i) {
       const double first = next(enter(in[i]));
       out[i] = leave(first, second.next(first));
+    }
+  }
+
+  template <typename Lanes, typename Enter, typename Leave>
+  QV_INLINE void runBesideLanes(Recurrence& other, const double* in, int count, double* out,
+                                double* outOfOther, Enter enter, Leave leave, Leave leaveOther) noexcept {
+    int i = 0;
+    if (count >= 4) {
+      Fours<Lanes> y(*this), z(other);
+      for (; i + 4 <= count; i += 4) {
+        auto items = loadFour<Lanes>(in + i);
+        for (auto& v : items) v = enter(v);
+        auto ofOther = items;
+        y.next(items);
+        z.next(ofOther);
+        for (auto& v : items) v = leave(v);
+        for (auto& v : ofOther) v = leaveOther(v);
+        storeFour(out + i, items);
+        storeFour(outOfOther + i, ofOther);
+      }
+      y.keepIn(*this);
+      z.keepIn(other);
+    }
+    for (; i < count; ++i) {
+      const double x = enter(in[i]);
+      out[i] = leave(next(x));
+      outOfOther[i] = leaveOther(other.next(x));
     }
   }
 

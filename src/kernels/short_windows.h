@@ -1,10 +1,15 @@
-// Short windows, each taken by itself, relative to its last item; several of them side by side. Up to
-// Of::kShortWindow items that costs less than the passes over blocks: the fewer the more steps a term takes.
+// Short windows, each taken by itself, relative to its newest item; several of them side by side. Up to
+// Of::kShortWindow items that costs less than the passes over blocks.
+//
+// From nine items on sums are made of fours, which neighbouring windows share: the rows of four items about
+// the newest of them, moved to where they are about the newest one of the window.
 #pragma once
 
 #include "kernels/blocks.h"
 
 namespace qv {
+
+inline constexpr int kFewestByFours = 9;
 
 // Windows that end at x[from] .. x[count - 1], kGroups times as many at a time as there are Lanes; the items
 // before them can be read. Returns where it stopped.
@@ -39,12 +44,92 @@ QV_INLINE int shortWindows(const Of& ofThis, int period, const Inputs<Of::kInput
   }
   return i;
 }
+
+// The rows of the items at - 3 .. at, about the last.
+template <typename Lanes, typename Of>
+QV_INLINE Group<Lanes, Of::kRows> fourItems(const Of& of, const Inputs<Of::kInputs>& x, int at) noexcept {
+  const auto newest = load<Lanes>(x, at);
+  const auto earlier = of.join(of.terms(load<Lanes>(x, at - 3), newest, all<Lanes>(-3.0)),
+                               of.terms(load<Lanes>(x, at - 2), newest, all<Lanes>(-2.0)));
+  const auto last = of.terms(load<Lanes>(x, at - 1), newest, all<Lanes>(-1.0));
+  if constexpr (Of::kAnchorCounts)
+    return of.join(earlier, of.join(last, of.terms(newest, newest, all<Lanes>(0.0))));
+  else
+    return of.join(earlier, last);
+}
+// The same windows out of fours; fourAt(i) is fourItems at i.
+template <typename Lanes, int kGroups, typename Of, typename FourAt>
+QV_INLINE int windowsOfFours(const Of& ofThis, int period, const Inputs<Of::kInputs>& x, int from, int count,
+                             const Outputs<Of::kOutputs>& out, FourAt fourAt) noexcept {
+  constexpr int kRows = Of::kRows, kOutputs = Of::kOutputs, kStep = kLanes<Lanes>;
+  const Of of = ofThis;
+  const Lanes zero = all<Lanes>(0.0);
+  const int inFours = period & -4;
+  int i = from;
+  for (; i + kGroups * kStep <= count; i += kGroups * kStep) {
+    Group<Lanes, Of::kInputs> newest[kGroups];
+    Group<Lanes, kRows> rows[kGroups];
+    for (int g = 0; g < kGroups; ++g) {
+      newest[g] = load<Lanes>(x, i + g * kStep);
+      rows[g] = fourAt(i + g * kStep);
+    }
+    int back = 4;
+    Lanes k = all<Lanes>(-4.0);
+#pragma GCC unroll 1
+    for (; back < inFours; back += 4) {
+      for (int g = 0; g < kGroups; ++g) {
+        const int at = i + g * kStep - back;
+        rows[g] = of.join(rows[g], of.moved(fourAt(at), load<Lanes>(x, at), newest[g], k));
+      }
+      k = k - all<Lanes>(4.0);
+    }
+#pragma GCC unroll 1
+    for (; back < period; ++back) {
+      for (int g = 0; g < kGroups; ++g) {
+        rows[g] = of.join(rows[g], of.terms(load<Lanes>(x, i + g * kStep - back), newest[g], k));
+      }
+      k = k - all<Lanes>(1.0);
+    }
+    for (int g = 0; g < kGroups; ++g) {
+      const Group<Lanes, kOutputs> y = of.finish(rows[g], newest[g], zero, newest[g]);
+      for (int o = 0; o < kOutputs; ++o) store(out[o] + i + g * kStep, y[o]);
+    }
+  }
+  return i;
+}
+template <typename Lanes, int kGroups, typename Of>
+QV_INLINE void byFours(const Of& of, int period, Inputs<Of::kInputs> x, int count,
+                       Outputs<Of::kOutputs> out) noexcept {
+  double rows[Of::kRows][kTile + Of::kShortWindow - 4];
+  const int before = (period & -4) - 4;
+  for (int items; count > 0; x = advanced(x, items), out = advanced(out, items), count -= items) {
+    items = count < kTile ? count : kTile;
+    const auto keep = [&](int i, const auto& four) QV_LAMBDA {
+      for (int r = 0; r < Of::kRows; ++r) store(rows[r] + before + i, four[static_cast<std::size_t>(r)]);
+    };
+    int i = -before;
+    for (; i + kLanes<Lanes> <= items; i += kLanes<Lanes>) keep(i, fourItems<Lanes>(of, x, i));
+    for (; i < items; ++i) keep(i, fourItems<double>(of, x, i));
+    Inputs<Of::kRows> kept;
+    for (int r = 0; r < Of::kRows; ++r) kept[static_cast<std::size_t>(r)] = rows[r] + before;
+    const auto lanesAt = [&](int at) QV_LAMBDA { return load<Lanes>(kept, at); };
+    const int abreast = windowsOfFours<Lanes, kGroups>(of, period, x, 0, items, out, lanesAt);
+    const int lanes =
+        kGroups > 1 ? windowsOfFours<Lanes, 1>(of, period, x, abreast, items, out, lanesAt) : abreast;
+    windowsOfFours<double, 1>(of, period, x, lanes, items, out,
+                              [&](int at) QV_LAMBDA { return load<double>(kept, at); });
+  }
+}
+
 template <typename Lanes, typename Of>
 QV_INLINE void shortWindows(const Of& of, int period, const Inputs<Of::kInputs>& x, int count,
                             const Outputs<Of::kOutputs>& out) noexcept {
   constexpr int kInRegisters = Of::kRows + Of::kInputs, kGroups = kInRegisters <= 3   ? 4
                                                                   : kInRegisters <= 5 ? 2
                                                                                       : 1;
+  if constexpr (kByFours<Of>)
+    if (period >= kFewestByFours)
+      return byFours < Lanes, Of::kRows == 1 ? 4 : Of::kRows == 2 ? 2 : 1 > (of, period, x, count, out);
   const int abreast = shortWindows<Lanes, kGroups>(of, period, x, 0, count, out);
   const int lanes = kGroups > 1 ? shortWindows<Lanes, 1>(of, period, x, abreast, count, out) : abreast;
   shortWindows<double, 1>(of, period, x, lanes, count, out);
@@ -54,22 +139,36 @@ QV_INLINE void shortWindows(const Of& of, int period, const Inputs<Of::kInputs>&
 template <typename Of>
 using PastItems = double[Of::kInputs][Of::kShortWindow - 1];
 
+// Windows that reach back are taken of a copy of their items, and with them as many as fill a round of fours.
 template <typename Lanes, typename Of>
 QV_INLINE void runShort(const Of& of, int period, PastItems<Of>& past, const Inputs<Of::kInputs>& in,
                         int count, const Outputs<Of::kOutputs>& out) noexcept {
-  const int before = period - 1, joint = before < count ? before : count;
-  double seam[Of::kInputs][2 * Of::kShortWindow];
+  const int before = period - 1, most = period < kFewestByFours ? before : kTile;
+  const int joint = count < most ? count : most;
+  double items[Of::kInputs][Of::kShortWindow + kTile];
   Inputs<Of::kInputs> x;
   for (int s = 0; s < Of::kInputs; ++s) {
-    for (int j = 0; j < before; ++j) seam[s][j] = past[s][j];
-    for (int j = 0; j < joint; ++j) seam[s][before + j] = in[s][j];
-    x[s] = seam[s] + before;
+    __builtin_memcpy(items[s], past[s], sizeof(double) * static_cast<std::size_t>(before));
+    __builtin_memcpy(items[s] + before, in[s], sizeof(double) * static_cast<std::size_t>(joint));
+    x[s] = items[s] + before;
+    const double* last = count >= before ? in[s] + (count - before) : items[s] + count;
+    __builtin_memcpy(past[s], last, sizeof(double) * static_cast<std::size_t>(before));
   }
   shortWindows<Lanes>(of, period, x, joint, out);
-  for (int s = 0; s < Of::kInputs; ++s)
-    for (int j = 0; j < before; ++j)
-      past[s][j] = count >= before ? in[s][count - before + j] : seam[s][count + j];
-  shortWindows<Lanes>(of, period, advanced(in, joint), count - joint, advanced(out, joint));
+  if (joint < count)
+    shortWindows<Lanes>(of, period, advanced(in, joint), count - joint, advanced(out, joint));
+}
+// The window that a single item ends: `x`, with those before it.
+template <typename Of>
+QV_INLINE void oneShortWindow(const Of& of, int period, const Inputs<Of::kInputs>& x,
+                              const Outputs<Of::kOutputs>& out) noexcept {
+  if constexpr (kByFours<Of>)
+    if (period >= kFewestByFours) {
+      windowsOfFours<double, 1>(of, period, x, 0, 1, out,
+                                [&](int at) QV_LAMBDA { return fourItems<double>(of, x, at); });
+      return;
+    }
+  shortWindows<double, 1>(of, period, x, 0, 1, out);
 }
 
 // The same four abreast (wide.cpp).

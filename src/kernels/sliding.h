@@ -123,7 +123,7 @@ class Sliding {
       items[s][memory_.period - 1] = in[s][0];
       newest[s] = items[s] + memory_.period - 1;
     }
-    shortWindows<double, 1>(of_, memory_.period, newest, 0, 1, out);
+    oneShortWindow(of_, memory_.period, newest, out);
     for (int s = 0; s < kInputs; ++s) std::copy_n(items[s] + 1, kMost - 1, past_[s]);
   }
 

@@ -5,7 +5,9 @@
 
 namespace qv {
 
-// Statistics that add up their terms.
+// Statistics that add up their terms. What windows of fours take beside (short_windows.h): kAnchorCounts,
+// whether the anchor itself has terms; moved(rows, from, to, k), the rows of four items about `from`, the
+// last of them, that stands at k, as they are about `to`, that stands at 0.
 struct Adding {
   static constexpr double kNone = 0.0;
   static constexpr bool kCountsOnce = true;
@@ -77,12 +79,17 @@ struct CorrectedSums : Adding {
 // Statistics that add up the items as they are.
 template <int kSeries>
 struct AddingItems : Adding {
-  static constexpr int kShortWindow = 14;
+  static constexpr int kShortWindow = 32;
+  static constexpr bool kAnchorCounts = true;
   static constexpr int kInputs = kSeries, kRows = kSeries;
 
   template <typename Items, typename Number>
   static QV_INLINE Items terms(const Items& x, const Items&, Number) noexcept {
     return x;
+  }
+  template <typename Rows, typename Items, typename Number>
+  static QV_INLINE const Rows& moved(const Rows& rows, const Items&, const Items&, Number) noexcept {
+    return rows;
   }
 };
 
@@ -102,6 +109,8 @@ struct Sums : AddingItems<kSeries> {
 template <int kSeries>
 struct Means : Adding {
   using Corrected = CorrectedSums<Means>;
+  static constexpr int kShortWindow = 20;
+  static constexpr bool kAnchorCounts = false;
   static constexpr int kInputs = kSeries, kRows = kSeries, kOutputs = kSeries;
   double perItem;
 
@@ -113,6 +122,12 @@ struct Means : Adding {
     return distances;
   }
   template <typename Rows, typename Items, typename Number>
+  static QV_INLINE Rows moved(const Rows& rows, const Items& from, const Items& to, Number) noexcept {
+    Rows sums;
+    for (std::size_t s = 0; s < rows.size(); ++s) sums[s] = rows[s] + (from[s] - to[s]) * 4.0;
+    return sums;
+  }
+  template <typename Rows, typename Items, typename Number>
   QV_INLINE Rows finish(const Rows& sums, const Items& anchors, Number, const Items&) const noexcept {
     Rows means;
     for (std::size_t s = 0; s < sums.size(); ++s) means[s] = anchors[s] + sums[s] * perItem;
@@ -122,13 +137,20 @@ struct Means : Adding {
 
 // Of distances from the anchor, plain and times the number of items that the anchor is away.
 struct Distances : Adding {
-  static constexpr int kShortWindow = 14;
+  static constexpr int kShortWindow = 20;
+  static constexpr bool kAnchorCounts = false;
   static constexpr int kInputs = 1, kRows = 2;
 
   template <typename Items, typename Number>
   QV_INLINE Group<Number, 2> terms(const Items& x, const Items& anchors, Number k) const noexcept {
     const Number distance = x[0] - anchors[0];
     return {distance, distance * k};
+  }
+  template <typename Items, typename Number>
+  QV_INLINE Group<Number, 2> moved(const Group<Number, 2>& rows, const Items& from, const Items& to,
+                                   Number k) const noexcept {
+    const Number way = from[0] - to[0], sum = rows[0] + way * 4.0;
+    return {sum, rows[1] - way * 6.0 + sum * k};
   }
 };
 
@@ -148,11 +170,17 @@ struct WeightedMean : Distances {
 
 // The mean of the first series weighed by the second; 0.0 where the weights add up to nothing.
 struct MeanByWeight : Adding {
+  static constexpr int kShortWindow = 20;
+  static constexpr bool kAnchorCounts = true;
   static constexpr int kInputs = 2, kRows = 2, kOutputs = 1;
 
   template <typename Items, typename Number>
   QV_INLINE Group<Number, 2> terms(const Items& x, const Items& anchors, Number) const noexcept {
     return {(x[0] - anchors[0]) * x[1], x[1]};
+  }
+  template <typename Rows, typename Items, typename Number>
+  static QV_INLINE Rows moved(const Rows& rows, const Items& from, const Items& to, Number) noexcept {
+    return {rows[0] + (from[0] - to[0]) * rows[1], rows[1]};
   }
   template <typename Number, typename Items>
   QV_INLINE Group<Number, 1> finish(const Group<Number, 2>& sums, const Items& anchors, Number,

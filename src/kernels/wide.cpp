@@ -88,6 +88,11 @@ void runTwoWide(Recurrence& y, Recurrence& z, const double* in, int count, doubl
 void addGreaterWide(const WindowsAboutMeans& of, int count) noexcept {
   addGreaterBy<Four>(of, count);
 }
+template <typename Enter, typename Leave>
+void runBesideWide(Recurrence& y, Recurrence& z, const double* in, int count, double* out, double* outOfZ,
+                   Enter enter, Leave leave, Leave leaveZ) noexcept {
+  y.runBesideLanes<Four>(z, in, count, out, outOfZ, enter, leave, leaveZ);
+}
 
 template void runWide(Recurrence&, const double*, int, double*, AsItIs, AsItIs) noexcept;
 template void runWide(Recurrence&, const double*, int, double*, AsItIs, Times) noexcept;
@@ -95,6 +100,8 @@ template void runWide(Recurrence&, const double*, int, double*, Times, AsItIs) n
 template void runWide(Recurrence&, const double*, int, double*, Less, Times) noexcept;
 template void runWide(Recurrence&, const double*, int, double*, Less, TimesOnto) noexcept;
 template void runTwoWide(Recurrence&, Recurrence&, const double*, int, double*, Less, BothOnto) noexcept;
+template void runBesideWide(Recurrence&, Recurrence&, const double*, int, double*, double*, Less, Times,
+                            Times) noexcept;
 
 }  // namespace qv
 
