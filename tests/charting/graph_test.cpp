@@ -19,9 +19,10 @@ TEST(GraphFormula, GoesWhereItBelongs) {
     g.formula(formula);
     return g.g->subWindowCount > before;
   };
-  for (const char* over : {"sma(20)", "bollinger(2, 20)", "close * 1.05", "close - 2 * atr(14)",
-                           "(high + low) / 2", "highest(high, 20)[1]", "weekly(close)", "rsi(14) < 30",
-                           "candle(\"Hammer\")", "max(open, close)", "sma(close, 5) crosses above sma(20)"})
+  for (const char* over :
+       {"sma(20)", "bollinger(2, 20)", "close * 1.05", "close - 2 * atr(14)", "(high + low) / 2",
+        "highest(high, 20)[1]", "weekly(close)", "if(close > open, high, low)", "rsi(14) < 30",
+        "candle(\"Hammer\")", "max(open, close)", "sma(close, 5) crosses above sma(20)"})
     EXPECT_FALSE(opens(over)) << over;
   for (const char* own : {"rsi(14)", "macd(12,26,9)", "close - open", "close / open", "close - close[10]",
                           "volume", "rsi(9)", "atr(14) * 2"})
@@ -86,10 +87,13 @@ TEST(GraphCalculation, DrawsWhatTakesASecondBarSetOrSeriesOfTheCallers) {
   const QvArray* series[] = {&bars.high, &other.low};
   const int ratio = qvGraphCalculation(g, QV_GRAPH_NEW, qvCatalogueFind("ratio"), nullptr, series, nullptr);
   EXPECT_TRUE(spread == 0 && bands == 1 && ratio == 2);
+  const double wilder[] = {4, 5};
+  EXPECT_EQ(qvGraphCalculation(g, QV_GRAPH_NEW, qvCatalogueFind("ma"), nullptr, nullptr, wilder), 3);
   EXPECT_EQ(g.g->subWindowCount, 3) << "the bands stand with the prices";
   Recording r;
   ASSERT_EQ(r.paint(g, 1200, 900), 0);
-  EXPECT_TRUE(r.text("spread(1, 0.5)") && r.text("bollinger(2, 20)") && r.text("ratio"));
+  EXPECT_TRUE(r.text("spread(1, 0.5)") && r.text("bollinger(2, 20)") && r.text("ratio") &&
+              r.text("ma(wilder, 5)"));
   const auto line = r.of(Painted::Line, themeOf(QV_THEME_LIGHT).palette[0]);
   ASSERT_EQ(line.size(), 1u);
   EXPECT_NEAR(line[0].points.back().y, g.at(119, bars.close.data[119] - 0.5 * other.close.data[119], 1).y,
@@ -105,6 +109,37 @@ TEST(GraphCalculation, DrawsWhatTakesASecondBarSetOrSeriesOfTheCallers) {
                            qvGraphCalculation(g, -1, qvCatalogueFind("qvADLine"), nullptr, nullptr, nullptr)})
     EXPECT_EQ(status, -1);
   EXPECT_EQ(g.g->subWindowCount, 3);
+}
+
+TEST(Graph, APointFindsTheItemThatIsDrawnThere) {
+  const Bars bars(walkBars(60));
+  const Array rising(shaped(Shape::Rising, 60));
+  const Graph g(bars);
+  for (int k = 0; k < 4; ++k) qvGraphSubWindow(g, QV_GRAPH_NEW, nullptr, 3);
+  const int candles = g.chart(QV_CHART_CANDLES), volume = g.chart(QV_CHART_VOLUME, 1),
+            area = g.chart(QV_CHART_AREA, 2), columns = g.line(rising, QV_LINE_HISTOGRAM, nullptr, 3),
+            zone = qvGraphZone(g, QV_GRAPH_NEW, 4, 10, 20, QV_SIDE_RIGHT),
+            level = qvGraphZone(g, QV_GRAPH_NEW, 4, 30, 30, QV_SIDE_RIGHT);
+  const QvGraphStyle wide{0, 0, 3, QV_DASH_DASHED, 0, ""};
+  EXPECT_EQ(qvGraphStyle(g, level, 0, &wide), 0);
+  ASSERT_EQ(qvGraphScale(g, 4, QV_SIDE_RIGHT, QV_SCALE_LINEAR, 0, 40), 0);
+  Recording r;
+  ASSERT_EQ(r.paint(g, 900, 900), 0);
+  const auto itemAt = [&](double price, int subWindow) {
+    const QvPoint p = g.at(30, price, subWindow);
+    return g.hit(p.x, p.y).item;
+  };
+  EXPECT_EQ(itemAt((bars.high.data[30] + bars.low.data[30]) / 2, 0), candles);
+  EXPECT_EQ(itemAt(bars.volume.data[30] / 2, 1), volume);
+  EXPECT_EQ(itemAt(bars.close.data[30], 2), area);
+  EXPECT_EQ(itemAt(rising[30] / 2, 3), columns);
+  EXPECT_EQ(itemAt(15, 4), zone);
+  EXPECT_EQ(itemAt(30, 4), level);
+  EXPECT_EQ(itemAt(38, 4), -1);
+  QvGraphStyle hidden{};
+  hidden.hidden = 1;
+  EXPECT_EQ(qvGraphStyle(g, zone, 0, &hidden), 0);
+  EXPECT_EQ(itemAt(15, 4), -1) << "hidden";
 }
 
 TEST(Graph, RefersToTheCallersRecordsOrCopiesThem) {
@@ -223,6 +258,7 @@ TEST(Graph, WrongArgumentsAreRefused) {
   int made = 1;
   while (qvGraphSubWindow(g, QV_GRAPH_NEW, "", 1) == made) ++made;
   EXPECT_EQ(made, 64);
+  EXPECT_EQ(qvGraphFormula(g, QV_GRAPH_NEW, "rsi(5)", nullptr, 0), -1) << "no room for its panel";
   EXPECT_EQ(r.paint(g, 300, 200), 0);
 #ifndef _WIN32
   EXPECT_EQ(qvGraphPaintDC(g, &made, 9, 9), -10);
