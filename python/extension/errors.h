@@ -35,8 +35,9 @@ inline void setError(const Error& e) {
 }
 
 // What a function of Python answers: that of `work`, or null with an exception set.
+// What the handlers call sets the exception and throws none.
 template <typename Work>
-PyObject* guarded(Work work) noexcept {
+PyObject* guarded(Work work) noexcept {  // NOLINT(bugprone-exception-escape)
   try {
     return work();
   } catch (py::error_already_set& e) {
