@@ -45,6 +45,7 @@ std::vector<Pattern> allPatterns() {
   std::vector<Pattern> all;
   const QvCatalogueEntry& formations = qv::findCalculation("formation");
   const QvCatalogueParam& names = formations.params[0];
+  all.reserve(static_cast<std::size_t>(names.choiceCount) + qv::candlePatterns.size());
   for (int i = 0; i < names.choiceCount; ++i) all.push_back(patternOf(names.choices[i], "formation"));
   for (const qv::NamedCandlePattern& p : qv::candlePatterns) all.push_back(patternOf(p.name + 2, "candle"));
   return all;
@@ -91,6 +92,7 @@ int run(const Options& options) {
   const qv::runs::Loaded loaded = load(options.file, options.how);
   const qv::Bars& bars = loaded.bars;
   std::vector<qv::Series> signals;
+  signals.reserve(patterns.size());
   for (const Pattern& p : patterns) signals.push_back(qv::Formula(p.formula)(bars));
   Rows rows(options.output.form(), {{"date"}, {"close", 2}, {"pattern"}, {"kind"}, {"signal", 0}});
   for (int i = 0; i < bars.barsize; ++i) {

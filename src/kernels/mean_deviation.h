@@ -43,9 +43,9 @@ class MeanDeviation {
   void fields(V& v) noexcept {
     v(begin_, distance_);
     // The windows that come lie in what is held.
-    v.within(held_, period_ - 1 - begin_.left(), 2 * std::int64_t{period_} + 4 * kTile);
+    v.within(held_, period_ - 1 - begin_.left(), 2 * std::int64_t{period_} + std::int64_t{4} * kTile);
     v.buffer(items_, static_cast<std::size_t>(held_));
-    v.scratch(chunks_, isLong() ? static_cast<int>(held_ / (2 * kChunk)) : 0);
+    v.scratch(chunks_, isLong() ? static_cast<int>(held_ / (std::int64_t{2} * kChunk)) : 0);
     if (!isLong()) {
       v.within(aboutOne_, 0, kAboutOne - 1);
       return v(anchor_);

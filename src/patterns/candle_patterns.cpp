@@ -33,14 +33,15 @@ struct Candle {
   Shadows bottomShadow = kAnyShadow;
 };
 
-constexpr bool contains(unsigned values, std::int8_t value) noexcept {
-  return values == ~0u || (values >> (value & 31) & 1u) != 0;
+// 1 or 0.
+constexpr unsigned contains(unsigned values, std::int8_t value) noexcept {
+  return values == ~0u ? 1u : values >> (value & 31) & 1u;
 }
 
 // All fields are looked at: what candles come next nobody can predict, and a branch for each would cost more.
 constexpr bool matches(const Candle& wanted, const QvCandle& c) noexcept {
-  return contains(wanted.colour, c.colour) & contains(wanted.shape, c.shape) &
-         contains(wanted.topShadow, c.topShadow) & contains(wanted.bottomShadow, c.bottomShadow);
+  return (contains(wanted.colour, c.colour) & contains(wanted.shape, c.shape) &
+          contains(wanted.topShadow, c.topShadow) & contains(wanted.bottomShadow, c.bottomShadow)) != 0;
 }
 
 constexpr bool anyPrices(const Window&) noexcept {

@@ -10,14 +10,14 @@ namespace {
 
 constexpr int kCall = QV_OPTION_CALL, kPut = QV_OPTION_PUT;
 constexpr OptionPosition kPositions[] = {
-    {"bull-call", qvBullCall, {kCall, kCall}, {false, true}, 2, false, false},
-    {"bull-put", qvBullPut, {kPut, kPut}, {false, true}, 2, false, false},
-    {"bear-call", qvBearCall, {kCall, kCall}, {true, false}, 2, false, false},
-    {"bear-put", qvBearPut, {kPut, kPut}, {true, false}, 2, false, false},
-    {"long-straddle", qvLongStraddle, {kCall, kPut}, {false, false}, 1, true, false},
-    {"short-straddle", qvShortStraddle, {kCall, kPut}, {true, true}, 1, false, true},
-    {"long-strangle", qvLongStrangle, {kCall, kPut}, {false, false}, 2, true, false},
-    {"short-strangle", qvShortStrangle, {kCall, kPut}, {true, true}, 2, false, true},
+    {"bull-call", qvBullCall, {kCall, kCall}, 2, {false, true}, false, false},
+    {"bull-put", qvBullPut, {kPut, kPut}, 2, {false, true}, false, false},
+    {"bear-call", qvBearCall, {kCall, kCall}, 2, {true, false}, false, false},
+    {"bear-put", qvBearPut, {kPut, kPut}, 2, {true, false}, false, false},
+    {"long-straddle", qvLongStraddle, {kCall, kPut}, 1, {false, false}, true, false},
+    {"short-straddle", qvShortStraddle, {kCall, kPut}, 1, {true, true}, false, true},
+    {"long-strangle", qvLongStrangle, {kCall, kPut}, 2, {false, false}, true, false},
+    {"short-strangle", qvShortStrangle, {kCall, kPut}, 2, {true, true}, false, true},
 };
 
 }  // namespace

@@ -18,8 +18,8 @@ struct OptionPosition {
   const char* name;
   int(QVCALL* profile)(QvOption*) noexcept;
   int types[2];  // QV_OPTION_CALL, QV_OPTION_PUT
-  bool written[2];
   int strikes;
+  bool written[2];
   bool unlimitedProfit, unlimitedLoss;
 };
 

@@ -300,10 +300,9 @@ void LiveFormula::chain(int i, const Bar& bar) noexcept {
   const bool isCall = n.kind == Kind::Call;
   const double items[] = {bar.date, bar.open, bar.high, bar.low, bar.close, bar.volume, bar.openInterest};
   bool valid = true;
-  double inputs[Opening::kMostInputs], outputs[Opening::kMostOutputs];
+  double inputs[Opening::kMostInputs], outputs[Opening::kMostOutputs] = {};
   for (int k = 0; k < (isCall ? n.entry->inputCount : n.kind != Kind::Candle); ++k)
     valid = valid && isValid(n.operands[k]);
-  for (int k = 0; k < feed.outputCount; ++k) outputs[k] = 0.0;
   if (valid) {
     const double* in[Opening::kMostInputs];
     double* out[Opening::kMostOutputs];
