@@ -4,7 +4,7 @@
 #   usage: scripts/fuzz.sh [--keep] [SECONDS [TARGET...]]      (10 seconds; fuzz/TARGET_fuzz.cpp, all)
 # With --keep the inputs that reach something are put back into fuzz/corpus, as few of them as do.
 source "$(dirname "$0")/prepare.sh"
-prepare "${build_packages[@]}" clang
+prepare "${build_packages[@]}" "${clang_packages[@]}"
 
 keep=false
 if [ "${1:-}" = --keep ]; then keep=true; shift; fi

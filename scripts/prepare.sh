@@ -8,7 +8,9 @@ test_packages=(libgtest-dev python3)
 bench_packages=(libbenchmark-dev)
 python_packages=(pybind11-dev python3-dev python3-venv python3-pip python3-setuptools python3-wheel python3-numpy
   python3-pandas python3-pytest python3-hypothesis python3-distributed mypy)
-check_packages=(clang clang-format clang-tidy cppcheck pybind11-dev python3-dev)
+# The second: what programs built with its sanitizers are linked with.
+clang_packages=(clang libclang-rt-dev)
+check_packages=("${clang_packages[@]}" clang-format clang-tidy cppcheck pybind11-dev python3-dev)
 
 # prepare PACKAGE...: installs with apt-get what is missing when it may, else says exactly what to
 # install and stops.

@@ -4,7 +4,7 @@
 # go to pytest.
 source "$(dirname "$0")/prepare.sh"
 prepare "${build_packages[@]}" "${test_packages[@]}"
-prepare_or_skip "Python package" "${python_packages[@]}" || exit 0
+prepare_or_skip "Python package" "${python_packages[@]}" "${clang_packages[@]}" || exit 0
 
 # Another Python may come first in the path; this one sees Debian's numpy and pandas.
 python=/usr/bin/python3
@@ -44,7 +44,8 @@ sanitized_tests() {
   cp -r "$(installed)" "$copy"
   cp build/asan/libQVLIB60.so.0 "$copy/qvlib60"
   cd python
-  LD_PRELOAD="$(g++ -print-file-name=libasan.so) $(g++ -print-file-name=libstdc++.so)" PYTHONPATH=$copy \
+  LD_PRELOAD="$(clang -print-file-name="libclang_rt.asan-$(uname -m).so") $(g++ -print-file-name=libstdc++.so)" \
+    PYTHONPATH=$copy \
     ASAN_OPTIONS=detect_leaks=0:allocator_may_return_null=1 UBSAN_OPTIONS=halt_on_error=1 \
     "$environment/bin/python" -P -m pytest -q -p no:cacheprovider \
     --ignore=tests/test_cluster.py --ignore=tests/test_documentation.py

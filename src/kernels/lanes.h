@@ -20,7 +20,9 @@
 
 namespace qv {
 
+#ifndef QV_INLINE
 #define QV_INLINE inline __attribute__((always_inline))
+#endif
 #define QV_LAMBDA __attribute__((always_inline))  // behind the parameters of a lambda
 
 typedef double Two __attribute__((vector_size(16)));
