@@ -23,7 +23,7 @@ QV_INLINE int addGreater(const WindowsAboutMeans& of, int from, int count) noexc
   int w = from;
   for (; w + kGroups * kStep <= count; w += kGroups * kStep) {
     Lanes mean[kGroups], sum[kGroups], anchor[kGroups];
-    for (int g = 0; g < kGroups; ++g) {
+    for (std::ptrdiff_t g = 0; g < kGroups; ++g) {
       mean[g] = load<Lanes>(of.means + w + g * kStep);
       sum[g] = load<Lanes>(of.sums + w + g * kStep);
       if constexpr (kAnchors) anchor[g] = load<Lanes>(of.anchors + w + g * kStep);
@@ -31,15 +31,15 @@ QV_INLINE int addGreater(const WindowsAboutMeans& of, int from, int count) noexc
     const double* items = of.items + w;
 #pragma GCC unroll 1
     for (int j = 0; j < of.period; ++j)
-      for (int g = 0; g < kGroups; ++g) {
+      for (std::ptrdiff_t g = 0; g < kGroups; ++g) {
         Lanes item = load<Lanes>(items + j + g * kStep);
         if constexpr (kAnchors) item = item - anchor[g];
         sum[g] = sum[g] + larger(item, mean[g]);
       }
 #pragma GCC unroll 1
     for (int j = 0; j < of.openCount; ++j)
-      for (int g = 0; g < kGroups; ++g) sum[g] = sum[g] + larger(all<Lanes>(of.open[j]), mean[g]);
-    for (int g = 0; g < kGroups; ++g) store(of.sums + w + g * kStep, sum[g]);
+      for (std::ptrdiff_t g = 0; g < kGroups; ++g) sum[g] = sum[g] + larger(all<Lanes>(of.open[j]), mean[g]);
+    for (std::ptrdiff_t g = 0; g < kGroups; ++g) store(of.sums + w + g * kStep, sum[g]);
   }
   return w;
 }

@@ -66,7 +66,7 @@ bool MeanDeviation::makeGroups() noexcept {
 
 bool MeanDeviation::reserve(int count) noexcept {
   const auto room = static_cast<std::size_t>(held_) + static_cast<std::size_t>(count);
-  return items_.grow(room) && (!isLong() || chunks_.grow(room / (2 * kChunk) + 1)) &&
+  return items_.grow(room) && (!isLong() || chunks_.grow(room / (std::size_t{2} * kChunk) + 1)) &&
          (!isLong() || begin_.left() >= count || makeGroups());
 }
 

@@ -18,7 +18,7 @@ bool hasDeviceContexts() noexcept;
 class Device {
  public:
   Device(void* context, std::uint32_t background) noexcept;
-  ~Device();
+  ~Device();  // NOLINT(performance-trivially-destructible): where there are device contexts it is none
   Device(const Device&) = delete;
   Device& operator=(const Device&) = delete;
   bool ok() const noexcept { return saved_ != 0; }
