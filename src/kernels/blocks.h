@@ -24,11 +24,9 @@ struct BlockMemory {
     return items > 0 ? static_cast<std::size_t>(rows + inputs) * (static_cast<std::size_t>(items) + kMore)
                      : 0;
   }
-  QV_INLINE double* suffix(int row) noexcept { return scratch.data() + row * (std::ptrdiff_t{room} + kMore); }
+  QV_INLINE double* suffix(int row) noexcept { return scratch.data() + row * stride(); }
   QV_INLINE double* kept(int input) noexcept { return suffix(rows + input); }
-  const double* kept(int input) const noexcept {
-    return scratch.data() + (rows + input) * (std::ptrdiff_t{room} + kMore);
-  }
+  const double* kept(int input) const noexcept { return scratch.data() + (rows + input) * stride(); }
   QV_INLINE bool hasRoom(int items) noexcept { return items <= room || makeRoom(items); }
   // For so many more items. Nothing is given up where there is none.
   bool reserve(int count) noexcept {
@@ -40,6 +38,8 @@ struct BlockMemory {
 
  private:
   static constexpr int kMore = 2;
+  // From row to row; 0 before there are any.
+  QV_INLINE std::ptrdiff_t stride() const noexcept { return room > 0 ? std::ptrdiff_t{room} + kMore : 0; }
   // It grows with the first block only: a period may be longer than any series.
   bool makeRoom(int items) noexcept;
 };
