@@ -66,8 +66,9 @@ bool MeanDeviation::makeGroups() noexcept {
 
 bool MeanDeviation::reserve(int count) noexcept {
   const auto room = static_cast<std::size_t>(held_) + static_cast<std::size_t>(count);
-  return items_.grow(room) && (!isLong() || chunks_.grow(room / (std::size_t{2} * kChunk) + 1)) &&
-         (!isLong() || begin_.left() >= count || makeGroups());
+  if (!items_.grow(room)) return false;
+  if (!isLong()) return true;
+  return chunks_.grow(room / (std::size_t{2} * kChunk) + 1) && (begin_.left() >= count || makeGroups());
 }
 
 bool MeanDeviation::restored() noexcept {
