@@ -1,6 +1,7 @@
 // Calculations in a graph, by their catalogue entries and with a second bar set or series of the caller's.
 #include <bit>
 #include <cstdio>
+#include <cstring>
 
 #include "catalogue/item.h"
 #include "charting/graph_outputs.h"

@@ -3,6 +3,7 @@
 
 #include <algorithm>
 
+#include "catalogue/item.h"
 #include "core/text.h"
 #include "stream/formula.h"
 #include "stream/opening.h"
@@ -77,12 +78,6 @@ int openFormula(const char* text, const double* parameters, int count, StreamPtr
   made->feed.outputCount = 1;
   made->plan = std::move(plan);
   return begin(*made, std::move(running));
-}
-
-bool isEntry(const QvCatalogueEntry* entry) noexcept {
-  int i = qvCatalogueSize() - 1;
-  while (i >= 0 && qvCatalogueItem(i) != entry) --i;
-  return i >= 0;
 }
 
 bool hasValues(const QvStream& s, const double* const* values) noexcept {
@@ -181,7 +176,7 @@ int QVCALL qvStreamOpen(const QvCatalogueEntry* entry, const double* params, int
                         QvStream** stream) noexcept {
   if (!stream) return QV_INVALID_PARM;
   *stream = nullptr;
-  if (!isEntry(entry)) return QV_INVALID_PARM;
+  if (!catalogue::isEntry(entry)) return QV_INVALID_PARM;
   StreamPtr made;
   return give(openCalculation(*entry, params, start, made), made, stream);
 }
