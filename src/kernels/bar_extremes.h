@@ -8,15 +8,15 @@ namespace qv {
 
 // The highest and the lowest of a bar's prices that count; the last of equal ones.
 inline constexpr auto highestPriceOf = [](double open, double high, double low, double close) {
-  const auto taken = [](double price, double highest) { return price >= highest ? price : highest; };
-  return taken(close, taken(low, taken(high, taken(open, -kInfinity))));
+  const auto taken = [](double price, double highest) { return price > highest ? price : highest; };
+  return taken(open, taken(high, taken(low, taken(close, -kInfinity))));
 };
 inline constexpr auto lowestPriceOf = [](double open, double high, double low, double close) {
   const auto taken = [](double price, double lowest) {
     const double counted = price == 0.0 ? kInfinity : price;
-    return counted <= lowest ? counted : lowest;
+    return counted < lowest ? counted : lowest;
   };
-  return taken(close, taken(low, taken(high, taken(open, kInfinity))));
+  return taken(open, taken(high, taken(low, taken(close, kInfinity))));
 };
 
 // Of the bars' highest and lowest price and their close, which a window begins with.
@@ -67,15 +67,13 @@ class SlidingBars {
   explicit SlidingBars(int period) noexcept : window_(period) {}
   bool ok() const noexcept { return window_.ok(); }
   int lead() const noexcept { return window_.lead(); }
+  // Up to a tile.
   void run(Inputs<4> in, int count, Outputs<kOutputs> out) noexcept {
-    for (int at = 0; at < count; at += kTile) {
-      const int items = std::min(kTile, count - at);
-      const auto [open, high, low, close] = advanced(in, at);
-      Tile highest, lowest;
-      map(items, highest, highestPriceOf, open, high, low, close);
-      map(items, lowest, lowestPriceOf, open, high, low, close);
-      window_.run({highest, lowest, close}, items, advanced(out, at));
-    }
+    const auto [open, high, low, close] = in;
+    Tile highest, lowest;
+    map(count, highest, highestPriceOf, open, high, low, close);
+    map(count, lowest, lowestPriceOf, open, high, low, close);
+    window_.run({highest, lowest, close}, count, out);
   }
   template <typename V>
   void fields(V& v) noexcept {

@@ -243,6 +243,7 @@ template <typename F>
 
 template <typename F>
 QV_INLINE void each(int count, F f) noexcept {
+  if (count == 1) return f(0);  // an update's
 #if QV_WIDE_LOOPS
   if (wideLoops && count >= 4) return eachWide(count, f);
 #endif

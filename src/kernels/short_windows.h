@@ -135,9 +135,50 @@ QV_INLINE void shortWindows(const Of& of, int period, const Inputs<Of::kInputs>&
   shortWindows<double, 1>(of, period, x, lanes, count, out);
 }
 
-// The items before a piece, for windows that reach back.
+// The items before a piece, for windows that reach back. They have room for as many more, so that a single
+// item is written behind them and moves none.
 template <typename Of>
-using PastItems = double[Of::kInputs][Of::kShortWindow - 1];
+class PastItems {
+ public:
+  explicit PastItems(int period) noexcept
+      : before_(period < Of::kShortWindow ? period - 1 : Of::kShortWindow - 1), held_(before_) {}
+  // Of the items so far the last ones.
+  const double* last(int input, int items) const noexcept { return items_[input] + (held_ - items); }
+  // Behind them those of a single bar; where they lie.
+  QV_INLINE Inputs<Of::kInputs> with(const Inputs<Of::kInputs>& in) noexcept {
+    if (held_ == kRoom) moveUp();
+    Inputs<Of::kInputs> newest;
+    for (int s = 0; s < Of::kInputs; ++s) {
+      items_[s][held_] = in[s][0];
+      newest[s] = items_[s] + held_;
+    }
+    ++held_;
+    return newest;
+  }
+  // From now on these: as many as a window reaches back, of each input in turn.
+  QV_INLINE void becomes(int input, const double* items) noexcept {
+    __builtin_memcpy(items_[input], items, sizeof(double) * static_cast<std::size_t>(before_));
+    if (input == Of::kInputs - 1) held_ = before_;
+  }
+  template <typename V>
+  void fields(V& v) noexcept {
+    moveUp();
+    for (auto& items : items_)
+      for (int k = 0; k < before_; ++k) v(items[k]);
+  }
+
+ private:
+  static constexpr int kRoom = 2 * Of::kShortWindow;
+
+  void moveUp() noexcept {
+    for (auto& items : items_)
+      __builtin_memmove(items, items + (held_ - before_), sizeof(double) * static_cast<std::size_t>(before_));
+    held_ = before_;
+  }
+
+  int before_, held_;
+  double items_[Of::kInputs][kRoom]{};
+};
 
 // Windows that reach back are taken of a copy of their items, and with them as many as fill a round of fours.
 template <typename Lanes, typename Of>
@@ -148,11 +189,10 @@ QV_INLINE void runShort(const Of& of, int period, PastItems<Of>& past, const Inp
   double items[Of::kInputs][Of::kShortWindow + kTile];
   Inputs<Of::kInputs> x;
   for (int s = 0; s < Of::kInputs; ++s) {
-    __builtin_memcpy(items[s], past[s], sizeof(double) * static_cast<std::size_t>(before));
+    __builtin_memcpy(items[s], past.last(s, before), sizeof(double) * static_cast<std::size_t>(before));
     __builtin_memcpy(items[s] + before, in[s], sizeof(double) * static_cast<std::size_t>(joint));
     x[s] = items[s] + before;
-    const double* last = count >= before ? in[s] + (count - before) : items[s] + count;
-    __builtin_memcpy(past[s], last, sizeof(double) * static_cast<std::size_t>(before));
+    past.becomes(s, count >= before ? in[s] + (count - before) : items[s] + count);
   }
   shortWindows<Lanes>(of, period, x, joint, out);
   if (joint < count)

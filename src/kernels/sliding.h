@@ -39,7 +39,7 @@ class Sliding {
   using Out = Outputs<kOutputs>;
 
   explicit Sliding(int period, const Statistic& statistic = {}) noexcept
-      : of_(statistic), memory_(period, kMostRows, kInputs, Statistic::kNone) {}
+      : of_(statistic), memory_(period, kMostRows, kInputs, Statistic::kNone), past_(period) {}
 
   // False once memory could not be had.
   bool ok() const noexcept { return memory_.ok(); }
@@ -47,29 +47,16 @@ class Sliding {
   // The items so far, while fewer than a period.
   std::span<const double> itemsSoFar(int input = 0) const noexcept {
     const auto items = static_cast<std::size_t>(memory_.period - 1 - memory_.missing);
-    if (memory_.period <= Statistic::kShortWindow)
-      return {past_[input] + (memory_.period - 1) - items, items};
+    if (memory_.period <= Statistic::kShortWindow) return {past_.last(input, static_cast<int>(items)), items};
     return {memory_.kept(input), items};
   }
 
-  [[gnu::noinline]] void run(In in, int count, Out out) noexcept {
-    if (count == 1 && memory_.missing == 0) {
-      if (memory_.period <= Statistic::kShortWindow) return nextShort(in, out);
-      const bool mayBeFirst = !Statistic::kCountsOnce && memory_.place + 1 == memory_.period;
-      if (memory_.place < memory_.room && !memory_.failed && !mayBeFirst) return next(in, out);
-    }
-    if (!ok()) memory_.missing = memory_.period;
-    const int incomplete = ok() ? std::min(memory_.missing, count) : count;
-    if (ok()) {
-      if (memory_.period <= Statistic::kShortWindow)
-        runShort(in, count, out);
-      else if constexpr (kCorrects) {
-        memory_.period > kPlainItems ? runOf(Corrected(of_), in, count, out) : runOf(of_, in, count, out);
-      } else
-        runOf(of_, in, count, out);
-    }
-    for (double* y : out) std::fill_n(y, memory_.failed ? count : incomplete, 0.0);
-    memory_.missing -= std::min(memory_.missing, incomplete);
+  void run(In in, int count, Out out) noexcept {
+    if (count != 1 || memory_.missing != 0) return runPiece(in, count, out);
+    if (memory_.period <= Statistic::kShortWindow) return nextShort(in, out);
+    const bool mayBeFirst = !Statistic::kCountsOnce && memory_.place + 1 == memory_.period;
+    if (memory_.place >= memory_.room || memory_.failed || mayBeFirst) return runPiece(in, 1, out);
+    next(in, out);
   }
 
   bool reserve(int count) noexcept {
@@ -86,8 +73,22 @@ class Sliding {
   }
 
  private:
+  [[gnu::noinline]] void runPiece(const In& in, int count, const Out& out) noexcept {
+    if (!ok()) memory_.missing = memory_.period;
+    const int incomplete = ok() ? std::min(memory_.missing, count) : count;
+    if (ok()) {
+      if (memory_.period <= Statistic::kShortWindow)
+        runShort(in, count, out);
+      else if constexpr (kCorrects) {
+        memory_.period > kPlainItems ? runOf(Corrected(of_), in, count, out) : runOf(of_, in, count, out);
+      } else
+        runOf(of_, in, count, out);
+    }
+    for (double* y : out) std::fill_n(y, memory_.failed ? count : incomplete, 0.0);
+    memory_.missing -= std::min(memory_.missing, incomplete);
+  }
   // One bar, as updates come, with as little ado as can be: within a block, or a short window.
-  QV_INLINE void next(const In& in, const Out& out) noexcept {
+  [[gnu::noinline]] void next(const In& in, const Out& out) noexcept {
     for (int s = 0; s < kInputs; ++s) memory_.kept(s)[memory_.place] = in[s][0];
     if constexpr (kCorrects) {
       memory_.period > kPlainItems ? nextOf(Corrected(of_), in, out) : nextOf(of_, in, out);
@@ -97,7 +98,7 @@ class Sliding {
   }
   template <typename Of>
   QV_INLINE void nextOf(const Of& of, const In& in, const Out& out) noexcept {
-    Running<Of> running;
+    Running<Of> running;  // all of it is set; set twice it takes its time
     running.anchors = running_.anchors;
     for (int r = 0; r < Of::kRows; ++r) {
       running.older[r] = running_.older[r];
@@ -113,18 +114,8 @@ class Sliding {
       running_.terms[r] = running.terms[r];
     }
   }
-  QV_INLINE void nextShort(const In& in, const Out& out) noexcept {
-    constexpr int kMost = Statistic::kShortWindow;
-    double items[kInputs][kMost];
-    In newest;
-    for (int s = 0; s < kInputs; ++s) {
-      std::copy_n(past_[s], kMost - 1, items[s]);
-      items[s][kMost - 1] = 0.0;
-      items[s][memory_.period - 1] = in[s][0];
-      newest[s] = items[s] + memory_.period - 1;
-    }
-    oneShortWindow(of_, memory_.period, newest, out);
-    for (int s = 0; s < kInputs; ++s) std::copy_n(items[s] + 1, kMost - 1, past_[s]);
+  [[gnu::noinline]] void nextShort(const In& in, const Out& out) noexcept {
+    oneShortWindow(of_, memory_.period, past_.with(in), out);
   }
 
   static constexpr bool kCorrects = requires { typename Statistic::Corrected; };
@@ -163,7 +154,7 @@ class Sliding {
 
   Statistic of_;
   BlockMemory memory_;
-  PastItems<Statistic> past_{};  // of short windows
+  PastItems<Statistic> past_;  // of short windows
   RunningRows<kInputs, kMostRows> running_{};
 };
 

@@ -16,7 +16,9 @@ bool Progress::begin(LivePtr opened) noexcept {
   before_.reset(now_->copy());
   room_ = kMostAtOnce;
   kept_ = rowsOf(room_);
-  return before_ && kept_.ok();
+  if (!before_ || !kept_.ok()) return false;
+  hold(0);
+  return true;
 }
 
 bool Progress::copy(Progress& to) noexcept {
@@ -26,8 +28,9 @@ bool Progress::copy(Progress& to) noexcept {
   to.kept_ = kept_;
   to.bars_ = bars_;
   to.room_ = room_;
-  to.held_ = held_;
-  return to.now_ && to.before_ && to.kept_.ok();
+  if (!to.now_ || !to.before_ || !to.kept_.ok()) return false;
+  to.hold(held_);
+  return true;
 }
 
 void Progress::run(Live& running, std::int64_t at, const double* const* in, int count,
@@ -47,28 +50,27 @@ void Progress::run(Live& running, std::int64_t at, const double* const* in, int 
   running.run(from, count - skipped, out);
 }
 
-void Progress::keepAndRun(const double* const* values, int count, double* const* outputs) noexcept {
-  In in;
-  for (int k = 0; k < feed_.inputCount; ++k) {
-    double* place = row(k) + held_;
-    const double* items = values[feed_.inputs[k]];
-    *place = *items;
-    if (count > 1) std::copy_n(items + 1, count - 1, place + 1);
-    in[k] = place;
-  }
-  run(*now_, bars_, in, count, outputs);
-  held_ += count;
-  bars_ += count;
-}
-
 bool Progress::take(const double* const* values, int count, double* const* outputs) noexcept {
-  if (held_ + count > room_) return takeMovingUp(values, count, outputs);
-  if (!now_->reserve(count)) return false;
-  keepAndRun(values, count, outputs);
+  if (held_ + count > room_ && !moveUp(count)) return false;
+  if (count > reserved_ && !reserve()) return false;
+  for (int k = 0; k < feed_.inputCount; ++k) {
+    const double* items = values[feed_.inputs[k]];
+    *next_[k] = *items;
+    if (count > 1) std::copy_n(items + 1, count - 1, next_[k] + 1);
+  }
+  bool allWanted = outputs != nullptr && bars_ >= feed_.begin;
+  for (int k = 0; k < feed_.outputCount && allWanted; ++k) allWanted = outputs[k] != nullptr;
+  if (allWanted)
+    now_->run(next_, count, outputs);
+  else
+    run(*now_, bars_, next_, count, outputs);
+  reserved_ -= count;
+  hold(held_ + count);
+  bars_ += count;
   return true;
 }
 
-bool Progress::takeMovingUp(const double* const* values, int count, double* const* outputs) noexcept {
+bool Progress::moveUp(int count) noexcept {
   LivePtr before(now_->copy());
   memory::Buffer<double> larger;
   if (!before) return false;
@@ -78,13 +80,17 @@ bool Progress::takeMovingUp(const double* const* values, int count, double* cons
     larger = rowsOf(room);
     if (!larger.ok()) return false;
   }
-  if (!now_->reserve(count)) return false;
+  if (count > reserved_ && !reserve()) return false;
   before_ = std::move(before);
   if (larger.ok()) kept_ = std::move(larger);
   room_ = room;
-  held_ = 0;
-  keepAndRun(values, count, outputs);
+  hold(0);
   return true;
+}
+
+bool Progress::reserve() noexcept {
+  reserved_ = now_->reserve(kMostAtOnce) ? kMostAtOnce : 0;
+  return reserved_ > 0;
 }
 
 bool Progress::takeMany(const double* const* values, int count, double* const* outputs) noexcept {
@@ -109,8 +115,9 @@ bool Progress::takeMany(const double* const* values, int count, double* const* o
       in[k] = copies[k];
     }
     run(*now_, bars_, in, items, out);
+    reserved_ = 0;
     bars_ += items;
-    held_ = room_;  // what was kept is of no use any more
+    hold(room_);  // what was kept is of no use any more
     advance(at += items);
   }
   return take(from, count - at, out);
@@ -158,7 +165,8 @@ bool Progress::replaceLast(const double* const* values, double* const* outputs) 
   run(*now, bars_ - 1, in, 1, outputs);
   if (before) before_ = std::move(before);
   now_ = std::move(now);
-  held_ = 1;
+  reserved_ = 0;
+  hold(1);
   return true;
 }
 
@@ -186,12 +194,13 @@ bool Progress::load(Reader& from) noexcept {
     if (!kept_.ok()) return false;
   }
   bars_ = static_cast<std::int64_t>(bars);
-  held_ = held;
+  hold(held);
   for (int k = 0; k < feed_.inputCount; ++k)
     for (int i = 0; i < held; ++i) row(k)[i] = from.number();
   if (!before_->load(from)) return false;
   if (!from.ok()) return true;
   now_.reset(before_->copy());
+  reserved_ = 0;
   return now_ && replay(*now_, 0, held_);
 }
 

@@ -14,8 +14,8 @@ struct Feed {
 };
 
 // The state before the last bars and these bars: taking the last one back replays the others. The earlier
-// state moves up as soon as these have as many numbers as it has, so that copying it costs every bar the same,
-// whatever the periods.
+// state moves up as soon as these have as many numbers as it has, so that copying it costs every bar the
+// same, whatever the periods.
 class Progress {
  public:
   explicit Progress(const Feed& feed) noexcept : feed_(feed) {}
@@ -38,9 +38,11 @@ class Progress {
   const Live& now() const noexcept { return *now_; }
 
  private:
-  using Outs = double* [Opening::kMostOutputs];
-
   double* row(int input) noexcept { return kept_.data() + std::ptrdiff_t{room_} * input; }
+  void hold(int bars) noexcept {
+    held_ = bars;
+    for (int k = 0; k < feed_.inputCount; ++k) next_[k] = row(k) + bars;
+  }
   memory::Buffer<double> rowsOf(int items) const noexcept {
     return memory::Buffer<double>(static_cast<std::size_t>(items) *
                                   static_cast<std::size_t>(feed_.inputCount));
@@ -48,8 +50,10 @@ class Progress {
   // The calculation over bars that begin with bar `at`.
   void run(Live& running, std::int64_t at, const double* const* in, int count,
            double* const* outputs) const noexcept;
-  void keepAndRun(const double* const* values, int count, double* const* outputs) noexcept;
-  bool takeMovingUp(const double* const* values, int count, double* const* outputs) noexcept;
+  // Forgets the past before the next `count` bars.
+  bool moveUp(int count) noexcept;
+  // Memory for the next kMostAtOnce bars: asked for seldom.
+  bool reserve() noexcept;
   // The kept bars first .. end - 1 once more.
   bool replay(Live& running, int first, int end) noexcept;
 
@@ -58,6 +62,8 @@ class Progress {
   std::int64_t bars_ = 0;
   memory::Buffer<double> kept_;  // the bars since before_, `room_` of each input
   int room_ = 0, held_ = 0;
+  double* next_[Opening::kMostInputs]{};  // where that of the next bar goes
+  int reserved_ = 0;                      // for so many bars now_ has memory
 };
 
 }  // namespace qv::stream
