@@ -85,6 +85,7 @@ void addChart(Tool& tool) {
   command.add_option("FILE", options->file, "A price file, or DIR/NAME in a vendor's directory")->required();
   command.add_option("FORMULAS", options->formulas, "What to draw with the prices, or below them");
   std::vector<std::string> names;
+  names.reserve(kKinds.size());
   for (const auto& [name, kind] : kKinds) names.push_back(name);
   command
       .add_option("--kind", options->kind,

@@ -73,10 +73,10 @@ class Blocks {
   static int QVCALL line(void* c, double x1, double y1, double x2, double y2, uint32_t colour, double,
                          int dash) {
     if (!self(c).isSeen(colour)) return 0;
-    const double steps =
-        std::ceil(std::max(std::fabs(x2 - x1) / kCellWidth, std::fabs(y2 - y1) / kCellHeight) * 4) + 1;
+    const double cells = std::max(std::fabs(x2 - x1) / kCellWidth, std::fabs(y2 - y1) / kCellHeight);
+    const int steps = static_cast<int>(std::ceil(std::min(cells * 4, 1e6))) + 1;
     // Of a line that is not solid every other place.
-    for (double i = 0; i <= steps; i += dash && std::fmod(i, 8) == 3 ? 5 : 1)
+    for (int i = 0; i <= steps; i += dash && i % 8 == 3 ? 5 : 1)
       self(c).dot(x1 + (x2 - x1) * i / steps, y1 + (y2 - y1) * i / steps, colour);
     return 0;
   }
@@ -88,8 +88,11 @@ class Blocks {
   static int QVCALL rectangle(void* c, double x, double y, double width, double height, uint32_t fill) {
     Blocks& b = self(c);
     if (!b.isSeen(fill) || x >= b.clipRight_ - 1 || b.isWhole_) return 0;
-    for (double py = y; py < y + height; py += kCellHeight / 4)
-      for (double px = x; px < x + width; px += kCellWidth / 4) b.dot(px, py, fill);
+    const int rows = static_cast<int>(std::ceil(height / kCellHeight * 4));
+    const int columns = static_cast<int>(std::ceil(width / kCellWidth * 4));
+    for (int row = 0; row < rows; ++row)
+      for (int column = 0; column < columns; ++column)
+        b.dot(x + column * kCellWidth / 4, y + row * kCellHeight / 4, fill);
     return 0;
   }
   static int QVCALL polygon(void* c, const QvPoint* p, int count, uint32_t fill) {

@@ -67,13 +67,10 @@ class SlidingBars {
   explicit SlidingBars(int period) noexcept : window_(period) {}
   bool ok() const noexcept { return window_.ok(); }
   int lead() const noexcept { return window_.lead(); }
-  // Up to a tile.
   void run(Inputs<4> in, int count, Outputs<kOutputs> out) noexcept {
-    const auto [open, high, low, close] = in;
-    Tile highest, lowest;
-    map(count, highest, highestPriceOf, open, high, low, close);
-    map(count, lowest, lowestPriceOf, open, high, low, close);
-    window_.run({highest, lowest, close}, count, out);
+    for (; count > kTile; in = advanced(in, kTile), out = advanced(out, kTile), count -= kTile)
+      runTile(in, kTile, out);
+    runTile(in, count, out);
   }
   template <typename V>
   void fields(V& v) noexcept {
@@ -81,6 +78,13 @@ class SlidingBars {
   }
 
  private:
+  void runTile(const Inputs<4>& in, int count, const Outputs<kOutputs>& out) noexcept {
+    const auto [open, high, low, close] = in;
+    Tile highest, lowest;
+    map(count, highest, highestPriceOf, open, high, low, close);
+    map(count, lowest, lowestPriceOf, open, high, low, close);
+    window_.run({highest, lowest, close}, count, out);
+  }
   Sliding<Statistic> window_;
 };
 
