@@ -170,7 +170,7 @@ class PastItems {
  private:
   static constexpr int kRoom = 2 * Of::kShortWindow;
 
-  void moveUp() noexcept {
+  [[gnu::noinline]] void moveUp() noexcept {
     for (auto& items : items_)
       __builtin_memmove(items, items + (held_ - before_), sizeof(double) * static_cast<std::size_t>(before_));
     held_ = before_;
