@@ -4,6 +4,8 @@
 // four bars side by side give the bits of two.
 #pragma once
 
+#include <cstdint>
+
 #include "kernels/groups.h"
 
 namespace qv {
@@ -144,6 +146,13 @@ QV_INLINE void beginBlock(const Of& of, BlockMemory& memory, const Inputs<Of::kI
 // Longer pieces than this lie in memory, from where their items and the results' places are fetched so many
 // items ahead.
 inline constexpr int kNear = 65536, kAhead = 96;
+// The address, which may lie behind the series, as a number.
+template <bool kForWriting>
+QV_INLINE void fetchAhead(const double* x) noexcept {
+  __builtin_prefetch(
+      reinterpret_cast<const void*>(reinterpret_cast<std::uintptr_t>(x) + kAhead * sizeof(double)),
+      kForWriting);
+}
 
 // The windows that end at the items of a piece, all of one block. From item `from` up, as many at a time as
 // there are Lanes, and a pair that ends the block; returns where it stopped.
@@ -201,8 +210,8 @@ QV_INLINE int windowsUp(const Of& ofThis, BlockMemory& memory, const Inputs<Of::
     storeAll(i, takeFirst(i, load<Lanes>(in, i)));
     for (i += kStep; i + kStep <= items; i += kStep) {
       if (isFar) {
-        for (const double* x : in) __builtin_prefetch(x + i + kAhead);
-        for (const double* y : out) __builtin_prefetch(y + i + kAhead, 1);
+        for (const double* x : in) fetchAhead<false>(x + i);
+        for (const double* y : out) fetchAhead<true>(y + i);
       }
       storeAll(i, takeNext(i, load<Lanes>(in, i)));
     }
