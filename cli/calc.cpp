@@ -28,6 +28,7 @@ int run(const Options& options) {
   const qv::Bars& bars = loaded.bars;
   const auto other = loadAgainst(options.against, options.how, options.range.every);
   std::vector<qv::Series> values;
+  values.reserve(calculations.size());
   for (const Calculation& c : calculations) values.push_back(c.over(bars, other.get()));
   Rows rows(options.output.form(), columns);
   const Range range = rangeOf(bars, options.range);
