@@ -16,7 +16,8 @@ if [ ${#targets[@]} -eq 0 ]; then
 fi
 
 mkdir -p build
-build fuzz >build/fuzz.log 2>&1 || { tail -n 30 build/fuzz.log; exit 1; }
+{ cmake --preset fuzz && cmake --build --preset fuzz --target "${targets[@]/%/_fuzz}"; } >build/fuzz.log 2>&1 ||
+  { tail -n 30 build/fuzz.log; exit 1; }
 # A request for absurd memory must come back; a bound on time is the targets' own, this one is for a machine at work.
 export ASAN_OPTIONS=allocator_may_return_null=1 UBSAN_OPTIONS=print_stacktrace=1
 limits=(-rss_limit_mb=2500 -timeout=100 -max_len=2048)
