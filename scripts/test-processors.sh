@@ -7,16 +7,22 @@ source "$(dirname "$0")/prepare.sh"
 demo_is_the_same() {
   "$@" demo --data data | diff <(build/release/cli/qv demo --data data) -
 }
+# same_bits COMMAND...: all results are.
+same_bits() {
+  "$@" data tests/digest/same_bits.txt
+}
 linux32() {
   local root=/usr/i686-linux-gnu/lib
   build linux32 -DQV_BUILD_TESTS=ON >/dev/null
   demo_is_the_same "$root/ld-linux.so.2" --library-path "$root:build/linux32" build/linux32/cli/qv
+  same_bits "$root/ld-linux.so.2" --library-path "$root" build/linux32/tests/qv_digest
   "$root/ld-linux.so.2" --library-path "$root" build/linux32/tests/qvlib60_tests --gtest_brief=1
 }
 aarch64() {
   local emulator=(qemu-aarch64 -L /usr/aarch64-linux-gnu)
   build aarch64 -DQV_BUILD_TESTS=ON >/dev/null
   demo_is_the_same "${emulator[@]}" build/aarch64/cli/qv
+  same_bits "${emulator[@]}" build/aarch64/tests/qv_digest
   "${emulator[@]}" build/aarch64/tests/qvlib60_tests --gtest_brief=1 \
     --gtest_filter='Record*:*Layout*:Bonds*:Power*:Options*:Stages*:Formula*:*Average*'
 }

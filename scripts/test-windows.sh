@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # Installs what is missing, builds the DLLs and qv.exe for 32-bit and 64-bit Windows, looks at what they export and
-# import, and runs under Wine: a program that loads the DLL by name, `qv demo`, and the tests (--quick leaves them out,
-# --filter=PATTERN runs some). The 32-bit ones run only where a 32-bit Wine is installed or can be.
+# import, and runs under Wine: a program that loads the DLL by name, `qv demo`, and the tests with the digests of all results
+# (--quick leaves them out, --filter=PATTERN runs some). The 32-bit ones run only where a 32-bit Wine is installed or can be.
 source "$(dirname "$0")/prepare.sh"
 tests="*"
 for argument in "$@"; do
@@ -38,6 +38,7 @@ runs() {
   build/release/cli/qv demo --data data | diff - "$work/demo$bits.txt"
 }
 tests_run() {
+  wine "build/win$1/tests/qv_digest.exe" data tests/digest/same_bits.txt
   wine "build/win$1/tests/qvlib60_tests.exe" --gtest_brief=1 --gtest_filter="$tests"
 }
 

@@ -94,11 +94,12 @@ void markUnknown(Bars& b) {
 }
 
 Loaded loadOther(const std::string& file, const std::string& type, const fs::path& path) {
-  const std::string directory = path.has_parent_path() ? path.parent_path().string() : ".";
+  const std::string directory = path.has_parent_path() ? path.parent_path().string() : ".",
+                    name = path.filename().string();
   Loaded loaded;
   loaded.type = type;
   Bars& bars = loaded.bars;
-  const int status = qvFILEread(type.c_str(), &bars, directory.c_str(), path.filename().c_str(), 0, -1);
+  const int status = qvFILEread(type.c_str(), &bars, directory.c_str(), name.c_str(), 0, -1);
   if (status == QV_FILE_OPEN || status == QV_FILE_NOT_FOUND)
     throw Error(file, "not found; qv list " + directory + " shows what there is", status);
   check(status, file);
