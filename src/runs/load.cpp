@@ -26,7 +26,8 @@ std::string readText(const std::string& file) {
   if (!f) throw Error(file, errno == ENOENT ? "no such file" : std::strerror(errno), QV_FILE_OPEN);
   std::string text;
   std::error_code ignored;
-  if (const auto size = fs::file_size(file, ignored); !ignored) text.reserve(size + 1);
+  if (const auto size = fs::file_size(file, ignored); !ignored)
+    text.reserve(static_cast<std::size_t>(std::min<std::uintmax_t>(size, 1 << 30)) + 1);
   char piece[1 << 16];
   for (std::size_t n; (n = std::fread(piece, 1, sizeof piece, f.get())) > 0;) text.append(piece, n);
   if (std::ferror(f.get())) throw Error(file, std::strerror(errno), QV_FILE_READ);
