@@ -5,7 +5,7 @@ source "$(dirname "$0")/prepare.sh"
 
 # built PRESET: library, tool and tests.
 built() {
-  build "$1" -DQV_BUILD_TESTS=ON >"build/$1.log" 2>&1 || { grep -A5 error "build/$1.log" | head -40; return 1; }
+  build "$1" -DQV_BUILD_TESTS=ON >"build/$1.log" 2>&1 || { grep -A5 error: "build/$1.log" | head -40; return 1; }
 }
 # demo_is_the_same COMMAND...: the demo is that of this machine.
 demo_is_the_same() {
