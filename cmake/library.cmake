@@ -98,6 +98,7 @@ if(QV_BUILD_TESTS OR QV_BUILD_FUZZ)
   target_include_directories(qvlib60_testable PUBLIC
     ${CMAKE_CURRENT_SOURCE_DIR}/src ${CMAKE_CURRENT_SOURCE_DIR}/include)
   if(WIN32)
+    target_compile_definitions(qvlib60_testable PUBLIC QVLIB60_STATIC)
     target_link_libraries(qvlib60_testable PUBLIC gdi32)
   endif()
 endif()

@@ -39,7 +39,7 @@ inline std::atomic<std::size_t> liveBytes{0};
 struct alignas(16) Head {
   std::uint64_t state;
   std::size_t bytes;
-  unsigned char guard[kGuard];
+  alignas(16) unsigned char guard[kGuard];  // up to the block
 };
 
 [[noreturn]] inline void fail(const char* what, const void* block) noexcept {

@@ -162,6 +162,12 @@ int Parser::crossing(int left) noexcept {
                : graph_.itemwise(Kind::CrossesAbove, right, left);
 }
 
+bool Parser::deeper(int at) noexcept {
+  if (++depth_ <= QV_FORMULA_MAX_DEPTH) return true;
+  complaint_.say(at, "more than %d levels", int{QV_FORMULA_MAX_DEPTH});
+  return false;
+}
+
 int Parser::prefixed(int level) noexcept {
   const bool negated = isWord("not"), minus = token().symbol == Symbol::Minus;
   if (!negated && !minus) return indexed();
@@ -169,10 +175,7 @@ int Parser::prefixed(int level) noexcept {
     complaint_.say(token().at, "not needs brackets here");
     return kFailed;
   }
-  if (++depth_ > QV_FORMULA_MAX_DEPTH) {
-    complaint_.say(token().at, "more than %d levels", int{QV_FORMULA_MAX_DEPTH});
-    return kFailed;
-  }
+  if (!deeper(token().at)) return kFailed;
   advance();
   const int operand = expression(negated ? kNot : kSign);
   --depth_;
@@ -184,8 +187,10 @@ int Parser::indexed() noexcept {
   int value = primary();
   while (value >= 0 && token().symbol == Symbol::OpenIndex) {
     const int at = token().at;
+    if (!deeper(at)) return kFailed;
     advance();
     const int back = constant("a number of bars");
+    --depth_;
     if (back < 0) return back;
     if (!expect(Symbol::CloseIndex, "]")) return kFailed;
     const Node& number = graph_[back];
@@ -214,10 +219,7 @@ int Parser::primary() noexcept {
     default:
       return unexpected("a value");
   }
-  if (++depth_ > QV_FORMULA_MAX_DEPTH) {
-    complaint_.say(first.at, "more than %d levels", int{QV_FORMULA_MAX_DEPTH});
-    return kFailed;
-  }
+  if (!deeper(first.at)) return kFailed;
   advance();
   const int inside = expression(kOr);
   --depth_;
@@ -260,10 +262,7 @@ int Parser::word() noexcept {
   const Token name = token();
   if (isWord("and") || isWord("or") || isWord("not") || isWord("crosses")) return unexpected("a value");
   advance();
-  if (++depth_ > QV_FORMULA_MAX_DEPTH) {
-    complaint_.say(name.at, "more than %d levels", int{QV_FORMULA_MAX_DEPTH});
-    return kFailed;
-  }
+  if (!deeper(name.at)) return kFailed;
   int value = kFailed;
   if (const int series = findField(nameOf(name)))
     value = graph_.field(series, context_);

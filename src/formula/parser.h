@@ -35,6 +35,8 @@ class Parser {
   static constexpr int kFailed = -1;
   int expression(int level) noexcept;
   int prefixed(int level) noexcept;
+  // One level down, which --depth_ leaves; false after a complaint where there are too many.
+  bool deeper(int at) noexcept;
   int indexed() noexcept;
   int primary() noexcept;
   int word() noexcept;

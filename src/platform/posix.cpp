@@ -1,4 +1,7 @@
 // POSIX systems.
+#ifndef _FILE_OFFSET_BITS
+#define _FILE_OFFSET_BITS 64  // files of more than 2 GiB where addresses have 32 bits
+#endif
 #include <dirent.h>
 #include <fcntl.h>
 #include <sys/stat.h>

@@ -186,6 +186,9 @@ TEST_F(TextFiles, WrittenTimesAreReadBack) {
 }
 
 TEST_F(TextFiles, FillTheBarInformation) {
+#ifdef _WIN32
+  GTEST_SKIP() << "the system chooses the short names";
+#endif
   dir.write("Microsoft, Corp .2000.csv", rows({0, 1, 2}));
   fillWithOldFile(bars, 1);
   const std::string padding = " " + directory + "\n";
@@ -269,6 +272,9 @@ TEST_F(TextFiles, ReadOneColumnAndCountTheHeaderLinesInTotalAndStart) {
 }
 
 TEST_F(TextFiles, AreListedByFourPatternsInTheirOrder) {
+#ifdef _WIN32
+  GTEST_SKIP() << "the system chooses the short names";
+#endif
   for (const char* name : {"b.TXT", "A.txt", "txtinfo.txt", "q.prn", "long file name.csv", "x.asc", "y.dat"})
     dir.write(name, "");
   std::filesystem::create_directory(dir / "directory.csv");
@@ -276,7 +282,8 @@ TEST_F(TextFiles, AreListedByFourPatternsInTheirOrder) {
   noon.tm_year = 108, noon.tm_mday = 15, noon.tm_hour = 12, noon.tm_isdst = -1;  // 15 January 2008
   const auto time = std::chrono::system_clock::from_time_t(std::mktime(&noon));
   for (const auto& entry : std::filesystem::directory_iterator(path))
-    std::filesystem::last_write_time(entry, std::chrono::file_clock::from_sys(time));
+    if (!entry.is_directory())
+      std::filesystem::last_write_time(entry, std::chrono::file_clock::from_sys(time));
 
   const auto line = [](const char* name, const char* symbol, const char* description,
                        const char* rest = "Unknown   Unknown    15/01/2008") {

@@ -65,7 +65,7 @@ TEST(FormulaEvaluation, ValuesAreKnownFromTheLatestOfTheirPartsOn) {
       const Evaluated out(text, bars);
       const int moved = text[0] == '7' || wanted == INT_MAX
                             ? wanted
-                            : static_cast<int>(std::min<long>(INT_MAX, long{wanted} + first));
+                            : static_cast<int>(std::min<std::int64_t>(INT_MAX, std::int64_t{wanted} + first));
       EXPECT_EQ(out.firstValid, moved) << text;
       for (int i = 0; i < std::min(out.firstValid, out.size); ++i) ASSERT_EQ(out[i], 0.0) << text << i;
       if (first == 0) {

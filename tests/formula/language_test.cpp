@@ -131,7 +131,7 @@ TEST(FormulaLanguage, HostileTexts) {
   for (int k = 0; k < 10000; ++k) {
     deep[2].insert(0, "not ");
     deep[3] = "abs(" + deep[3];
-    deep[4] += "[1";
+    deep[4] += "[1[1[1";
     deep[5].insert(0, "weekly(");
   }
   for (const std::string& text : deep) EXPECT_FALSE(Formula(text).f) << text.substr(0, 40);

@@ -15,6 +15,13 @@ inline std::string readFile(const std::filesystem::path& path) {
   return text.str();
 }
 
+// What a program sees that opens it as text: line ends are the system's.
+inline std::string readText(const std::filesystem::path& path) {
+  std::ostringstream text;
+  text << std::ifstream(path).rdbuf();
+  return text.str();
+}
+
 class ScratchDir {
  public:
   ScratchDir() {
@@ -31,7 +38,7 @@ class ScratchDir {
 
   std::string operator/(const std::string& name) const { return (path_ / name).string(); }
   std::string path() const { return path_.string(); }
-  std::string read(const std::string& name) const { return readFile(path_ / name); }
+  std::string read(const std::string& name) const { return readText(path_ / name); }
   // A new file each time: some file systems flush one that is overwritten, at every close.
   void write(const std::string& name, const std::string& bytes) const {
     std::filesystem::remove(path_ / name);
