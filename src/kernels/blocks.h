@@ -149,7 +149,7 @@ inline constexpr int kNear = 65536, kAhead = 96;
 // The address, which may lie behind the series, as a number.
 template <bool kForWriting>
 QV_INLINE void fetchAhead(const double* x) noexcept {
-  __builtin_prefetch(
+  __builtin_prefetch(  // NOLINTNEXTLINE(performance-no-int-to-ptr)
       reinterpret_cast<const void*>(reinterpret_cast<std::uintptr_t>(x) + kAhead * sizeof(double)),
       kForWriting);
 }

@@ -1,6 +1,7 @@
 // POSIX systems.
+// Files of more than 2 GiB where addresses have 32 bits.
 #ifndef _FILE_OFFSET_BITS
-#define _FILE_OFFSET_BITS 64  // files of more than 2 GiB where addresses have 32 bits
+#define _FILE_OFFSET_BITS 64  // NOLINT(bugprone-reserved-identifier)
 #endif
 #include <dirent.h>
 #include <fcntl.h>
