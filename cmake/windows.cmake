@@ -13,6 +13,12 @@ file(WRITE ${CMAKE_CURRENT_BINARY_DIR}/QVLIB60.def "${qv_def}")
 target_sources(QVLIB60 PRIVATE ${CMAKE_CURRENT_BINARY_DIR}/QVLIB60.def)
 set_target_properties(QVLIB60 PROPERTIES PREFIX "")
 target_link_options(QVLIB60 PRIVATE -static -Wl,--enable-stdcall-fixup)
+if(CMAKE_SIZEOF_VOID_P EQUAL 4)
+  # The linker's own import library has the names undecorated, too, and no caller would find them there.
+  add_custom_command(TARGET QVLIB60 POST_BUILD VERBATIM COMMAND ${CMAKE_COMMAND} -D NM=${CMAKE_NM}
+    -D DLLTOOL=${CMAKE_DLLTOOL} -D DLL=$<TARGET_FILE:QVLIB60> -D LIBRARY=$<TARGET_LINKER_FILE:QVLIB60>
+    -P ${CMAKE_CURRENT_SOURCE_DIR}/cmake/import_library.cmake)
+endif()
 
 enable_language(RC)
 configure_file(packaging/windows/version.rc.in QVLIB60.rc @ONLY)
