@@ -10,6 +10,8 @@
 #include "core/memory.h"
 #include "core/numbers.h"
 
+#if defined(__x86_64__) || defined(__i386__)
+
 #define QV_FOUR_LANES
 #include <immintrin.h>
 
@@ -112,3 +114,5 @@ template void runBesideWide(Recurrence&, Recurrence&, const double*, int, double
 #else
 #pragma GCC pop_options
 #endif
+
+#endif  // of these processors
