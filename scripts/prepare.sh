@@ -52,6 +52,13 @@ build() {
   cmake --preset "$@" && cmake --build --preset "$1"
 }
 
+# build_quietly LOG PRESET [CMAKE-OPTION...]: as build; the compilers' errors are shown when it fails.
+build_quietly() {
+  local log=$1
+  shift
+  build "$@" >"$log" 2>&1 || { grep -A5 error: "$log" | head -40; return 1; }
+}
+
 # Library and tool of the release build; the tests stay as they were configured.
 build_programs() {
   [ -e build/release/build.ninja ] || cmake --preset release -DQV_BUILD_TESTS=OFF >/dev/null

@@ -3,10 +3,6 @@
 # tests, on aarch64, which is emulated and slow, a part of them. Arguments choose: linux32, aarch64.
 source "$(dirname "$0")/prepare.sh"
 
-# built PRESET: library, tool and tests.
-built() {
-  build "$1" -DQV_BUILD_TESTS=ON >"build/$1.log" 2>&1 || { grep -A5 error: "build/$1.log" | head -40; return 1; }
-}
 # demo_is_the_same COMMAND...: the demo is that of this machine.
 demo_is_the_same() {
   "$@" demo --data data | diff <(build/release/cli/qv demo --data data) -
@@ -17,14 +13,14 @@ same_bits() {
 }
 linux32() {
   local root=/usr/i686-linux-gnu/lib
-  built linux32
+  build_quietly build/linux32.log linux32 -DQV_BUILD_TESTS=ON
   demo_is_the_same "$root/ld-linux.so.2" --library-path "$root:build/linux32" build/linux32/cli/qv
   same_bits "$root/ld-linux.so.2" --library-path "$root" build/linux32/tests/qv_digest
   "$root/ld-linux.so.2" --library-path "$root" build/linux32/tests/qvlib60_tests --gtest_brief=1
 }
 aarch64() {
   local emulator=(qemu-aarch64 -L /usr/aarch64-linux-gnu)
-  built aarch64
+  build_quietly build/aarch64.log aarch64 -DQV_BUILD_TESTS=ON
   demo_is_the_same "${emulator[@]}" build/aarch64/cli/qv
   same_bits "${emulator[@]}" build/aarch64/tests/qv_digest
   "${emulator[@]}" build/aarch64/tests/qvlib60_tests --gtest_brief=1 \

@@ -43,11 +43,6 @@ tests_run() {
   wine "build/win$1/tests/qvlib60_tests.exe" --gtest_brief=1 --gtest_filter="$tests"
 }
 
-# built PRESET WITH-TESTS
-built() {
-  build "$1" -DQV_BUILD_TESTS="$2" -DQV_WARNINGS_AS_ERRORS=OFF >"$work/$1.log" 2>&1 ||
-    { grep -A5 'error:' "$work/$1.log" | head -40; return 1; }
-}
 # windows BITS TRIPLET WINE-PACKAGE...: builds, looks at the tables, and runs what Wine can run. The tests are built
 # where they can run. Warnings are judged by the native builds.
 windows() {
@@ -59,7 +54,8 @@ windows() {
     runnable=
   fi
   [ -z "$runnable" ] || [ -z "$tests" ] || with_tests=ON
-  stage "$bits-bit build" built "win$bits" "$with_tests"
+  stage "$bits-bit build" build_quietly "$work/win$bits.log" "win$bits" -DQV_BUILD_TESTS=$with_tests \
+    -DQV_WARNINGS_AS_ERRORS=OFF
   stage "$bits-bit tables" tables "$triplet" "build/win$bits/QVLIB60.dll"
   [ -n "$runnable" ] || return 0
   stage "$bits-bit programs" runs "$bits" "$triplet"
