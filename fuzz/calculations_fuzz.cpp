@@ -65,10 +65,9 @@ void requireNoLookAhead(const Call& whole, int n, int m, int start, int status) 
   for (std::size_t k = 0; k < cut.outputs.size(); ++k) {
     if (whole.e.outputs[k].repaints) continue;
     const QvArray &part = cut.outputs[k], &all = whole.outputs[k];
-    const int first = qvtest::kLeavesFirstValid.count(whole.e.name)     ? std::max(start, 0)
-                      : std::strcmp(whole.e.name, "qvUltimateOsc") == 0 ? 30
-                                                                        : all.firstValid;
-    for (int i = std::max(first, 0); i < part.size && i < m; ++i)
+    const int first = qvtest::kLeavesFirstValid.count(whole.e.name) ? std::max(start, 0) : all.firstValid;
+    const int end = std::min(m - qvtest::endsShort(whole.e, all.firstValid, start, m), +part.size);
+    for (int i = std::max(first, 0); i < end; ++i)
       QV_REQUIRE(sameBits(part.data[i], all.data[i]),
                  "%s looks ahead: output %d item %d of %d is %.17g in %d bars, not %.17g", whole.e.name,
                  static_cast<int>(k), i, n, part.data[i], m, all.data[i]);
@@ -142,13 +141,10 @@ void calculate(Input& in) {
   QV_REQUIRE(status >= -10, "%s answers %d", e.name, status);
   QV_REQUIRE(status != QV_MALLOC || heap.fails(), "%s answers -3 with memory left", e.name);
   if (!anyBorrowed) inputs.require();
-  int count = INT_MAX;
-  for (const BarSet& b : call.bars) {
-    count = std::min(count, +b.barsize);
-    for (int k = 0; k < qv::kSeriesCount; ++k)
-      if (k == 0 || e.series & (1 << k)) count = std::min(count, +qv::seriesOf(b, k).size);
-  }
+  int count = INT_MAX;  // of the items that are calculated
+  for (const BarSet& b : call.bars) count = std::min(count, +b.barsize);
   for (const Series& a : call.inputs) count = std::min(count, +a.size);
+  for (const Series& a : call.outputs) count = std::min(count, +a.size);
   for (std::size_t k = 0; k < call.outputs.size(); ++k) {
     const QvArray& out = call.outputs[k];
     require(out);
@@ -162,8 +158,11 @@ void calculate(Input& in) {
       QV_REQUIRE(out.data[i] == kUsed || out.data[i] == 0.0, "%s wrote item %d beyond size %d", e.name, i,
                  out.size);
     if (qvtest::kKeepsEarlierItems.count(e.name) || qvtest::kLeavesFirstValid.count(e.name)) continue;
-    // The last item of a series too short may hold what was summed up so far.
-    const int partial = out.firstValid >= count ? std::min(count, +out.size) - 1 : -1;
+    // The last item of a series too short may hold what was summed up so far. The averages of highs and of
+    // lows each have the length of their series.
+    const bool ofEach = std::strcmp(e.name, "qvMAHighLow") == 0;
+    const int length = ofEach ? std::min(+(k ? call.bars[0].low : call.bars[0].high).size, +out.size) : count;
+    const int partial = out.firstValid >= length ? length - 1 : -1;
     for (int i = 0; i < out.size && i < out.firstValid; ++i)
       QV_REQUIRE(i == partial || sameBits(out.data[i], 0.0), "%s wrote item %d below first valid %d: %.17g",
                  e.name, i, out.firstValid, out.data[i]);

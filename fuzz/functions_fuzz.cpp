@@ -18,8 +18,8 @@ class Pool {
       if (in.flip()) continue;
       b.fill(in, in.choose(0, 40));
       b.disturb(in);
-      if (!b.date.data) qvFreeBars(&b);  // a set without dates counts as empty, and is allocated anew
     }
+    emptyWithoutDates();
     for (Series& a : series_) {
       if (in.seldom(4)) continue;
       const int n = in.choose(0, 40);
@@ -81,11 +81,17 @@ class Pool {
     for (BarSet& b : bars_)
       for (int s = 0; s < qv::kSeriesCount; ++s) qvfuzz::require(qv::seriesOf(b, s));
     for (Series& a : series_) qvfuzz::require(a);
+    emptyWithoutDates();
   }
 
   Input& in;
 
  private:
+  // A set without dates counts as empty, and is allocated anew.
+  void emptyWithoutDates() {
+    for (BarSet& b : bars_)
+      if (!b.date.data) qvFreeBars(&b);
+  }
   // A candle set belongs to the bars that it was made of.
   bool fits() { return in.choose(0, 15) != 0; }
   const QvArray* anySeries() {

@@ -117,8 +117,9 @@ class Series : public QvArray {
   }
 };
 
+// A series that is missing has the size of its set.
 inline void require(const QvArray& a) {
-  QV_REQUIRE(a.size <= a.capacity && (a.data || a.capacity == 0), "size %d capacity %d", a.size, a.capacity);
+  QV_REQUIRE(a.data ? a.size <= a.capacity : a.capacity == 0, "size %d capacity %d", a.size, a.capacity);
 }
 
 // A shape, then single items of the input's choice. 200 bars a second from here on would be too slow: the

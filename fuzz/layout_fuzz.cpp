@@ -37,8 +37,10 @@ void readLayout(const uint8_t* data, std::size_t size) {
     QV_REQUIRE(status == 0 || (status == QV_MALLOC && heap.fails()), "%d", status);
     if (status != 0) return;
     QvTxtInfo again{};
-    // A second line of delimiters may leave a backslash before a "t", which stands for a tab.
+    // A second line of delimiters may leave a backslash before a "t", which stands for a tab; a carriage
+    // return at the end of the line belongs to the line.
     if (std::memchr(info.delimiters, '\\', sizeof info.delimiters)) return;
+    if (std::memchr(info.delimiters, '\r', sizeof info.delimiters)) return;
     QV_REQUIRE(qvTXTwriteinfo(dir.path(), "again.txt", &info) == 0, "not written");
     QV_REQUIRE(qvTXTreadinfo(dir.path(), "again.txt", &again) == 0 && same(info, again),
                "not the same layout");

@@ -1,6 +1,7 @@
 // Streams: what updates in any pieces give is what the call over the whole series gives, and a saved block
 // may hold any bytes, also behind a checksum that fits them.
 #include "input.h"
+#include "support/catalogue_call.h"
 
 namespace qvfuzz {
 namespace {
@@ -104,12 +105,14 @@ void stream(const uint8_t* data, std::size_t size) {
   std::vector<QvArray*> out;
   for (Series& o : outputs) out.push_back(&o);
   if (compared && qvCatalogueCall(&e, sets, inputs, out.data(), params.data(), start) == 0)
-    for (std::size_t k = 0; k < out.size(); ++k)
-      for (int i = qvStreamFirstValid(s.stream, static_cast<int>(k));
-           i >= 0 && i < kBars && !e.outputs[k].repaints; ++i)
+    for (std::size_t k = 0; k < out.size(); ++k) {
+      const int first = qvStreamFirstValid(s.stream, static_cast<int>(k));
+      const int end = e.outputs[k].repaints ? 0 : kBars - qvtest::endsShort(e, first, start, kBars);
+      for (int i = first; i >= 0 && i < end; ++i)
         QV_REQUIRE(sameBits(feed.outputs[k][static_cast<std::size_t>(i)], out[k]->data[i]),
                    "%s: output %d of bar %d is %.17g in a stream, not %.17g", e.name, static_cast<int>(k), i,
                    feed.outputs[k][static_cast<std::size_t>(i)], out[k]->data[i]);
+    }
   std::vector<unsigned char> block(static_cast<std::size_t>(std::max(0, qvStreamSave(s.stream, nullptr, 0))));
   qvStreamSave(s.stream, block.data(), static_cast<int>(block.size()));
   for (int k = in.choose(0, 6); k > 0 && !block.empty(); --k)

@@ -20,7 +20,7 @@ mkdir -p build
   { tail -n 30 build/fuzz.log; exit 1; }
 # A request for absurd memory must come back; a bound on time is the targets' own, this one is for a machine at work.
 export ASAN_OPTIONS=allocator_may_return_null=1 UBSAN_OPTIONS=print_stacktrace=1
-limits=(-rss_limit_mb=2500 -timeout=100 -max_len=2048)
+limits=(-rss_limit_mb=2500 -timeout=100)
 work=$PWD/build/fuzz/corpus findings=$PWD/build/fuzz/findings
 rm -rf "$work"
 mkdir -p "$work" "$findings"
@@ -28,17 +28,19 @@ python3 fuzz/seeds.py "$work"
 
 status=0
 for target in "${targets[@]}"; do
+  # As long as a formula may be; the others find nothing behind their first bytes.
+  length=-max_len=$([ "$target" = formula ] && echo 65536 || echo 2048)
   program=build/fuzz/fuzz/${target}_fuzz log=build/fuzz/$target.log
   mkdir -p "$work/$target"
   [ ! -e "fuzz/corpus/$target.tar.gz" ] || tar -xzf "fuzz/corpus/$target.tar.gz" -C "$work/$target"
-  "$program" "$work/$target" "${limits[@]}" -max_total_time="$seconds" -print_final_stats=1 \
+  "$program" "$work/$target" "${limits[@]}" "$length" -max_total_time="$seconds" -print_final_stats=1 \
     -artifact_prefix="$findings/$target-" >"$log" 2>&1 || { status=1; grep -a -E 'not so|ERROR|runtime error' "$log"; }
   awk -v target="$target" '/^#[0-9]+.* cov: / { for (i = 1; i < NF; ++i) if ($i == "cov:") edges = $(i + 1) }
     /number_of_executed_units/ { runs = $2 }
     END { printf "%-14s %9d inputs %6d edges\n", target, runs, edges }' "$log"
   if $keep; then
     rm -rf "$work/$target.least" && mkdir "$work/$target.least"
-    "$program" -merge=1 "${limits[@]}" "$work/$target.least" "$work/$target" >>"$log" 2>&1
+    "$program" -merge=1 "${limits[@]}" "$length" "$work/$target.least" "$work/$target" >>"$log" 2>&1
     # The same bytes whenever the inputs are the same ones.
     mkdir -p fuzz/corpus
     tar -C "$work/$target.least" --sort=name --mtime=@0 --owner=0 --group=0 -cf - . | gzip -9n >"fuzz/corpus/$target.tar.gz"

@@ -2,6 +2,7 @@
 // targets.
 #pragma once
 
+#include <algorithm>
 #include <set>
 #include <string>
 #include <vector>
@@ -27,6 +28,12 @@ inline const std::set<std::string> kKeepsEarlierItems = {"qvDEMA",
                                                          "qvFillInterval"};
 // The output's first valid index stays as the caller left it.
 inline const std::set<std::string> kLeavesFirstValid = {"qvScaleArray", "qvMultAddArray", "qvCandleFill"};
+
+// Whether a series of n items ends before the first window from `start` on, although its first valid index,
+// which does not count from there, lies before: the last item is of the bars so far.
+inline bool endsShort(const QvCatalogueEntry& e, int firstValid, int start, int n) {
+  return std::string("qvUltimateOsc") == e.name && firstValid >= n - std::max(start, 0);
+}
 
 // Of records in any containers.
 template <typename Sets, typename Arrays, typename Params>
