@@ -6,18 +6,28 @@
 
 namespace qv {
 
-// The highest and the lowest of a bar's prices that count; the last of equal ones.
+// The highest of a bar's prices; the last of equal ones.
+template <typename Number>
+QV_INLINE Number highestOf(Number open, Number high, Number low, Number close) noexcept {
+  const auto taken = [](Number price, Number highest) QV_LAMBDA { return price > highest ? price : highest; };
+  return taken(open, taken(high, taken(low, taken(close, all<Number>(-kInfinity)))));
+}
+// What the lowest is the highest of, negated: prices of zero do not count.
+template <typename Number>
+QV_INLINE Number asLow(Number price) noexcept {
+  return price == all<Number>(0.0) ? all<Number>(-kInfinity) : -price;
+}
 inline constexpr auto highestPriceOf = [](double open, double high, double low, double close) {
-  const auto taken = [](double price, double highest) { return price > highest ? price : highest; };
-  return taken(open, taken(high, taken(low, taken(close, -kInfinity))));
+  return highestOf(open, high, low, close);
 };
 inline constexpr auto lowestPriceOf = [](double open, double high, double low, double close) {
-  const auto taken = [](double price, double lowest) {
-    const double counted = price == 0.0 ? kInfinity : price;
-    return counted < lowest ? counted : lowest;
-  };
-  return taken(open, taken(high, taken(low, taken(close, kInfinity))));
+  return -highestOf(asLow(open), asLow(high), asLow(low), asLow(close));
 };
+// Both of a single bar side by side, the lowest negated.
+QV_INLINE Two extremesOf(double open, double high, double low, double close) noexcept {
+  const auto both = [](double price) QV_LAMBDA { return Two{price, asLow(twice(price))[1]}; };
+  return highestOf(both(open), both(high), both(low), both(close));
+}
 
 // Of the bars' highest and lowest price and their close, which a window begins with.
 struct BarExtremes : Extremes {
@@ -80,6 +90,11 @@ class SlidingBars {
  private:
   void runTile(const Inputs<4>& in, int count, const Outputs<kOutputs>& out) noexcept {
     const auto [open, high, low, close] = in;
+    if (count == 1) {  // an update's
+      const Two extremes = extremesOf(*open, *high, *low, *close);
+      const double top = extremes[0], bottom = -extremes[1];
+      return window_.run({&top, &bottom, close}, 1, out);
+    }
     Tile highest, lowest;
     map(count, highest, highestPriceOf, open, high, low, close);
     map(count, lowest, lowestPriceOf, open, high, low, close);

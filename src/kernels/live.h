@@ -22,7 +22,8 @@ class Live {
 
   // Memory for a piece of so many items, up to a tile. False when it runs out: nothing has happened then.
   virtual bool reserve(int count) noexcept = 0;
-  virtual void run(const double* const* in, int count, double* const* out) noexcept = 0;
+  // The items from in[..][at] on.
+  virtual void run(const double* const* in, int at, int count, double* const* out) noexcept = 0;
   // Null when memory runs out.
   virtual Live* copy() noexcept = 0;
   // Of its state, in numbers.
@@ -81,9 +82,9 @@ class LiveChain final : public Live {
     reserve(chain_);
     return reserve.ok();
   }
-  void run(const double* const* in, int count, double* const* out) noexcept override {
+  void run(const double* const* in, int at, int count, double* const* out) noexcept override {
     Inputs<Chain::kInputs> from;
-    std::copy_n(in, from.size(), from.begin());
+    for (std::size_t k = 0; k < from.size(); ++k) from[k] = in[k] + at;
     Outputs<Chain::kOutputs> to;
     std::copy_n(out, to.size(), to.begin());
     chain_.run(from, count, to);

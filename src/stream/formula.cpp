@@ -199,12 +199,12 @@ bool LiveFormula::reserve(int count) noexcept {
   return true;
 }
 
-void LiveFormula::run(const double* const* in, int count, double* const* out) noexcept {
+void LiveFormula::run(const double* const* in, int at, int count, double* const* out) noexcept {
   const QvFormula& f = plan_->formula();
   for (int j = 0; j < count; ++j) {
     double items[kSeriesCount] = {};
     for (int k = 0, input = 0; k < kSeriesCount; ++k)
-      if (f.series & (1u << k)) items[k] = in[input++][j];
+      if (f.series & (1u << k)) items[k] = in[input++][at + j];
     takeBar(0, {items[0], items[1], items[2], items[3], items[4], items[5], items[6]});
     const bool valid = isValid(f.root);
     out[0][j] = valid ? valueOf(f.root) : 0.0;
@@ -312,7 +312,7 @@ void LiveFormula::chain(int i, const Bar& bar) noexcept {
       in[k] = &inputs[k];
     }
     for (int k = 0; k < feed.outputCount; ++k) out[k] = &outputs[k];
-    state(i).running->run(in, 1, out);
+    state(i).running->run(in, 0, 1, out);
   }
   for (int k = 0; k < (isCall ? feed.outputCount : 1); ++k) {
     const int to = isCall ? i + 1 + k : i;

@@ -55,7 +55,7 @@ class LiveFormula final : public Live {
   static LiveFormula* open(Plan& plan, int* status) noexcept;
 
   bool reserve(int count) noexcept override;
-  void run(const double* const* in, int count, double* const* out) noexcept override;
+  void run(const double* const* in, int at, int count, double* const* out) noexcept override;
   Live* copy() noexcept override;
   std::size_t size() noexcept override;
   void save(Bytes& to) noexcept override;

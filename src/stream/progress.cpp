@@ -14,40 +14,39 @@ using Out = double * [Opening::kMostOutputs];
 bool Progress::begin(LivePtr opened) noexcept {
   now_ = std::move(opened);
   before_.reset(now_->copy());
-  room_ = kMostAtOnce;
-  kept_ = rowsOf(room_);
-  if (!before_ || !kept_.ok()) return false;
-  hold(0);
-  return true;
+  keep(rowsOf(kMostAtOnce), kMostAtOnce);
+  held_ = 0;
+  return before_ && kept_.ok();
+}
+
+void Progress::keep(memory::Buffer<double> kept, int room) noexcept {
+  kept_ = std::move(kept);
+  room_ = room;
+  for (int k = 0; k < feed_.inputCount && kept_.ok(); ++k) rows_[k] = kept_.data() + std::ptrdiff_t{room} * k;
 }
 
 bool Progress::copy(Progress& to) noexcept {
   to.feed_ = feed_;
   to.now_.reset(now_->copy());
   to.before_.reset(before_->copy());
-  to.kept_ = kept_;
   to.bars_ = bars_;
-  to.room_ = room_;
-  if (!to.now_ || !to.before_ || !to.kept_.ok()) return false;
-  to.hold(held_);
-  return true;
+  to.held_ = held_;
+  to.keep(kept_, room_);
+  return to.now_ && to.before_ && to.kept_.ok();
 }
 
-void Progress::run(Live& running, std::int64_t at, const double* const* in, int count,
+void Progress::run(Live& running, std::int64_t first, const double* const* in, int at, int count,
                    double* const* outputs) const noexcept {
   Tile unwanted[Opening::kMostOutputs];
   Out out;
   for (int k = 0; k < feed_.outputCount; ++k) out[k] = outputs && outputs[k] ? outputs[k] : unwanted[k];
-  if (at >= feed_.begin) return running.run(in, count, out);
-  const int skipped = static_cast<int>(std::min<std::int64_t>(feed_.begin - at, count));
+  if (first >= feed_.begin) return running.run(in, at, count, out);
+  const int skipped = static_cast<int>(std::min<std::int64_t>(feed_.begin - first, count));
   for (int k = 0; k < feed_.outputCount; ++k) {
     std::fill_n(out[k], skipped, 0.0);
     out[k] += skipped;
   }
-  if (skipped == count) return;
-  In from;
-  for (int k = 0; k < feed_.inputCount; ++k) from[k] = in[k] + skipped;
-  running.run(from, count - skipped, out);
+  if (skipped < count) running.run(in, at + skipped, count - skipped, out);
 }
 
 bool Progress::take(const double* const* values, int count, double* const* outputs) noexcept {
@@ -55,17 +54,18 @@ bool Progress::take(const double* const* values, int count, double* const* outpu
   if (count > reserved_ && !reserve()) return false;
   for (int k = 0; k < feed_.inputCount; ++k) {
     const double* items = values[feed_.inputs[k]];
-    *next_[k] = *items;
-    if (count > 1) std::copy_n(items + 1, count - 1, next_[k] + 1);
+    double* next = rows_[k] + held_;
+    *next = *items;
+    if (count > 1) std::copy_n(items + 1, count - 1, next + 1);
   }
   bool allWanted = outputs != nullptr && bars_ >= feed_.begin;
   for (int k = 0; k < feed_.outputCount && allWanted; ++k) allWanted = outputs[k] != nullptr;
   if (allWanted)
-    now_->run(next_, count, outputs);
+    now_->run(rows_, held_, count, outputs);
   else
-    run(*now_, bars_, next_, count, outputs);
+    run(*now_, bars_, rows_, held_, count, outputs);
   reserved_ -= count;
-  hold(held_ + count);
+  held_ += count;
   bars_ += count;
   return true;
 }
@@ -82,9 +82,8 @@ bool Progress::moveUp(int count) noexcept {
   }
   if (count > reserved_ && !reserve()) return false;
   before_ = std::move(before);
-  if (larger.ok()) kept_ = std::move(larger);
-  room_ = room;
-  hold(0);
+  if (room > room_) keep(std::move(larger), room);
+  held_ = 0;
   return true;
 }
 
@@ -114,10 +113,10 @@ bool Progress::takeMany(const double* const* values, int count, double* const* o
       std::copy_n(from[feed_.inputs[k]], items, copies[k]);
       in[k] = copies[k];
     }
-    run(*now_, bars_, in, items, out);
+    run(*now_, bars_, in, 0, items, out);
     reserved_ = 0;
     bars_ += items;
-    hold(room_);  // what was kept is of no use any more
+    held_ = room_;  // what was kept is of no use any more
     advance(at += items);
   }
   return take(from, count - at, out);
@@ -127,9 +126,7 @@ bool Progress::replay(Live& running, int first, int end) noexcept {
   for (int at = first; at < end;) {
     const int items = std::min(kTile, end - at);
     if (!running.reserve(items)) return false;
-    In in;
-    for (int k = 0; k < feed_.inputCount; ++k) in[k] = row(k) + at;
-    run(running, bars_ - held_ + at, in, items, nullptr);
+    run(running, bars_ - held_ + at, rows_, at, items, nullptr);
     at += items;
   }
   return true;
@@ -145,7 +142,7 @@ bool Progress::peek(const double* const* values, double* const* outputs) noexcep
     bar[k] = *in[k];
     in[k] = &bar[k];
   }
-  run(*next, bars_, in, 1, outputs);
+  run(*next, bars_, in, 0, 1, outputs);
   return true;
 }
 
@@ -157,16 +154,12 @@ bool Progress::replaceLast(const double* const* values, double* const* outputs) 
   }
   LivePtr now(before ? before->copy() : before_->copy());
   if (!now || !now->reserve(1)) return false;
-  In in;
-  for (int k = 0; k < feed_.inputCount; ++k) {
-    *row(k) = *values[feed_.inputs[k]];
-    in[k] = row(k);
-  }
-  run(*now, bars_ - 1, in, 1, outputs);
+  for (int k = 0; k < feed_.inputCount; ++k) *rows_[k] = *values[feed_.inputs[k]];
+  run(*now, bars_ - 1, rows_, 0, 1, outputs);
   if (before) before_ = std::move(before);
   now_ = std::move(now);
   reserved_ = 0;
-  hold(1);
+  held_ = 1;
   return true;
 }
 
@@ -174,7 +167,7 @@ void Progress::save(Bytes& to) noexcept {
   to.word(static_cast<std::uint64_t>(bars_));
   to.integer(held_);
   for (int k = 0; k < feed_.inputCount; ++k)
-    for (int i = 0; i < held_; ++i) to.number(row(k)[i]);
+    for (int i = 0; i < held_; ++i) to.number(rows_[k][i]);
   before_->save(to);
 }
 
@@ -188,15 +181,12 @@ bool Progress::load(Reader& from) noexcept {
   const int held = from.integer(
       bars > 0, static_cast<std::int64_t>(std::min<std::uint64_t>(bars, static_cast<std::uint64_t>(most))));
   if (!from.ok()) return true;
-  if (held > room_) {
-    room_ = held;
-    kept_ = rowsOf(room_);
-    if (!kept_.ok()) return false;
-  }
+  if (held > room_) keep(rowsOf(held), held);
+  if (!kept_.ok()) return false;
   bars_ = static_cast<std::int64_t>(bars);
-  hold(held);
+  held_ = held;
   for (int k = 0; k < feed_.inputCount; ++k)
-    for (int i = 0; i < held; ++i) row(k)[i] = from.number();
+    for (int i = 0; i < held; ++i) rows_[k][i] = from.number();
   if (!before_->load(from)) return false;
   if (!from.ok()) return true;
   now_.reset(before_->copy());

@@ -38,17 +38,13 @@ class Progress {
   const Live& now() const noexcept { return *now_; }
 
  private:
-  double* row(int input) noexcept { return kept_.data() + std::ptrdiff_t{room_} * input; }
-  void hold(int bars) noexcept {
-    held_ = bars;
-    for (int k = 0; k < feed_.inputCount; ++k) next_[k] = row(k) + bars;
-  }
   memory::Buffer<double> rowsOf(int items) const noexcept {
     return memory::Buffer<double>(static_cast<std::size_t>(items) *
                                   static_cast<std::size_t>(feed_.inputCount));
   }
-  // The calculation over bars that begin with bar `at`.
-  void run(Live& running, std::int64_t at, const double* const* in, int count,
+  void keep(memory::Buffer<double> kept, int room) noexcept;
+  // The calculation over the bars from in[..][at] on, which are the stream's `first` and those that follow.
+  void run(Live& running, std::int64_t first, const double* const* in, int at, int count,
            double* const* outputs) const noexcept;
   // Forgets the past before the next `count` bars.
   bool moveUp(int count) noexcept;
@@ -62,7 +58,7 @@ class Progress {
   std::int64_t bars_ = 0;
   memory::Buffer<double> kept_;  // the bars since before_, `room_` of each input
   int room_ = 0, held_ = 0;
-  double* next_[Opening::kMostInputs]{};  // where that of the next bar goes
+  double* rows_[Opening::kMostInputs]{};  // of each input
   int reserved_ = 0;                      // for so many bars now_ has memory
 };
 
