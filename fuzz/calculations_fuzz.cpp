@@ -153,7 +153,7 @@ void calculate(Input& in) {
     if (status == QV_INVALID_PARM && !borrowed[k] && used[k].data)
       for (int i = 0; i < out.capacity; ++i)
         QV_REQUIRE(out.data[i] == kUsed, "%s refused and wrote item %d", e.name, i);
-    if (status != 0 || borrowed[k] || anyBorrowed) continue;
+    if (status != 0 || borrowed[k] || anyBorrowed || count < 1) continue;
     for (int i = out.size; used[k].data && i < out.capacity; ++i)
       QV_REQUIRE(out.data[i] == kUsed || out.data[i] == 0.0, "%s wrote item %d beyond size %d", e.name, i,
                  out.size);

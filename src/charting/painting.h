@@ -108,7 +108,7 @@ class Painting {
   bool hasLegend(const SubWindow& s) const noexcept { return s.plot.height() > 2.5 * rowHeight(); }
   // The bars that are both visible and there.
   int firstBar() const noexcept { return std::max(g_.axis.first, 0); }
-  int endBar() const noexcept { return std::min(g_.axis.last, count_ - 1) + 1; }
+  int endBar() const noexcept { return std::clamp(g_.axis.last, -1, count_ - 1) + 1; }
   int legendBar() const noexcept;
   // Bars stand so close that a pixel column shows several of them.
   bool isDense() const noexcept { return g_.axis.step < canvas_.pixel(); }

@@ -198,6 +198,10 @@ TEST(GraphPaint, HeikinAshiAndPointAndFigure) {
   ASSERT_EQ(r.paint(g, 900, 600), 0);
   EXPECT_TRUE(r.text("C 13.500")) << "(12 + 16 + 11 + 15) / 4";
   EXPECT_TRUE(r.text("O 11.000")) << "the middle of (10 + 12) / 2 and (10 + 14 + 8 + 12) / 4";
+  const Graph before(bars);
+  before.chart(QV_CHART_HEIKIN_ASHI);
+  EXPECT_EQ(qvGraphRange(before, -3, -2), 0);
+  EXPECT_EQ(r.paint(before, 900, 600), 0) << "none of the bars is seen";
 
   QvBars columns{};
   QvArray columnOf{};
