@@ -116,6 +116,15 @@ int prepareOutputs(std::initializer_list<BarInput> bars, std::initializer_list<c
   return n < 1 ? n : takeOutputs(spanOf(outputs), n, cap, INT_MAX);
 }
 
+int refuseMoreThan(int items, std::initializer_list<BarInput> bars,
+                   std::initializer_list<const QvArray*> inputs,
+                   std::initializer_list<QvArray*> outputs) noexcept {
+  int cap;
+  return checkedCount(spanOf(bars), spanOf(inputs), spanOf(outputs), cap) > items
+             ? int{QV_INVALID_PARM}
+             : prepareOutputs(bars, inputs, outputs);
+}
+
 int prepareOutputInPlace(const QvArray* in, QvArray* out) noexcept {
   if (in && out && in->data && sharesBlock(in, out)) return in->size < 1 ? int{QV_INVALID_PARM} : in->size;
   return prepareOutputs({}, {in}, {out});

@@ -43,6 +43,11 @@ inline bool hasItem(const QvArray& a, int i) noexcept {
 // block (the date series of a bar set excepted), or -3. Nothing is written before the checks pass.
 int prepareOutputs(std::initializer_list<BarInput> bars, std::initializer_list<const QvArray*> inputs,
                    std::initializer_list<QvArray*> outputs) noexcept;
+// For a parameter whose error shows in more than so many items only: -1 for these, with nothing written; else
+// the same.
+int refuseMoreThan(int items, std::initializer_list<BarInput> bars,
+                   std::initializer_list<const QvArray*> inputs,
+                   std::initializer_list<QvArray*> outputs) noexcept;
 
 // Parts of that check, for a bar set that does not take part in the working count: true when the set
 // holds its dates and the series that are read, and when an output shares the block of a series (the

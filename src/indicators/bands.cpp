@@ -57,10 +57,9 @@ int QVCALL qvMAEnvelope(const QvArray* in, QvArray* outUpper, QvArray* outLower,
 
 int QVCALL qvMAHighLow(const QvBars* bars, QvArray* outHigh, QvArray* outLow, int method, int p,
                        int start) noexcept {
-  if (p < 1) return QV_INVALID_PARM;
+  if (p < 1 || !isAverageMethod(method)) return QV_INVALID_PARM;
   if (Opening* opening = openingOf(outHigh))
-    return isAverageMethod(method) ? open<chain::MAHighLow>(*opening, bars, {}, start, method, p)
-                                   : int{QV_INVALID_PARM};
+    return open<chain::MAHighLow>(*opening, bars, {}, start, method, p);
   const int n = prepareOutputs({{bars, kHighLow}}, {}, {outHigh, outLow});
   if (n < 1) return n;
   if (const int status = qvMovingAverage(&bars->high, outHigh, method, p, start)) return status;

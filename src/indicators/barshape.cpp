@@ -12,10 +12,7 @@ extern "C" {
 
 int QVCALL qvBOP(const QvBars* bars, QvArray* out, int method, int p, int start) noexcept {
   if (p < 1) return QV_INVALID_PARM;
-  if (!isAverageMethod(method)) {  // found out last
-    const int n = prepareOutputs({{bars, kPrices}}, {}, {out});
-    return n < 1 || p >= n ? n : QV_INVALID_PARM;
-  }
+  if (!isAverageMethod(method)) return refuseMoreThan(p, {{bars, kPrices}}, {}, {out});
   return calculate<chain::BOP>(bars, {out}, StartEnd(start).needingMoreThan(p), method, p);
 }
 
@@ -35,11 +32,7 @@ int QVCALL qvMassIndex(const QvBars* bars, QvArray* out, int p, int start) noexc
 }
 
 int QVCALL qvPVO(const QvBars* bars, QvArray* out, int p1, int p2, int method, int start) noexcept {
-  if (p1 < 1 || p2 < 1) return QV_INVALID_PARM;
-  if (!isAverageMethod(method)) {
-    const int n = prepareOutputs({{bars, kVolume}}, {}, {out});
-    return n < 1 ? n : int{QV_INVALID_PARM};
-  }
+  if (p1 < 1 || p2 < 1 || !isAverageMethod(method)) return QV_INVALID_PARM;
   return calculate<chain::PVO>(bars, {out}, startOf(bars, kVolume, start), p1, p2, method,
                                bars ? itemsBehind(&bars->volume, start) : 0);
 }

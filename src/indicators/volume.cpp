@@ -80,10 +80,7 @@ int QVCALL qvForceIndex(const QvBars* bars, QvArray* out, int p, int start) noex
 
 int QVCALL qvEMV(const QvBars* bars, QvArray* out, int method, int p, int start) noexcept {
   if (p < 1) return QV_INVALID_PARM;
-  if (!isAverageMethod(method)) {
-    const int n = prepareOutputs({{bars, kHighLow | kVolume}}, {}, {out});
-    return n < 1 || p >= n ? n : int{QV_INVALID_PARM};
-  }
+  if (!isAverageMethod(method)) return refuseMoreThan(p, {{bars, kHighLow | kVolume}}, {}, {out});
   return calculate<chain::EMV>(bars, {out}, StartEnd(start).needingMoreThan(p), method, p);
 }
 
@@ -99,10 +96,7 @@ int QVCALL qvHerrickPayoffIndex(const QvBars* bars, QvArray* out, double multipl
 int QVCALL qvVOSC(const QvArray* in, QvArray* out, int p1, int p2, int method, int start) noexcept {
   if (p1 < 1 || p2 < 1) return QV_INVALID_PARM;
   const int longer = std::max(p1, p2);
-  if (!isAverageMethod(method)) {
-    const int n = prepareOutputs({}, {in}, {out});
-    return n < 1 || longer >= n ? n : int{QV_INVALID_PARM};
-  }
+  if (!isAverageMethod(method)) return refuseMoreThan(longer, {}, {in}, {out});
   return calculate<chain::VOSC>({in}, {out}, StartEnd(start).needingMoreThan(longer), p1, p2, method,
                                 itemsBehind(in, start));
 }

@@ -100,16 +100,17 @@ TEST_P(EveryCalculation, RefusesAnOutputThatSharesAnInput) {
   }
 }
 
-TEST_P(EveryCalculation, RefusesPeriodsBelowOne) {
+TEST_P(EveryCalculation, RefusesWrongPeriodsAndMethods) {
   for (int which = 0; which < e->paramCount; ++which) {
-    if (e->params[which].kind != QV_PARAM_PERIOD) continue;
+    const bool isMethod = e->params[which].kind == QV_PARAM_METHOD;
+    if (!isMethod && e->params[which].kind != QV_PARAM_PERIOD) continue;
     Call one(e);
     one.params[static_cast<std::size_t>(which)] = 1;
     EXPECT_EQ(one.run(), 0) << "parameter " << which << " = 1";
-    for (int period : {0, -1, INT_MIN}) {
+    for (int wrong : {-1, INT_MIN, isMethod ? 8 : 0}) {
       Call call(e);
-      call.params[static_cast<std::size_t>(which)] = period;
-      EXPECT_EQ(call.run(), -1) << "parameter " << which << " = " << period;
+      call.params[static_cast<std::size_t>(which)] = wrong;
+      EXPECT_EQ(call.run(), -1) << "parameter " << which << " = " << wrong;
       for (const Array& out : call.outputs) EXPECT_EQ(out.data, nullptr) << "written";
     }
   }
