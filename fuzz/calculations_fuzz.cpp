@@ -154,7 +154,8 @@ void calculate(Input& in) {
       for (int i = 0; i < out.capacity; ++i)
         QV_REQUIRE(out.data[i] == kUsed, "%s refused and wrote item %d", e.name, i);
     if (status != 0 || borrowed[k] || anyBorrowed || count < 1) continue;
-    for (int i = out.size; used[k].data && i < out.capacity; ++i)
+    const bool aheadOfBars = std::strcmp(e.name, "qvIchimokuKinkoHyo") == 0 && (k == 2 || k == 3);
+    for (int i = out.size; used[k].data && !aheadOfBars && i < out.capacity; ++i)
       QV_REQUIRE(out.data[i] == kUsed || out.data[i] == 0.0, "%s wrote item %d beyond size %d", e.name, i,
                  out.size);
     if (qvtest::kKeepsEarlierItems.count(e.name) || qvtest::kLeavesFirstValid.count(e.name)) continue;
