@@ -162,13 +162,14 @@ class DI {
   static constexpr unsigned kSeries = kHighLowClose;
   static constexpr int kInputs = 3, kOutputs = 2;
 
-  explicit DI(int period) noexcept : sums_(period) {}
+  explicit DI(int period) noexcept : sums_(period), begin_(sums_.lead()) {}
   int lead() const noexcept { return sums_.lead(); }
   void run(Inputs<3> in, int count, Outputs<2> out) noexcept {
     Tile range;
     sums_.run(in, count, out[0], out[1], range);
     map(count, out[0], shareOfRange, out[0], range);
     map(count, out[1], shareOfRange, out[1], range);
+    begin_.pass(count, out[0], out[1]);  // the range begins a bar before
   }
   void endShort(int items, Outputs<2> last) const noexcept {
     if (items < 2) return;
@@ -177,11 +178,12 @@ class DI {
   }
   template <typename V>
   void fields(V& v) noexcept {
-    v(sums_);
+    v(sums_, begin_);
   }
 
  private:
   DirectionalSums sums_;
+  Lead begin_;
 };
 
 class DX {

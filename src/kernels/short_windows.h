@@ -11,6 +11,15 @@ namespace qv {
 
 inline constexpr int kFewestByFours = 9;
 
+// Whether the newest item adds nothing to the rows, which are relative to it.
+template <typename Of>
+constexpr bool isAboutNewest() noexcept {
+  if constexpr (kByFours<Of>)
+    return !Of::kAnchorCounts;
+  else
+    return false;
+}
+
 // Windows that end at x[from] .. x[count - 1], kGroups times as many at a time as there are Lanes; the items
 // before them can be read. Returns where it stopped.
 template <typename Lanes, int kGroups, typename Of>
@@ -28,8 +37,15 @@ QV_INLINE int shortWindows(const Of& ofThis, int period, const Inputs<Of::kInput
     }
     Lanes k = all<Lanes>(1.0 - period);
     const auto begin = advanced(x, i - (period - 1));
+    int j = 0, end = period;
+    if constexpr (isAboutNewest<Of>()) {
+      for (int g = 0; g < kGroups; ++g) rows[g] = of.terms(load<Lanes>(begin, g * kStep), anchors[g], k);
+      k = k + all<Lanes>(1.0);
+      j = 1;
+      end = period - 1;
+    }
 #pragma GCC unroll 1
-    for (int j = 0; j < period; ++j) {
+    for (; j < end; ++j) {
       for (int g = 0; g < kGroups; ++g)
         rows[g] = of.join(rows[g], of.numbers(of.terms(load<Lanes>(begin, j + g * kStep), anchors[g], k)));
       k = k + all<Lanes>(1.0);

@@ -119,6 +119,8 @@ class After {
   bool ok() const noexcept { return isOk(stage_); }
   int lead(int output = 0) const noexcept { return saturatingSum(after_, leadOf(stage_, output)); }
   QV_INLINE void run(Inputs<kInputs> in, int count, Outputs<kOutputs> out) noexcept {
+    if (lead_.left() == 0) [[likely]]
+      return stage_.run(in, count, out);
     const int passed = lead_.pass(count);
     for (double* y : out) std::fill_n(y, passed, 0.0);
     if (passed < count) stage_.run(advanced(in, passed), count - passed, advanced(out, passed));

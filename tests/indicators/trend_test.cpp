@@ -42,6 +42,9 @@ TEST_F(Directional, DI) {
   // Too short for the period: the partial sum of the movement stays at the last item.
   expectGives(qvDI(&bars, &out, &second, 7, 0), out, {0, 0, 0, 0, 2}, 7);
   expectGives(qvDI(&flat, &out, &second, 2, 0), out, Items(5, 0.0), 2);
+  bars.high.data[0] = kNaN;
+  ASSERT_EQ(qvDI(&bars, &out, &second, 2, 0), 0);
+  EXPECT_TRUE(out[1] == 0 && second[1] == 0) << "the range, a bar before the first value, is no number";
 }
 
 TEST_F(Directional, DX) {
