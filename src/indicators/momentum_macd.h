@@ -55,16 +55,18 @@ class MACD {
     averages_.run(in[0], count, [&](int at, int items, double, const double* fast, const double* slow) {
       map(items, out[0] + at, std::minus<>{}, fast, slow);
     });
+    begin_.pass(count, out[0]);
     signal_.run({out[0]}, count, {out[1]});
   }
   template <typename V>
   void fields(V& v) noexcept {
-    v(averages_, signal_);
+    v(averages_, signal_, begin_);
   }
 
  private:
   ExponentialPair averages_;
   After<ExponentialAboutZero> signal_;
+  Lead begin_{1};
 };
 
 // Fast and slow average, their difference, its signal line and the crossings of these.

@@ -48,7 +48,7 @@ class TrueRange {
   Before close_{std::numeric_limits<double>::quiet_NaN()};
 };
 
-// 0.0 for the first bar.
+// None for the first bar.
 class DirectionalMovement {
  public:
   void run(const double* high, const double* low, int count, double* plus, double* minus) noexcept {
@@ -146,14 +146,16 @@ class DMIx {
   int lead() const noexcept { return 1; }
   void run(Inputs<2> in, int count, Outputs<2> out) noexcept {
     movement_.run(in[0], in[1], count, out[0], out[1]);
+    begin_.pass(count, out[0], out[1]);
   }
   template <typename V>
   void fields(V& v) noexcept {
-    v(movement_);
+    v(movement_, begin_);
   }
 
  private:
   DirectionalMovement movement_;
+  Lead begin_{1};
 };
 
 // A series that is too short leaves the movements' sums in its last items, not divided by any range.

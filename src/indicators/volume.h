@@ -136,15 +136,17 @@ class ForceIndex {
     map(count - 1, changes + 1, std::minus<>{}, close + 1, close);
     average_.run({changes}, count, {changes});
     map(count, out[0], std::multiplies<>{}, changes, volume);
+    begin_.pass(count, out[0]);
   }
   template <typename V>
   void fields(V& v) noexcept {
-    v(close_, average_);
+    v(close_, average_, begin_);
   }
 
  private:
   Before close_;
   ExponentialAboutZero average_;
+  Lead begin_{1};
 };
 
 // Ease of movement. What the average holds before the first valid index stays.

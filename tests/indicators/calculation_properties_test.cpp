@@ -118,8 +118,12 @@ TEST_P(EveryCalculation, RefusesWrongPeriodsAndMethods) {
 
 TEST_P(EveryCalculation, WritesNothingBelowItsFirstValidIndex) {
   if (kKeepsEarlierItems.count(e->name)) GTEST_SKIP() << "keeps documented values";
-  for (int start : {0, 7}) {
+  for (const auto& [start, first] :
+       {std::pair(0, 50.0), {7, 50.0}, {0, kNaN}, {7, kNaN}, {0, kInf}, {7, kInf}}) {
     Call call(e);
+    for (const auto& [series, kind] : call.series())
+      if (kind != 0)
+        for (int i = start; i < std::max(start, 3) + 2; ++i) series->data[i] = first;
     for (Array& in : call.inputs) in.firstValid = 3;
     ASSERT_EQ(call.run(start), 0);
     for (const Array& out : call.outputs)
