@@ -44,8 +44,10 @@ void chooseParameters(Input& in, Call& call) {
 // Which keeps earlier items, as qvVariableMA.
 bool hasVariableAverage(const Call& call) {
   bool has = false;
-  for (int k = 0; k < call.e.paramCount; ++k)
-    has |= call.e.params[k].kind == QV_PARAM_METHOD && call.params[static_cast<std::size_t>(k)] == 6;
+  for (int k = 0; k < call.e.paramCount; ++k) {
+    const double value = call.params[static_cast<std::size_t>(k)];
+    has |= call.e.params[k].kind == QV_PARAM_METHOD && value >= 6 && value < 7;
+  }
   return has;
 }
 
