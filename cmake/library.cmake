@@ -40,8 +40,10 @@ target_compile_options(qvlib60_options INTERFACE
   $<$<COMPILE_LANGUAGE:CXX>:-fno-exceptions -fno-rtti>)
 target_compile_definitions(qvlib60_options INTERFACE QVLIB60_BUILD)
 if(QV_COVERAGE)
-  # Unoptimised, so that a branch of the source is one of the program.
-  target_compile_options(qvlib60_options INTERFACE --coverage -O0)
+  # Unoptimised and without copies of what is inlined, so that a branch of the source is one of the program. The
+  # threads of a test count together.
+  target_compile_options(qvlib60_options INTERFACE --coverage -fprofile-update=atomic -O0)
+  target_compile_definitions(qvlib60_options INTERFACE QV_INLINE=inline)
   add_link_options(--coverage)
 endif()
 
