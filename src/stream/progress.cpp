@@ -22,7 +22,9 @@ bool Progress::begin(LivePtr opened) noexcept {
 void Progress::keep(memory::Buffer<double> kept, int room) noexcept {
   kept_ = std::move(kept);
   room_ = room;
-  for (int k = 0; k < feed_.inputCount && kept_.ok(); ++k) rows_[k] = kept_.data() + std::ptrdiff_t{room} * k;
+  if (!kept_.ok()) return;
+  double* row = kept_.data();
+  for (int k = 0; k < feed_.inputCount; ++k, row += room) rows_[k] = row;
 }
 
 bool Progress::copy(Progress& to) noexcept {
