@@ -25,8 +25,9 @@ inline constexpr auto lowestPriceOf = [](double open, double high, double low, d
 };
 // Both of a single bar side by side, the lowest negated.
 QV_INLINE Two extremesOf(double open, double high, double low, double close) noexcept {
-  const auto both = [](double price) QV_LAMBDA { return Two{price, asLow(twice(price))[1]}; };
-  return highestOf(both(open), both(high), both(low), both(close));
+  const Two first = {open, high}, last = {low, close}, firstAsLow = asLow(first), lastAsLow = asLow(last);
+  return highestOf(Two{open, firstAsLow[0]}, Two{high, firstAsLow[1]}, Two{low, lastAsLow[0]},
+                   Two{close, lastAsLow[1]});
 }
 
 // Of the bars' highest and lowest price and their close, which a window begins with.
@@ -78,9 +79,10 @@ class SlidingBars {
   bool ok() const noexcept { return window_.ok(); }
   int lead() const noexcept { return window_.lead(); }
   void run(Inputs<4> in, int count, Outputs<kOutputs> out) noexcept {
-    for (; count > kTile; in = advanced(in, kTile), out = advanced(out, kTile), count -= kTile)
-      runTile(in, kTile, out);
-    runTile(in, count, out);
+    if (count != 1) return runMany(in, count, out);
+    const Two extremes = extremesOf(*in[0], *in[1], *in[2], *in[3]);  // an update's
+    const double top = extremes[0], bottom = -extremes[1];
+    window_.run({&top, &bottom, in[3]}, 1, out);
   }
   template <typename V>
   void fields(V& v) noexcept {
@@ -88,13 +90,13 @@ class SlidingBars {
   }
 
  private:
+  [[gnu::noinline]] void runMany(Inputs<4> in, int count, Outputs<kOutputs> out) noexcept {
+    for (; count > kTile; in = advanced(in, kTile), out = advanced(out, kTile), count -= kTile)
+      runTile(in, kTile, out);
+    runTile(in, count, out);
+  }
   void runTile(const Inputs<4>& in, int count, const Outputs<kOutputs>& out) noexcept {
     const auto [open, high, low, close] = in;
-    if (count == 1) {  // an update's
-      const Two extremes = extremesOf(*open, *high, *low, *close);
-      const double top = extremes[0], bottom = -extremes[1];
-      return window_.run({&top, &bottom, close}, 1, out);
-    }
     Tile highest, lowest;
     map(count, highest, highestPriceOf, open, high, low, close);
     map(count, lowest, lowestPriceOf, open, high, low, close);

@@ -33,7 +33,7 @@ struct BlockMemory {
   // For so many more items. Nothing is given up where there is none.
   bool reserve(int count) noexcept {
     const int held = place < length ? place : begun ? length : 0;
-    const bool has = hasRoom(std::min(saturatingSum(held, count), length));
+    const bool has = hasRoom(std::min(saturatingSum(held, count + 1), length));
     failed = false;
     return has;
   }
@@ -47,7 +47,7 @@ struct BlockMemory {
 };
 
 // What runs on within a block: its anchors; of the last bars four results (older, newer), two pairs and
-// terms. Backwards that of the bars behind, `newer` the nearer ones.
+// terms. Of rows that may be joined twice the last result alone, in both lanes of `newer`.
 template <int kInputs, int kRows>
 struct RunningRows {
   Group<Two, kInputs> anchors;
@@ -166,10 +166,11 @@ QV_INLINE int windowsUp(const Of& ofThis, BlockMemory& memory, const Inputs<Of::
   auto last = noneOf<Lanes, kRows>(Of::kNone), lastPairs = last, behind = last;
   auto nearer = noneOf<Two, kRows>(Of::kNone);
   if (memory.place + from > 0) {  // within the block: to read what was just written takes its time
+    nearer = running.newer;
+    behind = ofFour<Lanes>(running.older, running.newer);
     last = inAllPairs<Lanes>(running.terms);
     lastPairs = inAllPairs<Lanes>(running.pairs);
-    behind = ofFour<Lanes>(running.older, running.newer);
-    nearer = running.newer;
+    if constexpr (!Of::kCountsOnce) last = lastPairs = behind = inAllPairs<Lanes>(nearer);
   }
   Inputs<kRows> before;
   for (int r = 0; r < kRows; ++r) before[r] = memory.suffix(r) + memory.place;
@@ -223,6 +224,7 @@ QV_INLINE int windowsUp(const Of& ofThis, BlockMemory& memory, const Inputs<Of::
   }
   if (memory.place + i < memory.length) {
     running.newer = kStep == 2 ? nearer : upper(behind);
+    if constexpr (!Of::kCountsOnce) running.newer = twice(running.newer, 1);
     running.older = lower(behind);
     running.terms = upper(last);
     running.pairs = upper(lastPairs);
@@ -238,16 +240,21 @@ QV_INLINE void oneWindow(const Of& of, BlockMemory& memory, const Inputs<Of::kIn
   for (int s = 0; s < Of::kInputs; ++s) x[s] = twice(in[s][i]);
   const Two k = twice(static_cast<double>(memory.place + i));
   const Group<Two, kRows> term = of.numbers(of.terms(x, running.anchors, k));
-  const Group<Two, kRows> pair = of.join(twice(running.terms, 1), term);
-  const Group<Two, kRows> one = of.join(twice(running.older, 0), of.join(twice(running.pairs, 0), pair));
+  Group<Two, kRows> one;
+  if constexpr (Of::kCountsOnce) {
+    const Group<Two, kRows> pair = of.join(twice(running.terms, 1), term);
+    one = of.join(twice(running.older, 0), of.join(twice(running.pairs, 0), pair));
+    running.older = oneBack(running.older, running.newer);
+    running.newer = oneBack(running.newer, one);
+    running.pairs = oneBack(running.pairs, pair);
+    running.terms = oneBack(running.terms, term);
+  } else {
+    running.newer = one = of.join(running.newer, term);
+  }
   Group<Two, kRows> rest;
   for (int r = 0; r < kRows; ++r) rest[r] = twice(memory.suffix(r)[memory.place + i]);
   const Group<Two, Of::kOutputs> y = of.finish(of.combine(rest, one), running.anchors, k, x);
   for (int o = 0; o < Of::kOutputs; ++o) out[o][i] = y[o][0];
-  running.older = oneBack(running.older, running.newer);
-  running.newer = oneBack(running.newer, one);
-  running.pairs = oneBack(running.pairs, pair);
-  running.terms = oneBack(running.terms, term);
 }
 
 // The windows that end at the items of a piece of any length.
@@ -267,9 +274,9 @@ QV_INLINE void runBlocks(const Of& of, BlockMemory& memory, Running<Of>& running
       beginBlock<Lanes>(of, memory, block, in, running);
     }
     const int items = count < length - memory.place ? count : length - memory.place;
-    if (!memory.hasRoom(memory.place + items)) return;
-    // That of the first block; the suffixes of a block before hold it already.
-    if ((memory.missing > 0 || !Of::kCountsOnce) && memory.place + items == memory.period)
+    // Before the last item of the first block comes, if not again; a block before leaves it as it is.
+    if (!memory.hasRoom(std::min(memory.place + items + 1, length))) return;
+    if (memory.missing > 0 && memory.period == length && memory.place + items >= length - 1)
       lastSuffix(of, memory, running);
     inPiece = items == length;
     for (int s = 0; s < kInputs; ++s) {

@@ -54,8 +54,9 @@ class Sliding {
   void run(In in, int count, Out out) noexcept {
     if (count != 1 || memory_.missing != 0) return runPiece(in, count, out);
     if (memory_.period <= Statistic::kShortWindow) return nextShort(in, out);
-    const bool mayBeFirst = !Statistic::kCountsOnce && memory_.place + 1 == memory_.period;
-    if (memory_.place >= memory_.room || memory_.failed || mayBeFirst) return runPiece(in, 1, out);
+    if (memory_.place == memory_.room && memory_.begun && !(kCorrects && memory_.period > kPlainItems))
+      beginNext(in);
+    if (memory_.place >= memory_.room || memory_.failed) return runPiece(in, 1, out);
     next(in, out);
   }
 
@@ -87,7 +88,18 @@ class Sliding {
     for (double* y : out) std::fill_n(y, memory_.failed ? count : incomplete, 0.0);
     memory_.missing -= std::min(memory_.missing, incomplete);
   }
-  // One bar, as updates come, with as little ado as can be: within a block, or a short window.
+  // One bar, as updates come, with as little ado as can be: where a block begins, within a block, or a short
+  // window.
+  [[gnu::noinline]] void beginNext(const In& in) noexcept {
+    if (memory_.place < memory_.length) return;
+    In block;
+    for (int s = 0; s < kInputs; ++s) block[s] = memory_.kept(s);
+    Running<Statistic> running;
+    running.older = running.newer = running.pairs = running.terms =
+        noneOf<Two, Statistic::kRows>(Statistic::kNone);
+    beginBlock<Two>(of_, memory_, block, in, running);
+    running_ = partOf<kMostRows>(running);
+  }
   [[gnu::noinline]] void next(const In& in, const Out& out) noexcept {
     for (int s = 0; s < kInputs; ++s) memory_.kept(s)[memory_.place] = in[s][0];
     if constexpr (kCorrects) {
@@ -98,21 +110,20 @@ class Sliding {
   }
   template <typename Of>
   QV_INLINE void nextOf(const Of& of, const In& in, const Out& out) noexcept {
-    Running<Of> running;  // all of it is set; set twice it takes its time
+    Running<Of> running;  // what counts of it is set; set twice it takes its time
+    const auto copy = [](auto& to, const auto& from) QV_LAMBDA {
+      for (int r = 0; r < Of::kRows; ++r) {
+        to.newer[r] = from.newer[r];
+        if constexpr (!Of::kCountsOnce) continue;
+        to.older[r] = from.older[r];
+        to.pairs[r] = from.pairs[r];
+        to.terms[r] = from.terms[r];
+      }
+    };
     running.anchors = running_.anchors;
-    for (int r = 0; r < Of::kRows; ++r) {
-      running.older[r] = running_.older[r];
-      running.newer[r] = running_.newer[r];
-      running.pairs[r] = running_.pairs[r];
-      running.terms[r] = running_.terms[r];
-    }
+    copy(running, running_);
     oneWindow(of, memory_, in, 0, running, out);
-    for (int r = 0; r < Of::kRows; ++r) {
-      running_.older[r] = running.older[r];
-      running_.newer[r] = running.newer[r];
-      running_.pairs[r] = running.pairs[r];
-      running_.terms[r] = running.terms[r];
-    }
+    copy(running_, running);
   }
   [[gnu::noinline]] void nextShort(const In& in, const Out& out) noexcept {
     oneShortWindow(of_, memory_.period, past_.with(in), out);

@@ -54,12 +54,10 @@ void Progress::run(Live& running, std::int64_t first, const double* const* in, i
 bool Progress::take(const double* const* values, int count, double* const* outputs) noexcept {
   if (held_ + count > room_ && !moveUp(count)) return false;
   if (count > reserved_ && !reserve()) return false;
-  for (int k = 0; k < feed_.inputCount; ++k) {
-    const double* items = values[feed_.inputs[k]];
-    double* next = rows_[k] + held_;
-    *next = *items;
-    if (count > 1) std::copy_n(items + 1, count - 1, next + 1);
-  }
+  if (count == 1)
+    for (int k = 0; k < feed_.inputCount; ++k) rows_[k][held_] = *values[feed_.inputs[k]];
+  else
+    for (int k = 0; k < feed_.inputCount; ++k) std::copy_n(values[feed_.inputs[k]], count, rows_[k] + held_);
   bool allWanted = outputs != nullptr && bars_ >= feed_.begin;
   for (int k = 0; k < feed_.outputCount && allWanted; ++k) allWanted = outputs[k] != nullptr;
   if (allWanted)
