@@ -156,47 +156,45 @@ class RWI {
   void fields(V& v) noexcept {
     v(high_, low_, range_, close_, begin_, begun_);
     v.require(std::min({high_.held(), low_.held(), range_.held()}) >= period_ - begin_.left());
-    v.buffer(terms_, begun_ ? period_ : 0);
+    v.buffer(terms_, begun_ ? sizeOfTerms() : 0);
   }
 
  private:
-  struct Terms {
-    double walk, high, low;  // square root of the distance, the last terms
-
-    template <typename V>
-    void fields(V& v) noexcept {
-      v(walk, high, low);
-    }
-  };
   // A gap above the previous close does not count.
   static constexpr auto rangeOf = [](double high, double low, double closeBefore) {
     const double height = high - low, below = closeBefore - low;
     return below >= height ? below : height;
   };
+  std::size_t sizeOfTerms() const noexcept { return std::size_t{3} * static_cast<std::size_t>(period_); }
+  // 1 / square root of each distance.
+  double* perRoot() noexcept { return terms_.data() + std::ptrdiff_t{2} * period_; }
   bool makeTerms() noexcept {
     if (terms_.ok()) return true;
-    terms_ = memory::Buffer<Terms>(static_cast<std::size_t>(period_));
-    for (int j = 1; terms_.ok() && j < period_; ++j)
-      terms_[static_cast<std::size_t>(j)].walk = std::sqrt(j + 1.0);
+    terms_ = memory::Buffer<double>(sizeOfTerms());
+    for (int j = 1; terms_.ok() && j < period_; ++j) perRoot()[j] = 1.0 / std::sqrt(j + 1.0);
     failed_ = !terms_.ok();
     return !failed_;
   }
   void furthest(const double* high, const double* low, const double* range, double* outHigh,
                 double* outLow) noexcept {
-    Terms* terms = terms_.data();
-    double sum = range[-1], bestHigh = 0.0, bestLow = 0.0;
+    constexpr double kFaint = 1e-300;  // so little may be nothing once it is shared out
+    double* terms = terms_.data();
+    const double* perRoots = perRoot();
+    const Two now = {-*low, *high};
+    Two best = twice(0.0);
+    double sum = range[-1];
     for (int j = 1; j < period_; ++j) {
       sum += range[-j - 1];
-      const double mean = sum / (j + 1), walk = terms[j].walk * mean;
-      if (mean != 0.0) {
-        terms[j].low = (high[-j] - *low) / walk;
-        terms[j].high = (*high - low[-j]) / walk;
+      if (magnitude(sum) >= kFaint || sum / (j + 1) != 0.0) [[likely]] {
+        const Two term = (Two{high[-j], -low[-j]} + now) / twice(sum * perRoots[j]);
+        storeTwo(terms + 2 * j, term);
+        best = larger(term, best);
+      } else {
+        best = larger(loadTwo(terms + 2 * j), best);
       }
-      bestHigh = std::max(bestHigh, terms[j].high);
-      bestLow = std::max(bestLow, terms[j].low);
     }
-    *outHigh = bestHigh;
-    *outLow = bestLow;
+    *outLow = best[0];
+    *outHigh = best[1];
   }
 
   int period_;
@@ -204,7 +202,7 @@ class RWI {
   Before close_{-kInfinity};
   Lead begin_;
   bool begun_ = false, failed_ = false;
-  memory::Buffer<Terms> terms_;
+  memory::Buffer<double> terms_;  // of each distance the last ones, from a high and from a low; perRoot
 };
 
 // Rises less falls among the last bars; what stands still has risen. A series that is too short has one

@@ -8,23 +8,22 @@ using namespace qv;
 
 namespace {
 
-// As many sums abreast as hide what an addition takes.
-constexpr int kAbreast = 8;
-
-// The mean of the items from .. to that are not zero.
+// The mean of the items from .. to that are not zero; four pairs abreast hide what an addition takes.
 double meanOfNonZero(const double* x, int from, int to) noexcept {
-  double sums[kAbreast]{}, zeros[kAbreast]{};
-  const int count = std::max(0, to - from + 1), whole = count - count % kAbreast;
-  for (int i = 0; i < whole; i += kAbreast)
-    for (int k = 0; k < kAbreast; ++k) {
-      const double item = x[from + i + k];
-      sums[k] += item;
-      zeros[k] += item == 0.0 ? 1.0 : 0.0;
+  constexpr int kPairs = 4;
+  Two sums[kPairs]{};
+  decltype(Two{} == Two{}) zeros[kPairs]{};  // counted down: what is true is -1
+  const int count = std::max(0, to - from + 1), whole = count - count % (2 * kPairs);
+  for (int i = 0; i < whole; i += 2 * kPairs)
+    for (int k = 0; k < kPairs; ++k) {
+      const Two items = loadTwo(x + from + i + 2 * k);
+      sums[k] += items;
+      zeros[k] += items == Two{};
     }
   double sum = 0.0, items = count;
-  for (int k = 0; k < kAbreast; ++k) {
-    sum += sums[k];
-    items -= zeros[k];
+  for (int k = 0; k < 2 * kPairs; ++k) {
+    sum += sums[k / 2][k % 2];
+    items += static_cast<double>(zeros[k / 2][k % 2]);
   }
   for (int i = whole; i < count; ++i) {
     sum += x[from + i];
