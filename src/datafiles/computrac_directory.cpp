@@ -137,7 +137,7 @@ int readOrderFile(const char* directory, int fileNumber, FieldOrder& order) noex
     for (int f = 0; f < kFieldCount; ++f)
       if (compareNoCase(field, kNames[f]) == 0) order.position[f] = position;
   }
-  return QV_OK;
+  return lines.failed() ? QV_FILE_READ : QV_OK;
 }
 
 }  // namespace

@@ -48,8 +48,8 @@ extern const DirectoryFile kMaster, kXmaster;
 bool hasRoom(const char* directory) noexcept;
 
 // Calls visit(security) for each security until it answers true. 0 when it did; -8 when it never did or
-// when there is no such file; -4 when the file has no header; -3. A file that ends early has fewer
-// entries.
+// when there is no such file; -4 when the file has no header or cannot be read on; -3. A file that ends
+// early has fewer entries.
 template <typename Visit>
 int visitSecurities(const char* directory, const DirectoryFile& format, Visit visit) noexcept {
   if (!hasRoom(directory)) return QV_FILE_NOT_FOUND;
@@ -62,7 +62,7 @@ int visitSecurities(const char* directory, const DirectoryFile& format, Visit vi
   const int count = signed16(header + format.countOffset);
   for (int i = 0; i < count; ++i) {
     const Byte* record = records.next();
-    if (!record) break;
+    if (!record) return records.status() ? int{QV_FILE_READ} : int{QV_FILE_NOT_FOUND};
     Security security;
     if (format.decode(record, security) && visit(security)) return QV_OK;
   }

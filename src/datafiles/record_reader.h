@@ -90,16 +90,19 @@ inline bool readRecord(InputFile& file, const RecordPlace& place, int number, Re
          file.read(record.bytes, place.recordSize) == place.recordSize;
 }
 
-// True when the first record of the file is later than its last one. A directory may count records
-// beyond the file's end.
+// Whether the first record of the file is later than its last one, as `is`; false when they cannot be read. A
+// directory may count records beyond the file's end.
 template <typename DateOf>
-bool isNewestFirst(InputFile& file, const RecordPlace& place, DateOf dateOf) noexcept {
-  if (place.recordSize == 0) return false;
+bool tellNewestFirst(InputFile& file, const RecordPlace& place, DateOf dateOf, bool& is) noexcept {
+  is = false;
+  if (place.recordSize == 0) return true;
   const std::int64_t held = (file.size() - place.first) / static_cast<std::int64_t>(place.recordSize);
   const int last = static_cast<int>(std::min<std::int64_t>(held, place.records)) - 1;
+  if (last <= 0) return true;
   RecordBytes first, other;
-  return last > 0 && readRecord(file, place, 0, first) && readRecord(file, place, last, other) &&
-         dateOf(first.bytes) > dateOf(other.bytes);
+  if (!readRecord(file, place, 0, first) || !readRecord(file, place, last, other)) return false;
+  is = dateOf(first.bytes) > dateOf(other.bytes);
+  return true;
 }
 
 // The number of the record with this date or, when there is none, of the record with the nearest later
@@ -109,7 +112,8 @@ bool isNewestFirst(InputFile& file, const RecordPlace& place, DateOf dateOf) noe
 template <typename DateOf>
 int findDate(InputFile& file, const RecordPlace& place, double date, DateOf dateOf,
              RecordBytes& found) noexcept {
-  const bool newestFirst = isNewestFirst(file, place, dateOf);
+  bool newestFirst;
+  if (!tellNewestFirst(file, place, dateOf, newestFirst)) return QV_FILE_READ;
   // The records before number `low` do not come up to the date, or are all later.
   RecordBytes before, at;
   int low = 0, high = place.records;
