@@ -141,7 +141,7 @@ void MeanDeviation::shortWindows(const double* newest, int count, const double* 
 
 void MeanDeviation::longWindows(std::ptrdiff_t newest, int count, const double* distance,
                                 double* deviation) noexcept {
-  for (int i = 0; i < count && !failed_;) {
+  for (int i = 0; i < count;) {
     if (!(magnitude(distance[i]) < kInfinity)) {  // nor has the window a deviation
       deviation[i++] = std::numeric_limits<double>::quiet_NaN();
       for (Neighbours& group : groups_) group.left = group.done = 0;
@@ -150,7 +150,7 @@ void MeanDeviation::longWindows(std::ptrdiff_t newest, int count, const double* 
     int windows = nextWindows(newest + i, count - i, distance + i, deviation + i);
     if (windows == 0) {
       beginGroups(newest + i, distance[i]);
-      if (failed_) break;
+      if (failed_) return std::fill_n(deviation + i, count - i, 0.0), void();
       windows = nextWindows(newest + i, count - i, distance + i, deviation + i);
       if (windows == 0) deviation[i] = std::numeric_limits<double>::quiet_NaN(), windows = 1;
     }
