@@ -17,7 +17,6 @@ enum class StdoutName { kStandardOutput, kFile };
 class OutputFile {
  public:
   OutputFile(const char* name, bool append, StdoutName rule = StdoutName::kStandardOutput) noexcept {
-    if (!name) return;
     isStdout_ = rule == StdoutName::kStandardOutput && compareNoCase(name, "STDOUT") == 0;
     stream_ = isStdout_ ? stdout : std::fopen(name, append ? "at" : "wt");
   }

@@ -83,7 +83,7 @@ extern "C" {
 double QVCALL qvYMDtoDate(int year, int month, int day, int hour, int minute, int second) noexcept {
   if (!qvDateValidate(year, month, day, hour, minute, second)) return 0.0;
   std::int64_t days = 0;
-  if (year != 0 || month != 0 || day != 0) {
+  if (month != 0) {  // not a time of day alone
     const int full = widenedYear(year);
     days = yearEnd(full - 1) + kDaysBefore[month] + day;
     if (month >= 3 && isLeap(full)) ++days;

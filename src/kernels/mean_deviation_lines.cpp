@@ -100,12 +100,12 @@ void MeanDeviation::beginGroup(int g, std::ptrdiff_t newest, double distance) no
   }
 }
 
-// The items from .. end - 1, whole chunks at a time where all of a chunk lie on one side.
+// The items from .. end - 1, which are some pairs of chunks, whole chunks at a time where all of a chunk lie
+// on one side.
 void MeanDeviation::foldShared(Neighbours& group, std::ptrdiff_t from, std::ptrdiff_t end) noexcept {
   constexpr auto kPair = std::ptrdiff_t{2} * kChunk;
   const double* items = items_.data();
   const auto first = (from + kPair - 1) / kPair, last = end / kPair;
-  if (first >= last) return group.fold(items + from, static_cast<int>(end - from), anchor_);
   group.fold(items + from, static_cast<int>(first * kPair - from), anchor_);
   Sides sides(group.low, group.high);
   int mixed = 0;

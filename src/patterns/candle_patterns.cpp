@@ -279,14 +279,14 @@ int QVCALL qvUpsideGap2Crows(const QvBars* bars, const QvCandles* candles, int i
 int QVCALL qvTasukiUpsideGap(const QvBars* bars, const QvCandles* candles, int i) noexcept {
   return endsAt(bars, candles, i, {{kBlack}, {kWhite}, {kWhite}}, [](const Window& w) {
     return w.shape(0) == w.shape(1) && w.open(0) < w.close(1) && w.close(0) < w.open(1) &&
-           w.close(0) > w.close(2) && w.open(1) > w.close(2);
+           w.close(0) > w.close(2);
   });
 }
 
 int QVCALL qvTasukiDownsideGap(const QvBars* bars, const QvCandles* candles, int i) noexcept {
   return endsAt(bars, candles, i, {{kWhite}, {kBlack}, {kBlack}}, [](const Window& w) {
     return w.shape(0) == w.shape(1) && w.open(0) > w.close(1) && w.close(0) > w.open(1) &&
-           w.close(0) < w.close(2) && w.open(1) < w.close(2);
+           w.close(0) < w.close(2);
   });
 }
 

@@ -29,8 +29,5 @@ bool Device::extent(const char*, const char*, double, bool, double*) noexcept {
 bool Device::clip(double, double, double, double) noexcept {
   return false;
 }
-std::uint32_t Device::mixed(std::uint32_t) const noexcept {
-  return context_ ? background_ : 0;
-}
 
 }  // namespace qv::platform

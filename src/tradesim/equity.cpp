@@ -66,9 +66,9 @@ double annualGrowth(double first, double last, double years) noexcept {
   return last > 0 ? 100 * (powerOf(last / first, 1 / years) - 1) : -100.0;
 }
 
-double barsPerYearOf(const QvArray* dates, int first, int last) noexcept {
-  if (!dates || !hasItem(*dates, first) || !hasItem(*dates, last)) return 0.0;
-  const double days = dates->data[last] - dates->data[first];
+double barsPerYearOf(const QvArray& dates, int first, int last) noexcept {
+  if (!hasItem(dates, last)) return 0.0;
+  const double days = dates.data[last] - dates.data[first];
   return days > 0 ? (last - first) * kDaysPerYear / days : 0.0;
 }
 
@@ -214,7 +214,7 @@ int QVCALL qvEquityFigures(const QvArray* equity, const QvArray* dates, double b
   f.bars = to - from + 1;
   f.first = items[0];
   f.last = items[f.bars - 1];
-  f.barsPerYear = barsPerYear > 0 ? barsPerYear : barsPerYearOf(dates, from, to);
+  f.barsPerYear = barsPerYear > 0 ? barsPerYear : barsPerYearOf(*dates, from, to);
   f.totalGrowth = percentGrowth(f.first, f.last);
   if (f.barsPerYear > 0) f.annualGrowth = annualGrowth(f.first, f.last, (f.bars - 1) / f.barsPerYear);
   setRatios(f, items, f.bars, rate);
