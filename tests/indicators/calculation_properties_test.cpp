@@ -9,6 +9,7 @@
 
 #include "core/calculation.h"
 #include "core/memory.h"
+#include "kernels/lanes.h"
 #include "support/entry_call.h"
 #include "support/expect.h"
 #include "support/series.h"
@@ -70,6 +71,11 @@ TEST_P(EveryCalculation, RefusesMissingArguments) {
   const QvArray* noInputs[8] = {};
   QvArray* noOutputs[8] = {};
   EXPECT_EQ(qvCatalogueCall(e, noBars, noInputs, noOutputs, nullptr, 0), -1) << "null records";
+  for (int k = 0; k < e->barsCount + e->inputCount + e->outputCount; ++k) {
+    Call call(e);
+    EXPECT_EQ(callEntry(*e, call.bars, call.inputs, call.outputs, call.params, 0, k), -1)
+        << "without record " << k;
+  }
   for (std::size_t k = 0; k < Call(e).series().size(); ++k) {
     Call call(e);
     const auto [series, kind] = call.series()[k];
@@ -151,6 +157,19 @@ TEST_P(EveryCalculation, GivesTheSameIntoAReusedOutput) {
   }
 }
 
+// Two neighbouring bars side by side or four.
+TEST_P(EveryCalculation, GivesTheSameInEitherWidthOfItsLoops) {
+  for (int n : {120, 1500}) {
+    Call one(e, n), other(e, n);
+    ASSERT_EQ(one.run(2), 0);
+    qv::wideLoops = !qv::wideLoops;
+    const int status = other.run(2);
+    qv::wideLoops = !qv::wideLoops;
+    ASSERT_EQ(status, 0);
+    one.expectSameAs(other);
+  }
+}
+
 TEST_P(EveryCalculation, SurvivesAnyStart) {
   Call zero(e);
   ASSERT_EQ(zero.run(), 0);
@@ -200,17 +219,29 @@ TEST_P(EveryCalculation, SurvivesShortAndWildData) {
   }
 }
 
+// With the usual parameters, and by each method over long windows, which take memory.
 TEST_P(EveryCalculation, SurvivesTheFailureOfEachAllocation) {
   const long before = qv::memory::liveBlocks();
-  for (long k = 1, status = -3; status != 0; ++k) {
-    ASSERT_LT(k, 100) << "allocates without end";
-    Call call(e);
-    qv::memory::failAllocation(k);
-    status = call.run();
-    qv::memory::failAllocation(0);
-    ASSERT_TRUE(status == 0 || status == -3) << status << " at allocation " << k;
-    for (const Array& out : call.outputs) ASSERT_TRUE(out.data || out.capacity == 0);
-  }
+  const auto given = [&](Call& call, int kind, double value) {
+    int count = 0;
+    for (int p = 0; p < e->paramCount; ++p)
+      if (e->params[p].kind == kind) call.params[static_cast<std::size_t>(p)] = value + 9 * count++;
+    return count;
+  };
+  for (int method = -1, methods = 1; method < methods; ++method)
+    for (long k = 1, status = -3; status != 0; ++k) {
+      ASSERT_LT(k, 100) << "allocates without end";
+      Call call(e, 500);
+      if (method >= 0) {
+        given(call, QV_PARAM_PERIOD, 70);
+        if (given(call, QV_PARAM_METHOD, method)) methods = 8;
+      }
+      qv::memory::failAllocation(k);
+      status = call.run();
+      qv::memory::failAllocation(0);
+      ASSERT_TRUE(status == 0 || status == -3) << status << " at allocation " << k;
+      for (const Array& out : call.outputs) ASSERT_TRUE(out.data || out.capacity == 0);
+    }
   EXPECT_EQ(qv::memory::liveBlocks(), before) << "blocks leaked";
 }
 

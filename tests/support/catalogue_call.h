@@ -35,16 +35,17 @@ inline bool endsShort(const QvCatalogueEntry& e, int firstValid, int start, int 
   return std::string("qvUltimateOsc") == e.name && firstValid >= n - std::max(start, 0);
 }
 
-// Of records in any containers.
+// Of records in any containers, of which the one with the number `missing`, outputs last, is left out.
 template <typename Sets, typename Arrays, typename Params>
 int callEntry(const QvCatalogueEntry& e, Sets& bars, Arrays& inputs, Arrays& outputs, const Params& params,
-              int start) {
+              int start, int missing = -1) {
+  const auto given = [&missing](auto& record) { return missing-- == 0 ? nullptr : &record; };
   std::vector<const QvBars*> b;
   std::vector<const QvArray*> in;
   std::vector<QvArray*> out;
-  for (auto& x : bars) b.push_back(&x);
-  for (auto& x : inputs) in.push_back(&x);
-  for (auto& x : outputs) out.push_back(&x);
+  for (auto& x : bars) b.push_back(given(x));
+  for (auto& x : inputs) in.push_back(given(x));
+  for (auto& x : outputs) out.push_back(given(x));
   return qvCatalogueCall(&e, b.data(), in.data(), out.data(), params.data(), start);
 }
 
