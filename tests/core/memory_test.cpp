@@ -3,6 +3,8 @@
 
 #include <gtest/gtest.h>
 
+#include <tuple>
+
 #include "core/guarded_heap.h"
 
 namespace {
@@ -46,8 +48,23 @@ TEST(Heap, KeepsItemsThatGrowAndRefusesWhatIsTooMuch) {
   EXPECT_EQ(allocate(1001, 1), nullptr);
   largestGiven = 0;
   EXPECT_EQ(allocateZeroed(SIZE_MAX / 4, 8), nullptr);
+  EXPECT_EQ(allocate(SIZE_MAX / 4, 8), nullptr);
+#ifndef QV_PLAIN_HEAP
+  for (auto* take : {allocate, allocateZeroed})
+    EXPECT_EQ(take(PTRDIFF_MAX / 2, 1), nullptr) << "no machine has it";
+#endif
   EXPECT_EQ(resize(items.data(), SIZE_MAX / 2, 8), nullptr);
   EXPECT_EQ(liveBlocks(), live + 1);
+}
+
+TEST(Heap, RefusesTablesOfAnyNumbers) {
+  int* table = nullptr;
+  constexpr int kMost = INT_MAX / static_cast<int>(sizeof(int));
+  for (auto [index, count, step] : {std::tuple{5, 5, 0}, {INT_MAX, INT_MAX - 3, 4}, {kMost, kMost, 1}}) {
+    std::int32_t grown = count;
+    EXPECT_EQ(qv::growTable(table, index, grown, step), -3);
+    EXPECT_TRUE(!table && grown == count);
+  }
 }
 
 }  // namespace

@@ -35,6 +35,8 @@ TEST(Records, AllocatesResizesAndFrees) {
   EXPECT_TRUE(a.size == 100 && a.capacity == 100 && a.data[2] == 5.0 && a.firstValid == 2);
   qvFreeArray(&a);
   EXPECT_TRUE(!a.data && a.size == 0 && a.capacity == 0 && a.firstValid == 0);
+  EXPECT_EQ(qvReAllocArray(&a, 2), 0);
+  EXPECT_TRUE(a.data && a.size == 2);
 
   Bars b;
   b.reccnt = 9;
@@ -96,6 +98,17 @@ TEST(Records, CopiesAsMuchAsFits) {
     EXPECT_EQ(to->openInterest.data[2], bars.openInterest.data[2]);
   }
   EXPECT_EQ(bars.symbol[15], 7);
+
+  // A series that is missing here is empty there, one that is missing there is made.
+  qvFreeArray(&bars.openInterest);
+  qvFreeArray(&three.volume);
+  three.openInterest.firstValid = 2;
+  expectAnswersExhaustedMemory("qvCopyBars into a set that lacks a series",
+                               [&] { return qvCopyBars(&bars, &three); });
+  EXPECT_TRUE(three.openInterest.size == 0 && three.volume.size == 5);
+  expectGives(0, three.volume, bars.volume.size == 5 ? itemsOf(bars.volume) : Items{});
+  const QvArray blockless{nullptr, 3, 3, 0};
+  EXPECT_EQ(qvCopyArray(&blockless, &small), 0);
 }
 
 TEST(Records, ItemsOutsideTheSeriesAndNullRecordsAreSafe) {

@@ -40,19 +40,14 @@ TEST_F(FileFront, ReadsTheLayoutThatATextTypeNames) {
   }
 }
 
-TEST_F(FileFront, KnowsTheFormatsWithoutAReaderAndRefusesNull) {
+TEST_F(FileFront, KnowsTheFormatsWithoutAReader) {
   Bars bars;
-  double found = 5;
   for (const char* type : {"CSI", "FS", "AIQ"}) {
     EXPECT_EQ(qvFILEread(type, &bars, path.c_str(), "a", 0, -1), -10) << type;
     EXPECT_EQ(qvFILEfindrec(type, path.c_str(), "a", 1, nullptr), -10);
     EXPECT_EQ(qvFILElist(type, path.c_str(), output.c_str(), 0), 0);
   }
-  for (int status : {qvFILEtype(nullptr), qvFILEread(nullptr, &bars, "", "a", 0, 1),
-                     qvFILEread("TXT", nullptr, "", "a", 0, 1), qvFILEread("TXT", &bars, nullptr, "a", 0, 1),
-                     qvFILEfindrec(nullptr, "", "a", 1, &found), qvFILElist("TXT", nullptr, "STDOUT", 0),
-                     qvFILEprintinfo(nullptr, "STDOUT", 0), qvFILEprintinfo(&bars, nullptr, 0)})
-    EXPECT_EQ(status, -1);
+  EXPECT_EQ(qvFILEtype(nullptr), -1);
 }
 
 TEST_F(FileFront, PrintsTheBarInformationThatIsThere) {

@@ -16,9 +16,11 @@ using qvtest::ScratchDir;
 std::vector<std::string> linesOf(std::string text) {
   text = text.substr(0, text.find('\x1A'));
   std::string plain;
-  for (std::size_t i = 0; i < text.size(); ++i) {
-    const std::size_t end = text.find_first_not_of('\r', i);
-    if (text[i] != '\r' || (end != text.npos && text[end] != '\n')) plain += text[i];
+  for (std::size_t i = 0; i < text.size();) {
+    const std::size_t end = std::min(text.find_first_not_of('\r', i), text.size());
+    if (end < text.size() && text[end] != '\n') plain.append(end - i, '\r');
+    if (end < text.size()) plain += text[end];
+    i = end + 1;
   }
   std::vector<std::string> lines;
   for (std::size_t i = 0; i < plain.size(); i += lines.back().size())
@@ -38,6 +40,7 @@ TEST(LineReader, AgreesWithLinesTakenCharacterByCharacter) {
       text += std::string(random() % 3, '\r') + (random() % 8 ? "\n" : "b");
     }
     if (k == 5) text.insert(300'000, "\x1A");
+    if (k == 7) text.insert(150'000, std::string(300'000, '\r') + "e");
     if (k == 8) text.insert(100'000, 300'000, 'c');
     if (k == 11)
       text.insert(100'000, std::string(50'000, 'd') + std::string(2'000, '\r') + std::string(90'000, 'e'));

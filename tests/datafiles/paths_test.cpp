@@ -9,6 +9,7 @@
 #include <string>
 
 #include "datafiles/paths.h"
+#include "platform/platform.h"
 #include "support/files.h"
 
 namespace {
@@ -23,6 +24,7 @@ TEST(JoinedPath, PutsASeparatorWhereTheDirectoryNeedsOne) {
   const std::string cases[][3] = {{" \t\r\f\ndata \n", " \ta b\t ", "data" + separator + "a b"},
                                   {"c:", "a", "c:a"},
                                   {"data\\", "a", "data\\a"},
+                                  {"data/", "a", "data/a"},
                                   {most, "ab", most + separator + "a"},
                                   {d, "ab", d + "a"},
                                   {"d", most.substr(3) + "   x", "d" + separator + most.substr(3)}};
@@ -44,6 +46,27 @@ TEST(InputFiles, AreRegularOnes) {
   std::filesystem::create_symlink("file", dir / "link.csv");
   char bytes[4];
   EXPECT_EQ(InputFile(dir.path().c_str(), "link.csv").read(bytes, 4), 3u);
+}
+
+// Of names that differ by case alone the first of the alphabet, which the system's order is not.
+TEST(InputFiles, AreFoundInAnyCase) {
+  const ScratchDir dir;
+  const std::string names[] = {"ABC.x", "ABc.x", "AbC.x", "Abc.x", "aBC.x", "aBc.x", "abC.x", "abc.x"};
+  for (const std::string& name : names) dir.write(name, "");
+  for (const std::string& name : names) {
+    EXPECT_EQ(InputFile(dir.path().c_str(), name.c_str()).path(), dir / name);
+    EXPECT_EQ(InputFile(dir.path().c_str(), "abc.X").path(), dir / name);
+    std::filesystem::remove(dir / name);
+  }
+  const auto before = std::filesystem::current_path();
+  std::filesystem::current_path(dir.path());
+  dir.write("File", "");
+  EXPECT_STREQ(InputFile("", "fILE").path(), "File");
+  EXPECT_STREQ(InputFile("", "none").path(), "none");
+  std::filesystem::current_path(before);
+  EXPECT_FALSE(InputFile((dir / "none/").c_str(), "").ok());
+  int year, month, day;
+  EXPECT_FALSE(qv::platform::modificationDate((dir / "none").c_str(), &year, &month, &day));
 }
 #endif
 

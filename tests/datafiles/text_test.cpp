@@ -80,12 +80,14 @@ TEST_F(TextFiles, HaveALayoutWithDelimitersAndWithoutTheLastCharacterOfAnUnended
                                                        {"abcdefghijklmnopq\n", "abcdefghijklmnop"},
                                                        {"abcdefghijklmno\\t\n", "abcdefghijklmno\\"},
                                                        {"abc\ndelimit = ;\n", ";bc"},
-                                                       {";,", ";"}};
+                                                       {";,", ";"},
+                                                       {"\ndelimit =", " "}};
   for (const auto& [text, delimiters] : cases) {
     info = layoutOf(std::string("delimit = ") + text);
     EXPECT_EQ(std::string(info.delimiters, strnlen(info.delimiters, 16)), delimiters) << text;
   }
   EXPECT_EQ(layoutOf("oi = 71").openInterestColumn, 7);
+  EXPECT_EQ(layoutOf(std::string("oi = 72\0 34\n", 12)).openInterestColumn, 7) << "a zero byte ends the line";
   // Pieces of 79 characters are lines: this one ends in "123".
   EXPECT_EQ(layoutOf("oi =" + std::string(72, ' ') + "12345\n").openInterestColumn, 12);
 }
@@ -105,6 +107,7 @@ TEST_F(TextFiles, HaveALayoutThatIsWrittenAsItReadsBack) {
   EXPECT_EQ(std::memcmp(&info, &back, sizeof info), 0);
   // Sixteen delimiters, with a tab that in letters would be a seventeenth character.
   std::memcpy(info.delimiters, "abcdefgh;,\t= klm", sizeof info.delimiters);
+  info.dateFormat = 1;
   EXPECT_EQ(qvTXTwriteinfo(path, "b.txt", &info), 0);
   EXPECT_EQ(qvTXTreadinfo(path, "b.txt", &back), 0);
   EXPECT_EQ(std::memcmp(&info, &back, sizeof info), 0) << dir.read("b.txt");
@@ -142,6 +145,11 @@ TEST_F(TextFiles, AreReadInARangeByTheOrderOfTheFirstTwoDifferentDates) {
   qvReSizeBars(&bars, 2);
   expectGives(read(&bars, 0, -1), bars.close, {0, 1});  // the size is left: four were stored
   EXPECT_EQ(bars.close.data[3], 3.0);
+  bars.volume.capacity = 3;
+  EXPECT_EQ(read(&bars, 0, -1), -1) << "a series with less room than the set";
+  bars.volume.capacity = 4;
+  info.skip = 100;
+  EXPECT_EQ(read(&bars, 0, -1), -9) << "nothing but headings";
 }
 
 TEST_F(TextFiles, AreReadInEveryColumn) {
@@ -205,6 +213,17 @@ TEST_F(TextFiles, FillTheBarInformation) {
   std::strcpy(bars.name, "UP.csv");
   ASSERT_EQ(qvTXTread(&bars, bars.path, bars.name, &info, 0, -1), 0);
   EXPECT_STREQ(bars.symbol, "UP");
+
+  // A name beside the program, and one that holds what other systems take for a directory.
+  for (const char* name : {"up.csv", "C:\\data\\up.csv"}) {
+    dir.write(name, rows({0}));
+    const auto before = std::filesystem::current_path();
+    std::filesystem::current_path(path);
+    EXPECT_EQ(qvTXTread(&bars, "", name, &info, 0, -1), 0);
+    std::filesystem::current_path(before);
+    EXPECT_STREQ(bars.name, "up.csv");
+    std::filesystem::remove(dir / name);
+  }
 }
 
 TEST_F(TextFiles, CountLinesAsRecordsByTheirFirstCharacter) {
@@ -275,7 +294,8 @@ TEST_F(TextFiles, AreListedByFourPatternsInTheirOrder) {
 #ifdef _WIN32
   GTEST_SKIP() << "the system chooses the short names";
 #endif
-  for (const char* name : {"b.TXT", "A.txt", "txtinfo.txt", "q.prn", "long file name.csv", "x.asc", "y.dat"})
+  for (const char* name :
+       {"b.TXT", "B.txt", "q", "A.txt", "txtinfo.txt", "q.prn", "long file name.csv", "x.asc", "y.dat"})
     dir.write(name, "");
   std::filesystem::create_directory(dir / "directory.csv");
   std::tm noon{};
@@ -285,6 +305,7 @@ TEST_F(TextFiles, AreListedByFourPatternsInTheirOrder) {
     if (!entry.is_directory())
       std::filesystem::last_write_time(entry, std::chrono::file_clock::from_sys(time));
 
+  std::filesystem::create_symlink("nowhere", dir / "gone.csv");
   const auto line = [](const char* name, const char* symbol, const char* description,
                        const char* rest = "Unknown   Unknown    15/01/2008") {
     return padded(name, 13) + padded(symbol, 17) + padded(description, 49) + rest + "\n";
@@ -300,7 +321,7 @@ TEST_F(TextFiles, AreListedByFourPatternsInTheirOrder) {
   EXPECT_EQ(dir.read("list"), heading + line("x.asc", "x", "x.asc") +
                                   line("long file na", "long file name", "long file name.csv") +
                                   line("q.prn", "q", "q.prn") + line("A.txt", "A", "A.txt") +
-                                  line("b.TXT", "b", "b.TXT") + heading);
+                                  line("B.txt", "B", "B.txt") + line("b.TXT", "b", "b.TXT") + heading);
   EXPECT_EQ(qvTXTlist(path, path, 0), -2);
 }
 
@@ -316,7 +337,9 @@ TEST_F(TextFiles, AreWrittenAsTextAndLines) {
   EXPECT_EQ(testing::internal::GetCapturedStdout(), "one\ntwo");
   EXPECT_EQ(qvTXTwrite("x", path, 0), -2) << "a directory";
 #ifdef __linux__
-  EXPECT_EQ(qvTXTwrite("x", "/dev/full", 0), -5);
+  for (int status : {qvTXTwrite("x", "/dev/full", 0), qvTXTwriteinfo("/dev", "full", &info),
+                     qvTXTlist(path, "/dev/full", 0), qvFILEprintinfo(&bars, "/dev/full", 0)})
+    EXPECT_EQ(status, -5);
 #endif
 }
 

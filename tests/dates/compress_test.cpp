@@ -127,6 +127,10 @@ TEST(GroupArray, SumsPerPeriodWithinTheShortestSeriesAndTheRoom) {
     EXPECT_TRUE(room > 1 || out.data[1] == 7);
     if (room > 1) expectGives(qvGroupArray(&dates, &in, &in, 4), in, sums, sumsFirstValid);
   }
+  Array in{1, 2, 4, 8, 16}, out, empty;
+  expectAnswersExhaustedMemory("qvGroupArray", [&] { return qvGroupArray(&dates, &in, &out, 4); });
+  in.size = 0;
+  expectGives(qvGroupArray(&dates, &in, &out, 4), out, {});
 }
 
 TEST(GroupBars, SummarisesTheBarsUpToAnIndex) {
@@ -199,6 +203,10 @@ TEST(Compression, TakesEmptySetsAndRefusesBadArgumentsBeforeItWrites) {
       qvFreeArray(&qv::seriesOf(lacking, k));
       EXPECT_EQ(compress(&lacking, &out), -1) << "series " << k;
       EXPECT_TRUE(k == 0 || compress(&whole, &lacking) == -1) << "an output without series " << k;
+      Bars short1(walkBars(9));
+      qv::seriesOf(short1, k).capacity = 8;
+      EXPECT_EQ(compress(&whole, &short1), -1) << "an output with less room in series " << k;
+      qv::seriesOf(short1, k).capacity = 9;
     }
   }
   EXPECT_EQ(out.date.data, nullptr);

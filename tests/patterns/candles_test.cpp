@@ -96,15 +96,15 @@ TEST(CandleConstructTrailing, MeasuresBodiesAgainstTheBarsBefore) {
   Candles c;
   const Bars bars(walkBars(30)), none;
   EXPECT_EQ(qvCandleConstructTrailing(&bars, &c, 0), -1);
-  EXPECT_EQ(qvCandleConstructTrailing(nullptr, &c, 5), -1);
-  EXPECT_EQ(qvCandleConstructTrailing(&bars, nullptr, 5), -1);
   EXPECT_EQ(qvCandleConstructTrailing(&none, &c, 5), 0);
   qvCandleFree(&c);
-  expectAnswersExhaustedMemory("trailing", [&] {
-    const int status = qvCandleConstructTrailing(&bars, &c, INT_MAX);
-    qvCandleFree(&c);
-    return status;
-  });
+  const Bars many(walkBars(300));
+  for (const Bars* set : {&bars, &many})
+    expectAnswersExhaustedMemory("trailing", [&] {
+      const int status = qvCandleConstructTrailing(set, &c, set == &bars ? INT_MAX : 90);
+      qvCandleFree(&c);
+      return status;
+    });
 }
 
 // Missing prices and exhausted memory are tried with the fill, as an entry of the catalogue.

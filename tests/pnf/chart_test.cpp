@@ -58,6 +58,9 @@ TEST(PointAndFigureChart, RefusesWhatCannotBeDrawnAndWritesNothing) {
   };
   for (double box : {0.0, -1.0, kNaN, kInf, 5e-324, 1e-9, 1.9e-5}) EXPECT_EQ(draw(13, 11, box), -1) << box;
   for (double price : {kNaN, kInf, -kInf}) EXPECT_EQ(draw(price, 11, 1) + draw(13, price, 1), -2) << price;
+  Bars late{{0, 13, 11, 0, 0, 1}};
+  late.low.firstValid = 1;
+  EXPECT_EQ(qvPNFchart(&late, 1, path.c_str(), 0), -1);
   Bars bars{{0, 13, 11, 13, 3, 1}};
   EXPECT_EQ(qvPNFchart(nullptr, 1, path.c_str(), 0), -1);
   EXPECT_EQ(qvPNFchart(&bars, 1, nullptr, 0), -1);

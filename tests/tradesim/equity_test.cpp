@@ -44,6 +44,33 @@ TEST(Equity, CountsClosedTradesAndOpenPositionsWithTheirCosts) {
   EXPECT_NEAR(out[5], 100 + 0.5 * (-3.8 + 0.7 + 2 * (1 - 0.5 - 2.9) - 2), 1e-12);
 }
 
+// Records that a caller has changed: what was not held within the bars counts for nothing.
+TEST(Equity, LeavesOutWhatHasNoPlaceInTheBars) {
+  const std::function<void(QvTrade&)> trades[] = {
+      [](QvTrade& t) { t.position.entryBar = 99; }, [](QvTrade& t) { t.position.entryBar = -1; },
+      [](QvTrade& t) { t.exitBar = 0; }, [](QvTrade& t) { t.exitBar = 99; }};
+  const std::function<void(QvPosition&)> positions[] = {[](QvPosition& p) { p.entryBar = 99; },
+                                                        [](QvPosition& p) { p.entryBar = -1; },
+                                                        [](QvPosition& p) { p.remaining = 0; }};
+  for (const auto& changeTrade : trades)
+    for (const auto& changePosition : positions) {
+      Backtest sys({10, 11, 13, 12});
+      sys.next();
+      sys.bar({buy("A", 2)});
+      sys.bar({sell("X", 1)});
+      changeTrade(sys.trades[0]);
+      changePosition(sys.positions[0]);
+      Array out;
+      expectGives(qvEquity(&sys, 50, 0, &out), out, {50, 50, 50});
+      QvTradeFigures t;
+      EXPECT_EQ(qvTradeFigures(&sys, 0, &t), 0);
+      EXPECT_TRUE(t.barsHeld >= 0 && t.barsHeld <= 3);
+    }
+  const QvOrderSystem zero{};
+  Array out;
+  EXPECT_EQ(qvEquity(&zero, 50, 0, &out), -1) << "bar 0 of no bars";
+}
+
 TEST(Equity, OfNoTradeAndOfOneBarIsTheCapital) {
   Backtest idle({10, 11, 12}), oneBar({10});
   Array out;
@@ -56,10 +83,7 @@ TEST(Equity, OfNoTradeAndOfOneBarIsTheCapital) {
   ASSERT_EQ(qvTradeFigures(&idle, 0.01, &t), 0);
   EXPECT_EQ(Items({t.profitFactor, t.expectancy, t.exposure}), Items({0, 0, 0}));
   expectGives(qvEquity(&oneBar, 50, 0, out.fresh()), out, {50});
-  for (const int status : {qvEquity(nullptr, 1, 0, &out), qvEquity(&idle, 1, 0, nullptr),
-                           qvEquity(&idle, 1, 0, &idle.bars.close), qvTradeFigures(nullptr, 0, &t),
-                           qvTradeFigures(&idle, 0, nullptr)})
-    EXPECT_EQ(status, -1);
+  EXPECT_EQ(qvEquity(&idle, 1, 0, &idle.bars.close), -1);
   out.reset();
   expectAnswersExhaustedMemory("qvEquity", [&] { return qvEquity(&idle, 50, 0, &out); });
   expectAnswersExhaustedMemory("qvTradeFigures", [&] { return qvTradeFigures(&idle, 0, &t); });
@@ -175,10 +199,14 @@ TEST(EquityFigures, HaveAnAnswerWhereThereIsNoneToTell) {
   const Array equity{1, 2, 3}, sameDay{7, 7, 7}, none;
   ASSERT_EQ(qvEquityFigures(&equity, &sameDay, 0, 0, &f), 0);
   EXPECT_EQ(Items({f.barsPerYear, f.annualGrowth, f.sharpe}), Items({0, 0, 0}));
+  const Array twoDays{7, 8};
+  ASSERT_EQ(qvEquityFigures(&equity, &twoDays, 0, 0, &f), 0);
+  EXPECT_EQ(f.barsPerYear, 0) << "fewer dates than equities";
+  figuresOf({1, kInf, 3});
+  EXPECT_EQ(f.sharpe, 0) << "nothing can be told of a return without bounds";
   const Array late({1, 2, 3}, 3);
   for (const int status :
-       {qvEquityFigures(nullptr, &sameDay, 0, 0, &f), qvEquityFigures(&equity, &sameDay, 0, 0, nullptr),
-        qvEquityFigures(&equity, nullptr, 0, 0, &f), qvEquityFigures(&equity, nullptr, 252, -1, &f),
+       {qvEquityFigures(&equity, nullptr, 0, 0, &f), qvEquityFigures(&equity, nullptr, 252, -1, &f),
         qvEquityFigures(&equity, nullptr, 252, kNaN, &f), qvEquityFigures(&none, nullptr, 252, 0, &f),
         qvEquityFigures(&late, nullptr, 252, 0, &f)})
     EXPECT_EQ(status, -1);

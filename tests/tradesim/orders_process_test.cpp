@@ -298,6 +298,17 @@ TEST(Trading, WildBarsAndSettingsAndFailingAllocationsAreSurvived) {
     lost += sys.netStatistics.totalNumberOfTrades - sys.tradeCount;
   }
   EXPECT_GT(lost, 0) << "the statistics keep a trade that finds no place in the table";
+
+  Backtest sys(closingAt(Items(60, 10.0)));
+  sys.pyramiding = 1;
+  sys.next();
+  while (sys.positionCount < sys.positionCapacity) ASSERT_EQ(sys.bar({buy("A", 1)}), 1);
+  const int full = sys.positionCount;
+  sys.place(buy("A", 1));
+  qv::memory::failAllocation(1);
+  EXPECT_EQ(sys.next(), 1);
+  qv::memory::failAllocation(0);
+  EXPECT_EQ(sys.positionCount, full) << "an entry that finds no place is not made";
 }
 
 }  // namespace

@@ -142,6 +142,10 @@ TEST(OrderSort, ExitsThenBuysThenMarketThenPrice) {
   EXPECT_EQ(orderNames(sys),
             (Names{"cover market", "cover 3", "cover 4", "sell market", "sell 5", "sell 4", "market 1",
                    "long market", "long 3", "long 3 too", "long 4", "market 2", "short 5", "short 4"}));
+  // An action that no order call makes.
+  sys.orders[9].action = QV_CLOSE;
+  EXPECT_EQ(qv::tradesim::compareOrders(sys.orders[9], sys.orders[0]), -1);
+  EXPECT_EQ(qv::tradesim::compareOrders(sys.orders[0], sys.orders[9]), 1);
 }
 
 TEST(OrderSystem, SurvivesNullArgumentsAndEmptyRecords) {
@@ -157,9 +161,12 @@ TEST(OrderSystem, SurvivesNullArgumentsAndEmptyRecords) {
 
   QvBars withoutLow = bars;
   withoutLow.low = QvArray{};
-  System empty(QvBars{}), lacking(withoutLow);
+  QvBars withShortLow = bars;
+  withShortLow.low.capacity = 1;
+  System empty(QvBars{}), lacking(withoutLow), shorter(withShortLow);
   for (int status : {1, 0, 0}) EXPECT_EQ(empty.next(), status) << "the first call only moves";
   for (int status : {1, -1, 0}) EXPECT_EQ(lacking.next(), status) << "the bars are passed all the same";
+  for (int status : {1, -1, 0}) EXPECT_EQ(shorter.next(), status);
   empty.currentBar = INT32_MAX;
   EXPECT_EQ(empty.next(), 0);
 }
