@@ -21,7 +21,7 @@ int rangeMiddle(const QvBars& bars, int q, int n, double* middle) noexcept {
 
 // Stores v at index i when the output has room there: the leading spans run ahead of the last bar.
 void storeAhead(QvArray* out, std::int64_t i, double v) noexcept {
-  if (i >= 0 && i < out->capacity) out->data[i] = v;
+  if (i < out->capacity) out->data[i] = v;
 }
 
 }  // namespace

@@ -143,7 +143,6 @@ class OBVolExp {
     range_.run({volume, volume}, count, {highest, lowest});
     middle_.run({volume}, count, {middle});
     const int none = lead_.pass(count, breakout, trend);
-    if (none > 0) before_ = middle[none - 1];
     for (int j = none; j < count; ++j) {
       record(middle[j], highest[j], lowest[j]);
       const bool high = anyHigh_ && volume[j] >= lastHigh_, low = anyLow_ && volume[j] <= lastLow_;
@@ -153,21 +152,21 @@ class OBVolExp {
   }
   template <typename V>
   void fields(V& v) noexcept {
-    v(amounts_, total_, range_, middle_, lead_, swings_, before_, lastHigh_, lastLow_, trend_);
+    v(amounts_, total_, range_, middle_, lead_, swings_, lastHigh_, lastLow_, trend_);
     v(anyHigh_, anyLow_, wasHigh_, wasLow_);
   }
 
  private:
   void record(double middle, double highest, double lowest) noexcept {
     const bool isHigh = middle == highest, isLow = middle == lowest;
-    const bool held = middle == before_;  // still the run of the bar before
-    if (isHigh && !(wasHigh_ && held)) {
+    // After another one it is the same: each is the extreme of bars that hold the other.
+    if (isHigh && !wasHigh_) {
       swings_.record(middle, true);
       lastHigh_ = middle;
       anyHigh_ = true;
       trend_ = swings_.trend();
     }
-    if (isLow && !(wasLow_ && held)) {
+    if (isLow && !wasLow_) {
       swings_.record(middle, false);
       lastLow_ = middle;
       anyLow_ = true;
@@ -175,7 +174,6 @@ class OBVolExp {
     }
     wasHigh_ = isHigh;
     wasLow_ = isLow;
-    before_ = middle;
   }
 
   AmountsOnBalance amounts_;
@@ -184,7 +182,7 @@ class OBVolExp {
   Delay middle_;
   Lead lead_{range_.lead()};
   Swings swings_;
-  double before_ = 0.0, lastHigh_ = 0.0, lastLow_ = 0.0, trend_ = 0.0;
+  double lastHigh_ = 0.0, lastLow_ = 0.0, trend_ = 0.0;
   bool anyHigh_ = false, anyLow_ = false, wasHigh_ = false, wasLow_ = false;
 };
 

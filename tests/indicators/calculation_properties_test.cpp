@@ -210,6 +210,9 @@ TEST_P(EveryCalculation, SurvivesShortAndWildData) {
     Call call(e, n);
     EXPECT_EQ(call.run(), n == 0 ? -1 : n <= tooShort ? n : 0) << n << " bars";
     call.expectSurvives(0, n);
+    for (int k = 0; k < e->paramCount; ++k)
+      if (e->params[k].kind == QV_PARAM_PERIOD) call.params[static_cast<std::size_t>(k)] = 1;
+    call.expectSurvives(0, n);
   }
   for (double wild : {kNaN, kInf, -kInf, 1e308, 0.0}) {
     Call call(e);

@@ -38,6 +38,7 @@ TEST_F(Stretch, ArrayStatsPos) {
   EXPECT_EQ(bothOf<int>(qvArrayStatsPos, peaks, 0, 3, 0), Pair(3, 1));
   EXPECT_EQ(bothOf<int>(qvArrayStatsPos, lows, 0, 3, 1), Pair(2, 0));
   EXPECT_EQ(bothOf<int>(qvArrayStatsPos, lows, 3, 1, 1), Pair(1, 2));  // begins at a zero: nothing is below
+  EXPECT_EQ(qvArrayStatsPos(&lows, nullptr, nullptr, 0, 3, 0), 0);
 }
 
 TEST_F(Stretch, StdDev) {
