@@ -49,6 +49,9 @@ endif()
 
 add_library(qvlib60_objects OBJECT ${qv_sources})
 target_link_libraries(qvlib60_objects PRIVATE qvlib60_options qv_warnings)
+if(QV_BUILD_FUZZ)
+  target_compile_options(qvlib60_objects PRIVATE -fsanitize=fuzzer-no-link)
+endif()
 set_target_properties(qvlib60_objects PROPERTIES
   POSITION_INDEPENDENT_CODE ON
   CXX_VISIBILITY_PRESET hidden

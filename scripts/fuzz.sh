@@ -16,7 +16,7 @@ if [ ${#targets[@]} -eq 0 ]; then
 fi
 
 mkdir -p build
-{ cmake --preset fuzz && cmake --build --preset fuzz --target "${targets[@]/%/_fuzz}"; } >build/fuzz.log 2>&1 ||
+{ cmake --preset asan && cmake --build --preset asan --target "${targets[@]/%/_fuzz}"; } >build/fuzz.log 2>&1 ||
   { tail -n 30 build/fuzz.log; exit 1; }
 # A request for absurd memory must come back; a bound on time is the targets' own, this one is for a machine at work.
 export ASAN_OPTIONS=allocator_may_return_null=1 UBSAN_OPTIONS=print_stacktrace=1
@@ -30,7 +30,7 @@ status=0
 for target in "${targets[@]}"; do
   # As long as a formula may be; the others find nothing behind their first bytes.
   length=-max_len=$([ "$target" = formula ] && echo 65536 || echo 2048)
-  program=build/fuzz/fuzz/${target}_fuzz log=build/fuzz/$target.log
+  program=build/asan/fuzz/${target}_fuzz log=build/fuzz/$target.log
   mkdir -p "$work/$target"
   [ ! -e "fuzz/corpus/$target.tar.gz" ] || tar -xzf "fuzz/corpus/$target.tar.gz" -C "$work/$target"
   "$program" "$work/$target" "${limits[@]}" "$length" -max_total_time="$seconds" -print_final_stats=1 \
