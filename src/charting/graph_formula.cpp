@@ -3,7 +3,7 @@
 
 #include "charting/graph_outputs.h"
 #include "charting/texts.h"
-#include "formula/nodes.h"
+#include "formula/open.h"
 
 namespace {
 
@@ -14,18 +14,16 @@ using formula::Node;
 class Formula {
  public:
   Formula(const char* text, char* error, int errorSize) noexcept
-      : f_(qvFormulaOpen(text, error, errorSize)) {}
-  ~Formula() { qvFormulaClose(f_); }
-  Formula(const Formula&) = delete;
-  Formula& operator=(const Formula&) = delete;
+      : status_(formula::open(text, error, errorSize, f_)) {}
 
-  explicit operator bool() const noexcept { return f_ != nullptr; }
-  QvFormula* get() const noexcept { return f_; }
+  int status() const noexcept { return status_; }  // 0, -1 or -3
+  const QvFormula* get() const noexcept { return f_.get(); }
   const Node& node(int i) const noexcept { return f_->nodes[static_cast<std::size_t>(i)]; }
   const Node& root() const noexcept { return node(f_->root); }
 
  private:
-  QvFormula* f_;
+  formula::FormulaPtr f_;
+  int status_;
 };
 
 // Where values stand: with the prices, as signals over them, in the panel of a calculation or of a series, or
@@ -151,19 +149,22 @@ int computeOutputs(const QvGraph& graph, const char* text, const QvCatalogueEntr
     OutputText named(text, entry.outputs[output].name);
     if (!named.ok()) return QV_MALLOC;
     const Formula f(named.text(), nullptr, 0);
-    return f ? compute(graph, f.get(), kept) : int{QV_MALLOC};  // it was readable before
+    return f.status() == QV_OK ? compute(graph, f.get(), kept) : f.status();
   });
 }
 
-bool namesNoOutput(const char* text, const QvCatalogueEntry& entry) noexcept {
-  if (entry.outputCount < 2) return false;
+// 1 where the text names none of the calculation's outputs, else 0; -3.
+int namesNoOutput(const char* text, const QvCatalogueEntry& entry) noexcept {
+  if (entry.outputCount < 2) return 0;
   OutputText named(text, entry.outputs[0].name);
-  return named.ok() && Formula(named.text(), nullptr, 0);
+  const int status = named.ok() ? Formula(named.text(), nullptr, 0).status() : int{QV_MALLOC};
+  return status == QV_INVALID_PARM ? 0 : status == QV_OK ? 1 : status;
 }
 
 int fill(const QvGraph& graph, const char* text, const Formula& f, const Place& place, Item& item) noexcept {
   const Node* call = callOf(f, f.root());
-  const bool whole = call && namesNoOutput(text, *call->entry);
+  const int whole = call ? namesNoOutput(text, *call->entry) : 0;
+  if (whole < 0) return whole;
   item.partCount = 0;
   if (call && place.entry == call->entry) takeHints(*call->entry, whole ? -1 : f.root().index, item);
   if (whole) return computeOutputs(graph, text, *call->entry, item);
@@ -191,7 +192,7 @@ int QVCALL qvGraphFormula(QvGraph* graph, int subWindow, const char* formula, ch
   if (!graph || (subWindow != QV_GRAPH_NEW && !hasSubWindow(graph, subWindow)))
     return refuse(error, errorSize, QV_INVALID_PARM);
   const Formula f(formula, error, errorSize);
-  if (!f) return QV_INVALID_PARM;
+  if (f.status() != QV_OK) return f.status();
   const Place place = placeOf(f, f.root());
   Item item;
   item.kind = Item::Kind::Line;

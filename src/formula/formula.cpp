@@ -9,6 +9,7 @@
 #include "formula/constants.h"
 #include "formula/evaluate.h"
 #include "formula/needs.h"
+#include "formula/open.h"
 #include "formula/parser.h"
 
 namespace {
@@ -42,30 +43,32 @@ int evaluateInto(const QvFormula& f, const double* numbers, const QvBars& bars, 
 
 }  // namespace
 
-extern "C" {
-
-QvFormula* QVCALL qvFormulaOpen(const char* text, char* error, int errorSize) noexcept {
+int qv::formula::open(const char* text, char* error, int errorSize, FormulaPtr& f) noexcept {
   Complaint complaint(error, errorSize);
   if (!text) {
     complaint.sayCode(QV_INVALID_PARM);
-    return nullptr;
+    return QV_INVALID_PARM;
   }
   const void* end = std::memchr(text, '\0', QV_FORMULA_MAX_LENGTH + 1);
   if (!end) {
     complaint.say(QV_FORMULA_MAX_LENGTH, "more than %d characters", int{QV_FORMULA_MAX_LENGTH});
-    return nullptr;
+    return QV_INVALID_PARM;
   }
   void* block = memory::allocateZeroed(1, sizeof(QvFormula));
-  if (!block) {
-    complaint.sayCode(QV_MALLOC);
-    return nullptr;
-  }
-  auto* f = new (block) QvFormula;
-  const int status = parse(text, static_cast<int>(static_cast<const char*>(end) - text), *f, complaint);
-  if (status == QV_OK) return f;
+  FormulaPtr made(block ? new (block) QvFormula : nullptr);
+  const auto length = static_cast<int>(static_cast<const char*>(end) - text);
+  const int status = made ? parse(text, length, *made, complaint) : int{QV_MALLOC};
   if (status == QV_MALLOC) complaint.sayCode(QV_MALLOC);
-  qvFormulaClose(f);
-  return nullptr;
+  if (status == QV_OK) f = std::move(made);
+  return status;
+}
+
+extern "C" {
+
+QvFormula* QVCALL qvFormulaOpen(const char* text, char* error, int errorSize) noexcept {
+  FormulaPtr f;
+  open(text, error, errorSize, f);
+  return f.release();
 }
 
 void QVCALL qvFormulaClose(QvFormula* f) noexcept {

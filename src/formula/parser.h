@@ -56,7 +56,6 @@ class Parser {
   int choiceArgument(Arguments& arguments) noexcept;
   int takeNumbers(Arguments& arguments) noexcept;
   int checkNumber(const Arguments& arguments, int param) noexcept;
-  int fillInputs(Arguments& arguments) noexcept;
 
   const Token& token() const noexcept { return tokens_[0]; }
   const Token& following() const noexcept { return tokens_[1]; }

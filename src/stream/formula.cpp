@@ -23,19 +23,13 @@ Plan* Plan::make() noexcept {
 }
 
 void Plan::Leave::operator()(Plan* plan) const noexcept {
-  if (!plan || --plan->users_ > 0) return;
+  if (--plan->users_ > 0) return;
   plan->~Plan();
   memory::release(plan);
 }
 
 int Plan::open(const char* text, const double* parameters, int parameterCount) noexcept {
-  char error[64];
-  formula_.reset(qvFormulaOpen(text, error, sizeof error));
-  if (!formula_) {
-    char exhausted[64];
-    qvErrDesc(QV_MALLOC, exhausted);
-    return std::strcmp(error, exhausted) == 0 ? QV_MALLOC : QV_INVALID_PARM;
-  }
+  if (const int status = formula::open(text, nullptr, 0, formula_)) return status;
   QvFormula& f = *formula_;
   if (f.parameterCount != parameterCount) return QV_INVALID_PARM;
   for (int k = 0; k < parameterCount; ++k) f.parameters[static_cast<std::size_t>(k)].value = parameters[k];

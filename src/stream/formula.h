@@ -6,7 +6,7 @@
 
 #include "core/bar.h"
 #include "dates/periods.h"
-#include "formula/nodes.h"
+#include "formula/open.h"
 #include "kernels/live.h"
 
 namespace qv::stream {
@@ -37,11 +37,8 @@ class Plan {
   Feed& feed(int i) noexcept { return feeds_[static_cast<std::size_t>(i)]; }
 
  private:
-  struct Close {
-    void operator()(QvFormula* f) const noexcept { qvFormulaClose(f); }
-  };
   std::atomic<int> users_{1};
-  std::unique_ptr<QvFormula, Close> formula_;
+  formula::FormulaPtr formula_;
   memory::Buffer<double> numbers_;
   memory::Buffer<Feed> feeds_;
 };
