@@ -106,7 +106,7 @@ bool Canvas::cut(double& x1, double& y1, double& x2, double& y2) const noexcept 
 }
 
 void Canvas::line(double x1, double y1, double x2, double y2, const Pen& pen) noexcept {
-  if (failed() || x1 != x1 || y1 != y1 || x2 != x2 || y2 != y2) return;
+  if (failed() || y1 != y1 || y2 != y2) return;
   x1 = nearer(x1), y1 = nearer(y1), x2 = nearer(x2), y2 = nearer(y2);
   if (cut(x1, y1, x2, y2))
     took(painter_.line(painter_.context, x1, y1, x2, y2, pen.colour, pen.width, pen.dash));
@@ -123,7 +123,7 @@ void Canvas::vertical(double x, double y1, double y2, const Pen& pen) noexcept {
 }
 
 void Canvas::box(double x1, double y1, double x2, double y2, uint32_t fill) noexcept {
-  if (failed() || x1 != x1 || y1 != y1 || x2 != x2 || y2 != y2) return;
+  if (failed() || y1 != y1 || y2 != y2) return;
   const auto side = [this](double a, double b, double low, double high, double& from, double& to) {
     from = snapped(nearer(std::min(a, b)));
     to = std::max(snapped(nearer(std::max(a, b))), from + pixel());
@@ -146,7 +146,7 @@ void Canvas::outline(const Rect& rect, const Pen& pen) noexcept {
 }
 
 void Canvas::polygon(const QvPoint* points, int count, uint32_t fill) noexcept {
-  if (failed() || count < 3) return;
+  if (failed()) return;
   // An edge cuts a polygon of n corners into one of at most 2 n.
   const std::size_t room = static_cast<std::size_t>(count) * 2 + 8;
   if (!cut_[0].grow(room) || !cut_[1].grow(room)) return fail(QV_MALLOC);
@@ -178,7 +178,7 @@ void Canvas::flush() noexcept {
 }
 
 void Canvas::to(double x, double y) noexcept {
-  if (x != x || y != y) {
+  if (y != y) {
     flush();
     lastX_ = lastY_ = kNotKnown;
     return;
@@ -211,9 +211,9 @@ double Canvas::extent(const char* text, bool bold) noexcept {
 }
 
 void Canvas::text(double x, double y, const char* text, uint32_t colour, Align align, bool bold) noexcept {
-  if (failed() || !*text) return;
+  if (failed()) return;
   if (align != Align::Left) x -= extent(text, bold) * (align == Align::Centre ? 0.5 : 1.0);
-  if (failed() || x != x || y != y) return;
+  if (failed()) return;
   took(painter_.text(painter_.context, nearer(x), nearer(y), text, theme_.font, theme_.fontSize, bold ? 1 : 0,
                      colour));
 }

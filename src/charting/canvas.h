@@ -1,5 +1,6 @@
 // Drawing through a caller's painter: everything is cut to the clip before it gets there, straight lines and
-// boxes lie on whole device pixels, and the first callback that fails ends the painting.
+// boxes lie on whole device pixels, and the first callback that fails ends the painting. Places (x) are
+// numbers; heights may be none, and what has one of these is not drawn.
 #pragma once
 
 #include <cmath>

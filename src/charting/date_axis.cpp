@@ -60,9 +60,9 @@ int periodOf(double date, const Unit& unit) noexcept {
       return (m.year * 12 + m.month - 1) / unit.step;
     }
     case Unit::Years:
-      return momentOf(date).year / unit.step;
+      break;
   }
-  return 0;
+  return momentOf(date).year / unit.step;
 }
 
 // The first bar behind `bar` that is in another period, else `end`. Dates rise; where they don't it is some

@@ -43,7 +43,7 @@ int put(QvGraph& graph, int number, Item& item) noexcept {
     number = 0;
     while (number < graph.itemCount && graph.item(number).kind != Item::Kind::None) ++number;
     if (number == graph.itemCount) {
-      if (number == INT_MAX || !graph.items.grow(static_cast<std::size_t>(number) + 1)) {
+      if (!graph.items.grow(static_cast<std::size_t>(number) + 1)) {
         release(item);
         return QV_MALLOC;
       }

@@ -101,6 +101,9 @@ struct Item {
   QvGraphShape shape = {};
 
   bool hidden(int part) const noexcept { return parts[part].style.hidden == 1; }
+  bool allHidden() const noexcept {
+    return std::all_of(parts, parts + partCount, [](const Part& p) { return p.style.hidden == 1; });
+  }
 };
 
 void release(Item& item) noexcept;

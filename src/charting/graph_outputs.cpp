@@ -8,12 +8,9 @@ void takeHints(const QvCatalogueEntry& entry, int only, Item& item) noexcept {
   for (int k = 0; k < entry.outputCount; ++k) {
     const QvCatalogueOutput& output = entry.outputs[k];
     if ((only >= 0 && k != only) || output.place != QV_PLACE_PANEL) continue;
-    double* end = item.levels + item.levelCount;
-    for (int z = 0; z < output.zoneCount && item.levelCount < kMostLevels; ++z)
-      if (std::find(item.levels, end, output.zones[z]) == end) {
-        *end++ = output.zones[z];
-        ++item.levelCount;
-      }
+    const int taken = std::min(int{output.zoneCount}, kMostLevels - item.levelCount);
+    std::copy_n(output.zones, taken, item.levels + item.levelCount);
+    item.levelCount += taken;
     if (output.low < output.high) {
       item.fixed.take(output.low);
       item.fixed.take(output.high);

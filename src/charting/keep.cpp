@@ -39,7 +39,7 @@ int keep(KeptSeries& kept, const QvArray* series, int how) noexcept {
 
 int keep(KeptBars& kept, const QvBars* bars, int how) noexcept {
   kept = {bars, false};
-  if (how == QV_GRAPH_REFER || !bars) return QV_OK;
+  if (how == QV_GRAPH_REFER) return QV_OK;
   QvBars* copy = own(kept);
   if (!copy) return QV_MALLOC;
   qvCopyBarInfo(bars, copy);

@@ -106,7 +106,7 @@ void Painting::lineEntry(Legend& legend, const Item& item, const NumberFormat& f
 double Painting::legend(int subWindow, bool draw) noexcept {
   const SubWindow& s = g_.subWindow(subWindow);
   const int bar = legendBar();
-  Legend legend = {{canvas_, s.plot, rowHeight(), draw}, bar, bar >= 0 && bar < count_};
+  Legend legend = {{canvas_, s.plot, rowHeight(), draw}, bar, bar >= 0};
   legend.rows.add(s.title, g_.theme.text, true, kEntry);
   if (subWindow == 0 && legend.known) {
     char date[32];

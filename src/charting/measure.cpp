@@ -80,9 +80,8 @@ double Painting::baseOf(const Item& item, int part) const noexcept {
 
 bool Painting::restsOnZero(const Item& item, int part) const noexcept {
   const int form = item.parts[part].form;
-  return item.kind == Item::Kind::Chart
-             ? item.form == QV_CHART_VOLUME
-             : item.kind == Item::Kind::Line && (form == QV_LINE_HISTOGRAM || form == QV_LINE_STATE);
+  return item.kind == Item::Kind::Chart ? item.form == QV_CHART_VOLUME
+                                        : form == QV_LINE_HISTOGRAM || form == QV_LINE_STATE;
 }
 
 Extent Painting::extentOf(const Item& item, int part, bool positive) const noexcept {
@@ -146,18 +145,17 @@ void Painting::fitScale(int subWindow, int side) noexcept {
   // Zones do not make a scale by themselves, but levels that a calculation has are in sight.
   for (int i = 0; i < g_.itemCount && all.known() && !percent; ++i) {
     const Item& item = g_.item(i);
-    if (!stands(item, subWindow, side) || item.kind != Item::Kind::Line) continue;
+    if (!stands(item, subWindow, side) || item.kind != Item::Kind::Line || item.allHidden()) continue;
     for (int k = 0; k < item.levelCount; ++k)
       if (!log || item.levels[k] > 0.0) all.take(item.levels[k]);
   }
   // What else stands there may leave the range that a calculation has.
   const bool exact = all.known() && fixed.known() && !log && all.low >= fixed.low && all.high <= fixed.high;
   if (exact) all.take(fixed);
-  if (onZero && !log && !percent && all.known()) all.take(0.0);
+  if (onZero && !log && !percent) all.take(0.0);
   const double legendHeight = hasLegend(s) ? legend(subWindow, false) : 0.0;
-  scale.fit(all, (onZero && all.low == 0.0) || (exact && all.low == fixed.low),
-            exact && all.high == fixed.high, s.plot.top + (legendHeight > 0.0 ? legendHeight + 4.0 : 4.0),
-            s.plot.bottom - 3.0);
+  scale.fit(all, exact || (onZero && all.low == 0.0), exact,
+            s.plot.top + (legendHeight > 0.0 ? legendHeight + 4.0 : 4.0), s.plot.bottom - 3.0);
 }
 
 // Twice: the legend's values are written as the scale tells, and it takes room from the scale.
@@ -209,7 +207,7 @@ void Painting::placeSubWindows() noexcept {
   const double gap = std::min(6.0, std::floor(area.height() / (shown + 1) / 6.0));
   const double room = area.height() - gap * std::max(shown - 1, 0);
   // First with the whole width; then with the axes beside it, whose labels are known by then.
-  for (int pass = 0; pass < 2; ++pass) {
+  for (int pass = 0;; ++pass) {
     double used = 0.0;
     int before = 0;
     for (int i = 0; i < g_.subWindowCount; ++i) {
@@ -226,7 +224,7 @@ void Painting::placeSubWindows() noexcept {
     g_.axis.left = area.left;
     g_.axis.step = area.width() / (static_cast<double>(g_.axis.last) - g_.axis.first + 1.0);
     fitScales();
-    if (pass == 1) break;
+    if (pass == 1) return;
     const double widths[] = {axisWidth(QV_SIDE_RIGHT), axisWidth(QV_SIDE_LEFT)};
     constexpr double kMostShare = 0.4;
     axes_[QV_SIDE_RIGHT] = widths[0] > 0.0 && widths[0] < kMostShare * width;

@@ -94,7 +94,7 @@ void Painting::paintItems(int subWindow) noexcept {
     const Item& item = g_.item(i);
     if (!stands(item, subWindow, -1) || !s.scales[item.side].known()) continue;
     if (item.kind == Item::Kind::Chart && !item.hidden(0)) paintChart(item);
-    if (item.kind != Item::Kind::Line) continue;
+    if (item.kind != Item::Kind::Line || item.allHidden()) continue;
     paintLevels(item);
     for (int k = 0; k < item.partCount; ++k)
       if (!item.hidden(k)) paintPart(item, k);

@@ -117,7 +117,7 @@ void Painting::paintArea(const Item& item) noexcept {
   const uint32_t fill = own ? own : withOpacity(rising(item), 0.16);
   std::size_t count = 0;
   const auto flush = [&] {
-    if (count > 1 && points_.grow(count + 2)) {
+    if (count > 1) {
       points_[count] = {points_[count - 1].x, foot};
       points_[count + 1] = {points_[0].x, foot};
       canvas_.polygon(points_.data(), static_cast<int>(count) + 2, fill);
@@ -129,7 +129,7 @@ void Painting::paintArea(const Item& item) noexcept {
     for (int i = from; i < to; ++i) e.take(close[i]);
     const double top = e.known() ? y(e.high) : kNotKnown;
     if (top != top) return flush();
-    if (!points_.grow(count + 1)) return canvas_.fail(QV_MALLOC);
+    if (!points_.grow(count + 3)) return canvas_.fail(QV_MALLOC);  // two more at the foot
     points_[count++] = {x, top};
   });
   flush();

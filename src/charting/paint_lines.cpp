@@ -113,7 +113,6 @@ void Painting::paintDots(const Values& values, const Heights& y, uint32_t colour
 }
 
 void Painting::triangle(double x, double y, double size, bool up, uint32_t fill) noexcept {
-  if (x != x || y != y) return;
   const double foot = y + (up ? size : -size);
   const QvPoint corners[] = {{x, y}, {x + size * 0.6, foot}, {x - size * 0.6, foot}};
   canvas_.polygon(corners, 3, fill);

@@ -44,7 +44,7 @@ void Painting::note(double x, double y, const char* text, uint32_t colour, Align
   const double size = canvas_.fontSize(), width = canvas_.extent(text);
   if (!text[0] || !(x >= clip.left && x < clip.right) || width > clip.width() || noteCount_ == kMostNotes)
     return;
-  const double left = align == Align::Left ? x : x - width * (align == Align::Centre ? 0.5 : 1.0);
+  const double left = align == Align::Centre ? x - width * 0.5 : x;
   const double from = std::clamp(left, clip.left, clip.right - width);
   const Rect place = {from, y - size, from + width, y + size * 0.3};
   if (!(place.top >= clip.top && place.bottom <= clip.bottom)) return;
@@ -110,7 +110,8 @@ void Painting::paintRegression(const Item& item, const Heights& y, const Pen& pe
   const int from = std::max({std::min(s.bar, s.bar2), 0, close.firstValid}),
             to = std::min(std::max(s.bar, s.bar2), Values(close).end() - 1);
   double slope = 0.0, intercept = 0.0;
-  if (to - from < 2 || qvRegressionLine(&close, &slope, &intercept, from, to) != QV_OK) return;
+  if (to - from < 2) return;
+  qvRegressionLine(&close, &slope, &intercept, from, to);
   const double width =
       qvStdErr(&close, from, to) * (isValue(s.deviations) && s.deviations > 0.0 ? +s.deviations : 2.0);
   const double first = intercept + slope, last = intercept + slope * (to - from + 1.0);

@@ -27,19 +27,18 @@ void widen(double& low, double& high) noexcept {
 }  // namespace
 
 double roundStep(double least) noexcept {
-  const double exponent = std::floor(std::log10(least));
-  for (const double e : {exponent, exponent + 1.0})
-    for (const double digit : {1.0, 2.0, 5.0}) {
-      const double step = e < 0.0 ? digit / std::pow(10.0, -e) : digit * powerOfTen(e);
-      if (step >= least * (1.0 - 1e-9)) return step;
-    }
-  return least;
+  const double e = std::floor(std::log10(least));
+  for (const double digit : {1.0, 2.0, 5.0}) {
+    const double step = e < 0.0 ? digit / std::pow(10.0, -e) : digit * powerOfTen(e);
+    if (step >= least * (1.0 - 1e-9)) return step;
+  }
+  return powerOfTen(e + 1.0);
 }
 
 void Scale::fit(const Extent& values, bool firmLow, bool firmHigh, double top, double bottom) noexcept {
   const bool log = kind == QV_SCALE_LOG;
   double low = isFixed() ? fixedLow : values.low, high = isFixed() ? fixedHigh : values.high;
-  known_ = bottom > top && isValue(low) && isValue(high) && low <= high && !(log && low <= 0.0);
+  known_ = bottom > top && low <= high && !(log && low <= 0.0);
   if (!known_) return;
   if (log) {
     low = std::log10(low);
@@ -130,7 +129,7 @@ int Scale::logarithmicTicks(double gap, Tick (&out)[kMostTicks], double& step) c
 
 int Scale::ticks(double gap, Tick (&out)[kMostTicks], NumberFormat& format) const noexcept {
   format = {};
-  if (!known_ || !(gap > 0.0)) return 0;
+  if (!known_) return 0;
   double step = 0.0;
   int count = 0;
   if (kind == QV_SCALE_LOG) {
@@ -140,12 +139,12 @@ int Scale::ticks(double gap, Tick (&out)[kMostTicks], NumberFormat& format) cons
       const int equal = linearTicks(gap * 0.6, out, step);
       count = 0;
       for (int i = 0; i < equal; ++i)
-        if (out[i].value > 0.0 && (count == 0 || out[count - 1].y - out[i].y >= gap)) out[count++] = out[i];
+        if (count == 0 || out[count - 1].y - out[i].y >= gap) out[count++] = out[i];
     }
   } else {
     count = linearTicks(gap, out, step);
   }
-  if (count > 0 && step > 0.0)
+  if (count > 0)
     format = formatFor(std::max({std::fabs(out[0].value), std::fabs(out[count - 1].value), step}), step);
   return count;
 }

@@ -22,7 +22,8 @@ double widthOf(const char* text) noexcept {
   for (const char* c = text; *c;) {
     const int length = std::max(characterLength(c), 1);
     constexpr int kLetter = 667, kIdeograph = 1000;
-    width += length == 1 && *c >= ' ' && *c <= '~' ? kWidths[*c - ' '] : length < 3 ? kLetter : kIdeograph;
+    const auto place = static_cast<unsigned>(static_cast<unsigned char>(*c)) - ' ';
+    width += place < std::size(kWidths) ? kWidths[place] : length < 3 ? kLetter : kIdeograph;
     c += length;
   }
   return width / 1000.0;

@@ -25,7 +25,7 @@ void SvgWriter::open(double width, double height) noexcept {
 
 void SvgWriter::close() noexcept {
   endPath();
-  if (clipped_) add("</g>\n");
+  add("</g>\n");  // of the clip that every painting begins with
   add("</svg>\n");
   flush();
 }
@@ -213,7 +213,6 @@ void SvgWriter::escaped(const char* text) noexcept {
 
 void SvgWriter::add(const char* text, std::size_t count) noexcept {
   if (used_ + count > sizeof buffer_) flush();
-  if (count > sizeof buffer_) return sink_.write(text, count);
   std::memcpy(buffer_ + used_, text, count);
   used_ += count;
 }

@@ -78,8 +78,8 @@ void writeNumber(char (&out)[kNumberSize], double value, const NumberFormat& for
     const double scaled = value / format.unit;
     const bool exponent = format.exponent || std::fabs(scaled) >= 1e15;
     const auto shape = exponent ? std::chars_format::scientific : std::chars_format::fixed;
-    const auto written = std::to_chars(out, out + kNumberSize - 4, scaled, shape, format.decimals);
-    end = written.ec == std::errc() ? written.ptr : out;
+    end = std::to_chars(out, out + kNumberSize - 4, scaled, shape, format.decimals)
+              .ptr;  // 15 + 15 digits at most
     if (!exponent && format.suffix[0]) *end++ = format.suffix[0];
   }
   if (percent) *end++ = '%';
