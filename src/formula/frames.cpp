@@ -50,7 +50,7 @@ int compress(const QvBars& parent, int frequency, Frame& frame) noexcept {
   if (const int status = qvAllocBars(&frame.own, frame.groups)) return status;
   frame.bars = &frame.own;
   const int status = qvGroupBarsDate(&whole, &frame.own, frequency, -kInfinity, kInfinity);
-  if (status == QV_OK) setFirstValid(frame, parent, frame.own);
+  setFirstValid(frame, parent, frame.own);
   return status;
 }
 

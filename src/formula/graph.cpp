@@ -18,8 +18,7 @@ std::uint64_t bitsOf(double v) noexcept {
 
 bool same(const Node& a, const Node& b) noexcept {
   return a.kind == b.kind && a.context == b.context && a.index == b.index && a.entry == b.entry &&
-         bitsOf(a.number) == bitsOf(b.number) && a.count == b.count &&
-         std::equal(a.operands, a.operands + a.count, b.operands);
+         bitsOf(a.number) == bitsOf(b.number) && std::equal(a.operands, a.operands + a.count, b.operands);
 }
 
 std::uint64_t hashOf(const Node& node) noexcept {
