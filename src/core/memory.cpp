@@ -96,8 +96,8 @@ void release(void* block) noexcept {
 }
 
 #ifdef QV_ALLOCATION_FAULTS
-void failAllocation(long k) noexcept {
-  countdown.store(k, std::memory_order_relaxed);
+long failAllocation(long k) noexcept {
+  return countdown.exchange(k, std::memory_order_relaxed);
 }
 long liveBlocks() noexcept {
   return live.load(std::memory_order_relaxed);

@@ -22,8 +22,8 @@ void* resize(void* block, std::size_t count, std::size_t itemSize) noexcept;
 void release(void* block) noexcept;
 
 #ifdef QV_ALLOCATION_FAULTS
-// Test switch: the k-th allocation from now on fails (1 = the next one; 0 = none).
-void failAllocation(long k) noexcept;
+// Test switch: the k-th allocation from now on fails (0: none). Gives what is left of the last k: 0, it did.
+long failAllocation(long k) noexcept;
 // Blocks taken and not yet released.
 long liveBlocks() noexcept;
 #endif
