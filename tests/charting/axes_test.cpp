@@ -45,6 +45,97 @@ TEST(GraphAxes, TicksAreRoundRisingAndApart) {
     }
 }
 
+TEST(GraphAxes, ScalesOfOddRangesHaveTicksOrNone) {
+  const auto ticksOf = [](int kind, double low, double high, double height) {
+    qv::charting::Scale scale;
+    scale.kind = kind;
+    scale.fixedLow = low;
+    scale.fixedHigh = high;
+    scale.fit({}, false, false, 10, 10 + height);
+    qv::charting::Tick ticks[qv::charting::Scale::kMostTicks];
+    qv::charting::NumberFormat format;
+    return scale.ticks(25, ticks, format);
+  };
+  EXPECT_EQ(ticksOf(QV_SCALE_LINEAR, 0, 10, 400), 11);
+  EXPECT_EQ(ticksOf(QV_SCALE_LINEAR, 1e15, 1e15 + 1, 400), 0)
+      << "steps that numbers of this size do not have";
+  EXPECT_EQ(ticksOf(QV_SCALE_LINEAR, -1e15 - 1, -1e15, 400), 0);
+  EXPECT_EQ(ticksOf(QV_SCALE_LINEAR, 0, 1e-302, 400), 0);
+  EXPECT_EQ(ticksOf(QV_SCALE_LINEAR, 0, 10, 1e6), 101);
+  EXPECT_EQ(ticksOf(QV_SCALE_LOG, 1e-290, 1e290, 1e6), int{qv::charting::Scale::kMostTicks});
+  EXPECT_EQ(ticksOf(QV_SCALE_LOG, 1, 1000, 400), 10);
+  EXPECT_EQ(ticksOf(QV_SCALE_LINEAR, 0, 10, 0), 0);
+}
+
+TEST(GraphAxes, FixedLogarithmicScales) {
+  const Bars bars(walkBars(30));
+  const Graph g(bars);
+  g.chart(QV_CHART_CANDLES);
+  EXPECT_EQ(qvGraphScale(g, 0, QV_SIDE_RIGHT, QV_SCALE_LOG, 10, 1000), 0);
+  EXPECT_EQ(qvGraphScale(g, 0, QV_SIDE_LEFT, QV_SCALE_LINEAR, kNaN, 3), 0) << "no range is the data's";
+  Recording r;
+  ASSERT_EQ(r.paint(g, 900, 600), 0);
+  EXPECT_TRUE(r.text("50") && r.text("500"));
+  EXPECT_NEAR(g.at(0, 100).y * 2, g.at(0, 10).y + g.at(0, 1000).y, 1e-6);
+  // Before the first bar the scale stands, with no last value on it.
+  ASSERT_EQ(qvGraphRange(g, -20, -5), 0);
+  ASSERT_EQ(r.paint(g, 900, 600), 0);
+  EXPECT_TRUE(r.text("500"));
+  // What lies below 0 is not there: half a line, no dot, no mark, half a band.
+  Items items;
+  for (int i = 0; i < 30; ++i) items.push_back(i < 15 ? 100.0 : -5.0);
+  const Array falling(items), rising(Items(items.rbegin(), items.rend())), ones(Items(30, 50.0));
+  const Graph below(bars);
+  qvGraphScale(below, 0, QV_SIDE_RIGHT, QV_SCALE_LOG, 10, 1000);
+  for (const int kind :
+       {QV_LINE_LINE, QV_LINE_HISTOGRAM, QV_LINE_STATE, QV_LINE_BAND, QV_LINE_DOTS, QV_LINE_STEPS})
+    below.line(falling, kind, kind == QV_LINE_BAND ? &rising : nullptr);
+  below.line(falling, QV_LINE_BAND, &ones);
+  below.line(ones, QV_LINE_BAND, &falling);
+  const QvGraphShape shapes[] = {{QV_SHAPE_TREND_LINE, 2, 100, 9, 0, -1, 0, ""},
+                                 {QV_SHAPE_RECTANGLE, 2, 100, 9, 0, -1, 0, ""},
+                                 {QV_SHAPE_FIBONACCI, 2, 100, 9, 0, -100, 0, ""},
+                                 {QV_SHAPE_TRADE, 2, -1, 0, 1, 0, 0, "x"},
+                                 {QV_SHAPE_TEXT, 2, -1, 0, 0, 0, 0, "x"}};
+  for (const QvGraphShape& s : shapes) EXPECT_GE(qvGraphShape(below, QV_GRAPH_NEW, 0, &s), 0);
+  ASSERT_EQ(r.paint(below, 900, 600), 0);
+  EXPECT_FALSE(r.text("x"));
+  for (const Painted& p : r.of(Painted::Polygon)) EXPECT_TRUE(p.box.right < below.at(16, 100).x);
+  for (const Painted& p : r.all)
+    for (const QvPoint& q : p.points) ASSERT_TRUE(std::isfinite(q.x) && std::isfinite(q.y));
+}
+
+TEST(GraphAxes, RangesAndLevelsOfCalculationsAreInSight) {
+  const Bars bars(walkBars(120));
+  const Graph g(bars);
+  const int rsi = g.formula("rsi(5)");
+  Recording r;
+  const auto heightOf = [&](double v) { return g.at(0, v, 1).y; };
+  ASSERT_EQ(r.paint(g, 900, 600), 0);
+  const double hundred = heightOf(100) - heightOf(0);
+  // Another line that leaves the range makes the scale its own; on a logarithmic one only levels above 0
+  // stand.
+  Items beyond(120, 50.0);
+  beyond[7] = 150;
+  const Array line(beyond);
+  ASSERT_GE(g.line(line, QV_LINE_LINE, nullptr, 1), 0);
+  ASSERT_EQ(r.paint(g, 900, 600), 0);
+  EXPECT_GT(heightOf(100) - heightOf(0), hundred) << "nearer to each other";
+  EXPECT_GT(heightOf(150), r.of(Painted::Line)[0].clip.top);
+  beyond[7] = -20;
+  const Array under(beyond);
+  ASSERT_EQ(qvGraphLine(g, 1, 1, &under, nullptr, 0, 0, "", 0), 1);
+  ASSERT_EQ(r.paint(g, 900, 600), 0);
+  EXPECT_GT(heightOf(100) - heightOf(0), hundred);
+  ASSERT_EQ(qvGraphRemove(g, rsi), 0);
+  const int cci = qvGraphFormula(g, 1, "cci(20)", nullptr, 0);
+  ASSERT_EQ(qvGraphScale(g, 1, QV_SIDE_RIGHT, QV_SCALE_LOG, 0, 0), 0);
+  ASSERT_GE(cci, 0);
+  ASSERT_EQ(r.paint(g, 900, 600), 0);
+  EXPECT_TRUE(std::isfinite(heightOf(100)));
+  EXPECT_FALSE(std::isfinite(heightOf(-100)));
+}
+
 TEST(GraphAxes, NumbersAreWrittenShort) {
   const auto written = [](double v, double greatest, double step, bool percent = false) {
     char text[qv::charting::kNumberSize];
@@ -58,6 +149,7 @@ TEST(GraphAxes, NumbersAreWrittenShort) {
   EXPECT_EQ(written(-20, 40, 20, true), "-20%");
   EXPECT_EQ(written(2e20, 4e20, 1e20), "2e+20");
   EXPECT_EQ(written(1e300, 5, 1).size(), 6u) << "far beyond the scale";
+  EXPECT_EQ(written(-9e26, 5e12, 1e-8), "-900000000000000.000000000000T") << "the longest";
 }
 
 // Bars at the dates, and the texts of their axis.
@@ -111,6 +203,21 @@ TEST(GraphAxes, DatesThinOutFromMinutesToDecades) {
   ASSERT_GE(years.size(), 8u);
   EXPECT_EQ(years[0], "2025");
   EXPECT_EQ(years[1], "2030");
+  // Three bars a year, the first one's label within the picture.
+  std::vector<double> yearly;
+  for (int bar = 0; bar < 24; ++bar)
+    yearly.push_back(qvYMDtoDate(2001 + bar / 3, 1 + 4 * (bar % 3), 2, 0, 0, 0));
+  EXPECT_EQ(labelsOf(yearly), (Labels{"2001", "2002", "2003", "2004", "2005", "2006", "2007", "2008"}));
+  // Days of one bar, whose labels would stand over each other: that of the month's turn stays.
+  std::vector<double> uneven;
+  const double march = qvYMDtoDate(2021, 3, 24, 0, 0, 0);
+  for (int d = 0; d < 14; ++d)
+    for (int bar = 0; bar < (d == 6 || d == 7 ? 1 : 30); ++bar)
+      uneven.push_back(march + d + bar / 48.0 + 0.3);
+  const Labels turned = labelsOf(uneven);
+  EXPECT_NE(std::find(turned.begin(), turned.end(), "1 Apr 2021"), turned.end());
+  EXPECT_EQ(std::find(turned.begin(), turned.end(), "31 Mar"), turned.end());
+  EXPECT_EQ(std::find(turned.begin(), turned.end(), "30 Mar"), turned.end());
   // Hostile dates.
   for (const double d : {kNaN, kInf, -1e300, 1e300, -5.5, 0.0}) {
     labelsOf({d, d, d, day});
@@ -147,7 +254,7 @@ TEST(GraphAxes, APixelsBarLiesUnderThePixel) {
 }
 
 TEST(GraphAxes, PercentagesCountFromTheFirstVisibleBar) {
-  const Bars bars(closingAt({1, 50, 75, 100}));
+  Bars bars(closingAt({1, 50, 75, 100}));
   const Array other({7, 10, 30, 5});
   const Graph g(bars);
   g.chart(QV_CHART_LINE);
@@ -163,6 +270,12 @@ TEST(GraphAxes, PercentagesCountFromTheFirstVisibleBar) {
   // A fixed range leaves room above what is there; a range of dates takes in the bars dated within.
   ASSERT_EQ(qvGraphScale(g, 0, QV_SIDE_RIGHT, QV_SCALE_LINEAR, 0, 1000), 0);
   EXPECT_EQ(qvGraphRangeDates(g, 1, 2), -1) << "no bar: all dates are 0";
+  EXPECT_EQ(qvGraphRangeDates(g, 0, 2), 0);
+  for (int i = 0; i < 4; ++i) bars.date.data[i] = i;
+  EXPECT_EQ(qvGraphRangeDates(g, 1, 2), 0);
+  EXPECT_TRUE(g.g->first == 1 && g.g->last == 2);
+  EXPECT_EQ(qvGraphRangeDates(g, 3, 9), 0);
+  EXPECT_TRUE(g.g->first == 3 && g.g->last == 3);
   EXPECT_EQ(qvGraphRangeDates(g, 0, 2), 0);
   ASSERT_EQ(r.paint(g, 900, 600), 0);
   EXPECT_TRUE(r.text("800"));

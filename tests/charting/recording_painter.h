@@ -30,6 +30,8 @@ struct Painted {
   Box clip;
   std::string text;
   std::vector<QvPoint> points;
+  double width = 0;
+  int dash = 0;
 };
 
 class Recording {
@@ -60,10 +62,13 @@ class Recording {
   std::vector<Painted> all;
   int calls = 0, failing = -1;  // the number of the call that fails
   int answer = -5;
+  bool starves = false;  // the allocation behind that call fails, too
 
  private:
-  int add(Painted::Kind kind, const QvPoint* points, int count, uint32_t colour, const char* text = "") {
-    Painted p = {kind, {1e300, 1e300, -1e300, -1e300}, colour, clip_, text, {points, points + count}};
+  int add(Painted::Kind kind, const QvPoint* points, int count, uint32_t colour, const char* text = "",
+          double width = 0, int dash = 0) {
+    Painted p = {kind, {1e300, 1e300, -1e300, -1e300}, colour, clip_,
+                 text, {points, points + count},       width,  dash};
     for (const QvPoint& q : p.points) {
       p.box.left = std::min(p.box.left, q.x);
       p.box.right = std::max(p.box.right, q.x);
@@ -71,16 +76,23 @@ class Recording {
       p.box.bottom = std::max(p.box.bottom, q.y);
     }
     all.push_back(std::move(p));
-    return calls++ == failing ? answer : 0;
+    return next();
+  }
+  int next() {
+    if (calls++ != failing) return 0;
+    if (starves) qv::memory::failAllocation(1);
+    return answer;
   }
   static Recording& self(void* c) { return *static_cast<Recording*>(c); }
 
-  static int QVCALL line(void* c, double x1, double y1, double x2, double y2, uint32_t colour, double, int) {
+  static int QVCALL line(void* c, double x1, double y1, double x2, double y2, uint32_t colour, double width,
+                         int dash) {
     const QvPoint ends[] = {{x1, y1}, {x2, y2}};
-    return self(c).add(Painted::Line, ends, 2, colour);
+    return self(c).add(Painted::Line, ends, 2, colour, "", width, dash);
   }
-  static int QVCALL polyline(void* c, const QvPoint* points, int count, uint32_t colour, double, int) {
-    return self(c).add(Painted::Line, points, count, colour);
+  static int QVCALL polyline(void* c, const QvPoint* points, int count, uint32_t colour, double width,
+                             int dash) {
+    return self(c).add(Painted::Line, points, count, colour, "", width, dash);
   }
   static int QVCALL rectangle(void* c, double x, double y, double width, double height, uint32_t colour) {
     const QvPoint ends[] = {{x, y}, {x + width, y + height}};
@@ -99,11 +111,11 @@ class Recording {
   static int QVCALL extent(void* c, const char* text, const char*, double size, int bold, double* width) {
     *width = static_cast<double>(std::strlen(text)) * size * (bold ? 0.62 : 0.58);
     if (!c) return 0;
-    return self(c).calls++ == self(c).failing ? self(c).answer : 0;
+    return self(c).next();
   }
   static int QVCALL clip(void* c, double x, double y, double width, double height) {
     self(c).clip_ = {x, y, x + width, y + height};
-    return self(c).calls++ == self(c).failing ? self(c).answer : 0;
+    return self(c).next();
   }
 
   Box clip_{0, 0, 0, 0};
@@ -145,6 +157,16 @@ struct Graph {
 
   QvGraph* g;
 };
+
+inline std::string svgOf(QvGraph* g, double width, double height) {
+  const int length = qvGraphTextSVG(g, width, height, nullptr, 0);
+  EXPECT_GT(length, 0);
+  std::string text(static_cast<std::size_t>(std::max(length, 0)) + 1, '#');
+  EXPECT_EQ(qvGraphTextSVG(g, width, height, text.data(), static_cast<int>(text.size())), length);
+  EXPECT_EQ(text.back(), '\0');
+  text.pop_back();
+  return text;
+}
 
 inline QvGraphTheme themeOf(int which) {
   QvGraphTheme theme;
