@@ -40,7 +40,11 @@ class Window {
   int topShadow(int k) const noexcept { return records_[i_ - k].topShadow; }
   int bottomShadow(int k) const noexcept { return records_[i_ - k].bottomShadow; }
 
-  double bodyBottom(int k) const noexcept { return open(k) < close(k) ? open(k) : close(k); }
+  // Not a number where one end of the body is none.
+  double bodyBottom(int k) const noexcept {
+    const double lower = open(k) < close(k) ? open(k) : close(k);
+    return open(k) == open(k) ? lower : open(k);
+  }
   double midpoint(int k) const noexcept { return (open(k) + close(k)) / 2; }
   // Gaps between bar k and the bar before it. Both ends are compared with both ends, so that a price
   // that is not a number makes no gap.

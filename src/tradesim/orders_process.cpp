@@ -229,11 +229,8 @@ int QVCALL qvProcessOrders(QvOrderSystem* sys) noexcept {
   if (sys->currentBar >= sys->bars.barsize) return 0;
   if (!hasPrices(sys->bars)) return QV_INVALID_PARM;
 
-  EntriesFilled entered;
-  if (sys->orderCount > 0) {
-    sortOrders(sys->orders, sys->orderCount);
-    entered = fillOrders(*sys);
-  }
+  sortOrders(sys->orders, sys->orderCount);
+  const EntriesFilled entered = fillOrders(*sys);
   updatePositionSummary(*sys);
   dropOrders(*sys, entered);
   sys->positionCount =
