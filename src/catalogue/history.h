@@ -97,7 +97,7 @@ struct History : Numbers {
     return bars == kNever ? kNever : bars + more;
   }
   static std::int64_t latest(std::int64_t a, std::int64_t b) noexcept {
-    return a == kNever || b == kNever ? kNever : std::max(a, b);
+    return std::min(a, b) == kNever ? kNever : std::max(a, b);
   }
 };
 

@@ -59,10 +59,9 @@ int periodOf(double date, const Unit& unit) noexcept {
       const Moment m = momentOf(date);
       return (m.year * 12 + m.month - 1) / unit.step;
     }
-    case Unit::Years:
-      break;
+    default:
+      return momentOf(date).year / unit.step;
   }
-  return momentOf(date).year / unit.step;
 }
 
 // The first bar behind `bar` that is in another period, else `end`. Dates rise; where they don't it is some

@@ -49,20 +49,19 @@ const QvArray* seriesIn(const QvBars& bars, int bit) noexcept {
 void storeCall(char (&text)[64], const QvCatalogueEntry& entry, const double* params) noexcept {
   int length = std::snprintf(text, sizeof text, "%s", entry.shortName);
   const char* before = "(";
-  const auto add = [&](const char* format, auto value) {
+  const auto add = [&](const char* value) {
     if (length < static_cast<int>(sizeof text))
       length +=
-          std::snprintf(text + length, sizeof text - static_cast<std::size_t>(length), format, before, value);
+          std::snprintf(text + length, sizeof text - static_cast<std::size_t>(length), "%s%s", before, value);
     before = ", ";
   };
   for (int k = 0; k < entry.paramCount; ++k) {
     const QvCatalogueParam& param = entry.params[k];
     const double value = params ? params[k] : param.defaultValue;
     if (param.kind == QV_PARAM_DATE) continue;
-    if (value >= 0.0 && value < param.choiceCount)
-      add("%s%s", param.choices[static_cast<int>(value)]);
-    else
-      add("%s%g", value);
+    char number[24];
+    std::snprintf(number, sizeof number, "%g", value);
+    add(value >= 0.0 && value < param.choiceCount ? param.choices[static_cast<int>(value)] : number);
   }
   if (*before == ',' && length < static_cast<int>(sizeof text) - 1) std::strcat(text, ")");
 }
@@ -91,7 +90,6 @@ extern "C" int QVCALL qvGraphCalculation(QvGraph* graph, int subWindow, const Qv
   takeOutputs(*entry, item,
               [&](int output, KeptSeries& kept) noexcept { return results.give(output, kept); });
   takeHints(*entry, -1, item);
-  const QvCatalogueOutput& main = entry->outputs[entry->mainOutput];
-  const bool overPrices = main.place == QV_PLACE_PRICE || main.style == QV_STYLE_SIGNAL;
+  const bool overPrices = entry->outputs[entry->mainOutput].place == QV_PLACE_PRICE;
   return putInPanel(*graph, item, subWindow == QV_GRAPH_NEW && overPrices ? 0 : subWindow, entry, 0);
 }

@@ -38,7 +38,7 @@ double roundStep(double least) noexcept {
 void Scale::fit(const Extent& values, bool firmLow, bool firmHigh, double top, double bottom) noexcept {
   const bool log = kind == QV_SCALE_LOG;
   double low = isFixed() ? fixedLow : values.low, high = isFixed() ? fixedHigh : values.high;
-  known_ = bottom > top && low <= high && !(log && low <= 0.0);
+  known_ = bottom > top && low <= high;  // above 0 where it is logarithmic
   if (!known_) return;
   if (log) {
     low = std::log10(low);

@@ -32,8 +32,7 @@ void SvgWriter::close() noexcept {
 
 void SvgWriter::line(double x1, double y1, double x2, double y2, uint32_t colour, double width,
                      int dash) noexcept {
-  const Path wanted = {colour, width, dash, true};
-  startPath(wanted);
+  startPath({colour, width, dash});
   move(x1, y1);
   if (y1 == y2) {
     add("H");
@@ -48,19 +47,19 @@ void SvgWriter::line(double x1, double y1, double x2, double y2, uint32_t colour
 }
 
 void SvgWriter::polyline(const QvPoint* points, int count, uint32_t colour, double width, int dash) noexcept {
-  startPath({colour, width, dash, true});
+  startPath({colour, width, dash});
   trace(points, count);
 }
 
 void SvgWriter::rectangle(double x, double y, double width, double height, uint32_t fill) noexcept {
-  startPath({fill, 0.0, 0, false});
+  startPath({fill});
   move(x, y);
   sides(width, height);
   add("z");
 }
 
 void SvgWriter::polygon(const QvPoint* points, int count, uint32_t fill) noexcept {
-  startPath({fill, 0.0, 0, false});
+  startPath({fill});
   trace(points, count);
   add("z");
 }
@@ -115,8 +114,9 @@ void SvgWriter::startPath(const Path& wanted) noexcept {
   path_ = wanted;
   inPath_ = true;
   add("<path");
-  paint(wanted.stroked ? "stroke" : "fill", wanted.colour);
-  if (wanted.stroked) {
+  const bool stroked = wanted.width > 0.0;
+  paint(stroked ? "stroke" : "fill", wanted.colour);
+  if (stroked) {
     add(" stroke-width=\"");
     number(wanted.width);
     add("\"");
@@ -159,7 +159,6 @@ void SvgWriter::number(double v) noexcept {
   char* const end = digits + sizeof digits;
   char* at = end;
   auto left = static_cast<std::uint64_t>(std::floor(std::fabs(v) * 100.0 + 0.5));
-  const bool negative = v < 0.0 && left != 0;
   const auto digit = [&] {
     *--at = static_cast<char>('0' + left % 10);
     left /= 10;
@@ -176,7 +175,7 @@ void SvgWriter::number(double v) noexcept {
   }
   do digit();
   while (left != 0);
-  if (negative) *--at = '-';
+  if (v < 0.0) *--at = '-';
   add(at, static_cast<std::size_t>(end - at));
 }
 

@@ -34,12 +34,11 @@ class SvgWriter {
   void clip(double x, double y, double width, double height) noexcept;
 
  private:
-  // Neighbours that look alike share one path.
+  // Neighbours that look alike share one path. Those without a width are filled.
   struct Path {
-    uint32_t colour;
-    double width;
-    int dash;
-    bool stroked;
+    uint32_t colour = 0;
+    double width = 0.0;
+    int dash = QV_DASH_SOLID;
     bool operator==(const Path&) const = default;
   };
 

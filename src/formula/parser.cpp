@@ -260,7 +260,7 @@ int Parser::parameter(const Token& name) noexcept {
 
 int Parser::word() noexcept {
   const Token name = token();
-  if (isWord("and") || isWord("or") || isWord("not") || isWord("crosses")) return unexpected("a value");
+  if (isWord("and") || isWord("or") || isWord("crosses")) return unexpected("a value");
   advance();
   if (!deeper(name.at)) return kFailed;
   int value = kFailed;
