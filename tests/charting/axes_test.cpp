@@ -60,6 +60,7 @@ TEST(GraphAxes, ScalesOfOddRangesHaveTicksOrNone) {
   EXPECT_EQ(ticksOf(QV_SCALE_LINEAR, 1e15, 1e15 + 1, 400), 0)
       << "steps that numbers of this size do not have";
   EXPECT_EQ(ticksOf(QV_SCALE_LINEAR, -1e15 - 1, -1e15, 400), 0);
+  EXPECT_EQ(ticksOf(QV_SCALE_LINEAR, 5e12 - 40, 5e12 + 40, 400), 0);
   EXPECT_EQ(ticksOf(QV_SCALE_LINEAR, 0, 1e-302, 400), 0);
   EXPECT_EQ(ticksOf(QV_SCALE_LINEAR, 0, 10, 1e6), 101);
   EXPECT_EQ(ticksOf(QV_SCALE_LOG, 1e-290, 1e290, 1e6), int{qv::charting::Scale::kMostTicks});
@@ -72,7 +73,8 @@ TEST(GraphAxes, FixedLogarithmicScales) {
   const Graph g(bars);
   g.chart(QV_CHART_CANDLES);
   EXPECT_EQ(qvGraphScale(g, 0, QV_SIDE_RIGHT, QV_SCALE_LOG, 10, 1000), 0);
-  EXPECT_EQ(qvGraphScale(g, 0, QV_SIDE_LEFT, QV_SCALE_LINEAR, kNaN, 3), 0) << "no range is the data's";
+  for (const auto& [low, high] : {std::pair(kNaN, 3.0), {3.0, kInf}, {4.0, 3.0}})
+    EXPECT_EQ(qvGraphScale(g, 0, QV_SIDE_LEFT, QV_SCALE_LINEAR, low, high), 0) << "no range is the data's";
   Recording r;
   ASSERT_EQ(r.paint(g, 900, 600), 0);
   EXPECT_TRUE(r.text("50") && r.text("500"));
@@ -111,6 +113,10 @@ TEST(GraphAxes, RangesAndLevelsOfCalculationsAreInSight) {
   const int rsi = g.formula("rsi(5)");
   Recording r;
   const auto heightOf = [&](double v) { return g.at(0, v, 1).y; };
+  ASSERT_EQ(qvGraphScale(g, 1, QV_SIDE_RIGHT, QV_SCALE_LOG, 0, 0), 0);
+  ASSERT_EQ(r.paint(g, 900, 600), 0);
+  EXPECT_TRUE(std::isfinite(heightOf(70)));
+  ASSERT_EQ(qvGraphScale(g, 1, QV_SIDE_RIGHT, QV_SCALE_LINEAR, 0, 0), 0);
   ASSERT_EQ(r.paint(g, 900, 600), 0);
   const double hundred = heightOf(100) - heightOf(0);
   // Another line that leaves the range makes the scale its own; on a logarithmic one only levels above 0
@@ -127,6 +133,12 @@ TEST(GraphAxes, RangesAndLevelsOfCalculationsAreInSight) {
   ASSERT_EQ(qvGraphLine(g, 1, 1, &under, nullptr, 0, 0, "", 0), 1);
   ASSERT_EQ(r.paint(g, 900, 600), 0);
   EXPECT_GT(heightOf(100) - heightOf(0), hundred);
+  QvGraphStyle hidden{};
+  hidden.hidden = 1;
+  ASSERT_EQ(qvGraphStyle(g, rsi, 0, &hidden), 0);
+  ASSERT_EQ(qvGraphLine(g, 1, 1, &bars.close, nullptr, 0, 0, "", 0), 1);
+  ASSERT_EQ(r.paint(g, 900, 600), 0);
+  EXPECT_GT(heightOf(70), 600) << "levels and range of what is hidden are of no interest";
   ASSERT_EQ(qvGraphRemove(g, rsi), 0);
   const int cci = qvGraphFormula(g, 1, "cci(20)", nullptr, 0);
   ASSERT_EQ(qvGraphScale(g, 1, QV_SIDE_RIGHT, QV_SCALE_LOG, 0, 0), 0);
@@ -153,14 +165,14 @@ TEST(GraphAxes, NumbersAreWrittenShort) {
 }
 
 // Bars at the dates, and the texts of their axis.
-std::vector<std::string> labelsOf(const std::vector<double>& dates) {
+std::vector<std::string> labelsOf(const std::vector<double>& dates, double width = 900) {
   std::vector<Bar> bars;
   for (const double d : dates) bars.push_back({1, 2, 0.5, 1.5, 1, 0, d});
   const Bars set(bars);
   const Graph g(set);
   g.chart(QV_CHART_LINE);
   Recording r;
-  EXPECT_EQ(r.paint(g, 900, 300), 0);
+  EXPECT_EQ(r.paint(g, width, 300), 0);
   std::vector<std::string> labels;
   double last = -1e9;
   for (const Painted& p : r.of(Painted::Text)) {
@@ -218,6 +230,19 @@ TEST(GraphAxes, DatesThinOutFromMinutesToDecades) {
   EXPECT_NE(std::find(turned.begin(), turned.end(), "1 Apr 2021"), turned.end());
   EXPECT_EQ(std::find(turned.begin(), turned.end(), "31 Mar"), turned.end());
   EXPECT_EQ(std::find(turned.begin(), turned.end(), "30 Mar"), turned.end());
+  // Sessions whose last bar begins a period of its own, in pictures of any width: labels never overlap.
+  std::vector<double> sessions;
+  for (int d = 0; d < 3; ++d)
+    for (int bar = d == 0 ? 78 : 0; bar <= 78; ++bar)
+      sessions.push_back(march + 20 + d + (570 + 5 * bar) / 1440.0);
+  for (double width = 90; width < 700; width += 1) labelsOf(sessions, width);
+  // A December of one bar behind a short November: the year is wider than its label.
+  std::vector<double> gap;
+  for (double date = qvYMDtoDate(2019, 6, 3, 0, 0, 0); date < qvYMDtoDate(2021, 3, 1, 0, 0, 0); date += 1)
+    if (qvDayOfWeek(date) < 5 &&
+        !(date > qvYMDtoDate(2019, 11, 25, 0, 0, 0) && date < qvYMDtoDate(2019, 12, 31, 0, 0, 0)))
+      gap.push_back(date);
+  for (double width = 700; width < 1000; width += 1) labelsOf(gap, width);
   // Hostile dates.
   for (const double d : {kNaN, kInf, -1e300, 1e300, -5.5, 0.0}) {
     labelsOf({d, d, d, day});

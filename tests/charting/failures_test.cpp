@@ -24,9 +24,10 @@ std::vector<Step> stepsOf(const Bars& bars, const Bars& other, const Array& jagg
       return qvGraphCalculation(g, subWindow, qvCatalogueFind(name), &other, nullptr, nullptr);
     };
   };
-  return {chart(&other, QV_CHART_AREA, QV_GRAPH_NEW),
+  return {chart(&other, QV_CHART_CANDLES, QV_GRAPH_NEW),
           chart(&bars, QV_CHART_HEIKIN_ASHI, QV_GRAPH_NEW),
-          chart(&other, QV_CHART_CANDLES, 0),
+          chart(&other, QV_CHART_AREA, 0),
+          chart(&bars, QV_CHART_LINE, QV_GRAPH_NEW),
           [&](QvGraph* g) {
             return qvGraphLine(g, QV_GRAPH_NEW, 0, &jagged, &bars.low, QV_LINE_BAND, 0, "", QV_GRAPH_COPY);
           },
@@ -41,7 +42,8 @@ std::vector<Step> stepsOf(const Bars& bars, const Bars& other, const Array& jagg
             while (g->subWindowCount < 4) qvGraphSubWindow(g, QV_GRAPH_NEW, "", 0);
             return qvGraphSubWindow(g, QV_GRAPH_NEW, "fifth", 1);
           },
-          [](QvGraph* g) { return qvGraphTextSVG(g, 400, 300, nullptr, 0); }};
+          [](QvGraph* g) { return qvGraphTextSVG(g, 400, 300, nullptr, 0); },
+          [](QvGraph* g) { return qvGraphWriteSVG(g, "/dev/null", 400, 300); }};
 }
 
 struct GraphFailures : testing::Test {

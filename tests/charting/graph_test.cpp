@@ -122,6 +122,7 @@ TEST(GraphCalculation, DrawsWhatTakesASecondBarSetOrSeriesOfTheCallers) {
 
 TEST(GraphCalculation, EveryEntryIsDrawnWithAllItsOutputsOfAPlace) {
   const Bars bars(walkBars(200, 1)), other(walkBars(200, 2));
+  const Bars start(walkBars(2, 1));
   const QvArray* inputs[] = {&bars.close, &bars.open, &bars.high, &bars.low};
   for (int i = 0; i < qvCatalogueSize(); ++i) {
     const QvCatalogueEntry& e = *qvCatalogueItem(i);
@@ -142,6 +143,10 @@ TEST(GraphCalculation, EveryEntryIsDrawnWithAllItsOutputsOfAPlace) {
     const auto texts = r.of(Painted::Text);
     EXPECT_TRUE(std::any_of(texts.begin(), texts.end(),
                             [&](const Painted& p) { return p.text.starts_with(e.shortName); }));
+    // Of too few bars it has no values.
+    const Graph few(start);
+    ASSERT_EQ(qvGraphCalculation(few, QV_GRAPH_NEW, &e, &other, inputs, nullptr), 0);
+    EXPECT_EQ(r.paint(few, 900, 600), 0);
   }
 }
 
@@ -153,9 +158,13 @@ TEST(GraphCalculation, TooFewBarsAndLongCalls) {
   Recording r;
   ASSERT_EQ(r.paint(g, 900, 600), 0);
   EXPECT_TRUE(r.text("rsi(14)") && r.text("no values"));
-  const double odd[] = {-1.234567e-100, 1.234567e-100, -1.234567e-100, 1.234567e-100, 1};
+  const double odd[] = {-1.234567e-100, -1.234567e-100, -1.234567e-100, -1.234567e-100, 1};
   EXPECT_EQ(qvGraphCalculation(g, 0, qvCatalogueFind("scale"), nullptr, nullptr, odd), 2);
   EXPECT_EQ(std::strlen(g.g->item(2).name), sizeof g.g->item(2).name - 1) << "cut";
+  // No date in common.
+  Bars others(walkBars(5));
+  for (int i = 0; i < 5; ++i) others.date.data[i] += 0.5;
+  EXPECT_EQ(qvGraphCalculation(g, 0, qvCatalogueFind("compstrength"), &others, nullptr, nullptr), -9);
   const QvArray* some[] = {nullptr, &bars.open};
   EXPECT_EQ(qvGraphCalculation(g, 0, qvCatalogueFind("ratio"), nullptr, some, nullptr), 3);
 }
@@ -251,7 +260,7 @@ TEST(Graph, PointsBetweenTwoPaintings) {
   g.line(bars.close);
   ASSERT_EQ(qvGraphRange(g, -(1 << 30), 1 << 30), 0);
   ASSERT_EQ(r.paint(g, 900, 600), 0);
-  EXPECT_EQ(g.hit(300, 300).item, -1) << "a million bars under it, none with a value";
+  EXPECT_EQ(g.hit(600, 300).item, -1) << "a million bars under it, none with a value";
 }
 
 TEST(Graph, LaysOrCopiesOtherBarsByTheirDates) {
@@ -388,6 +397,9 @@ TEST(Graph, WrongArgumentsAreRefused) {
                            qvGraphLine(g, -1, 0, &a, nullptr, 0, 2, "", 0),
                            qvGraphLine(g, -1, 0, &a, nullptr, -1, 0, "", 0),
                            qvGraphLine(g, -1, 0, &a, nullptr, 8, 0, "", 0),
+                           qvGraphLine(g, -1, 1, &a, nullptr, 0, 0, "", 0),
+                           qvGraphLine(g, -1, 0, &a, nullptr, 7, 0, "", 0),
+                           qvGraphLine(g, -1, 0, &a, nullptr, 0, -1, "", 0),
                            qvGraphZone(g, -1, 0, 2, 1, 0),
                            qvGraphZone(g, -1, 0, kNaN, 1, 0),
                            qvGraphZone(g, -1, 0, 1, kInf, 0),

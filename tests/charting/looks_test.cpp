@@ -60,7 +60,9 @@ TEST_F(GraphLooks, ItemsHaveTheirOwnColoursAndWidths) {
   EXPECT_TRUE(found[0].kind == Painted::Polygon && !isFirst(found[0]));
   EXPECT_TRUE(found[1].kind == Painted::Line && isFirst(found[1]) && found[1].width == 4 &&
               found[1].dash == QV_DASH_DOTTED);
-  const Graph figures(bars);
+  Bars gaps(walkBars(60));
+  gaps.high.data[3] = kNaN;
+  const Graph figures(gaps);
   EXPECT_TRUE(all(styled(figures, figures.chart(QV_CHART_PNF), 3),
                   [](const Painted& p) { return p.kind != Painted::Line || p.width == 3; }));
 
@@ -86,7 +88,11 @@ TEST_F(GraphLooks, ItemsHaveTheirOwnColoursAndWidths) {
   found = styled(zones, qvGraphZone(zones, QV_GRAPH_NEW, 0, 99, 100, QV_SIDE_RIGHT));
   ASSERT_EQ(found.size(), 1u);
   EXPECT_TRUE(found[0].kind == Painted::Rectangle && !isFirst(found[0]));
-  found = styled(zones, qvGraphZone(zones, QV_GRAPH_NEW, 0, 101, 101, QV_SIDE_RIGHT), 3);
+  const int level = qvGraphZone(zones, QV_GRAPH_NEW, 0, 101, 101, QV_SIDE_RIGHT);
+  Recording r;
+  ASSERT_EQ(r.paint(zones, 900, 600), 0);
+  EXPECT_EQ(r.of(Painted::Line, theme.zone).size(), 1u);
+  found = styled(zones, level, 3);
   EXPECT_TRUE(std::any_of(found.begin(), found.end(),
                           [](const auto& p) { return p.kind == Painted::Line && p.width == 3; }));
   QvGraphShape shape = {QV_SHAPE_RECTANGLE, 10, 99, 20, 0, 100, 0, ""};
@@ -243,9 +249,12 @@ TEST_F(GraphLooks, TextsAreLeftOutWhereOthersStand) {
 TEST_F(GraphLooks, ARegressionWithoutAChart) {
   const Graph g(bars);
   qvGraphScale(g, 0, QV_SIDE_RIGHT, QV_SCALE_LINEAR, 80, 120);
+  qvGraphSubWindow(g, QV_GRAPH_NEW, "", 1);
+  g.chart(QV_CHART_VOLUME);
+  g.chart(QV_CHART_CANDLES, 1);
   for (const double deviations : {2.0, 0.0, -1.0, kNaN, kInf}) {
     const QvGraphShape s = {QV_SHAPE_REGRESSION, 10, kNaN, 50, 0, kNaN, deviations, ""};
-    const auto lines = styled(g, qvGraphShape(g, g.g->itemCount ? 0 : QV_GRAPH_NEW, 0, &s));
+    const auto lines = styled(g, qvGraphShape(g, g.g->itemCount > 2 ? 2 : QV_GRAPH_NEW, 0, &s));
     ASSERT_EQ(lines.size(), 3u);
     EXPECT_NEAR(lines[1].points[0].y - lines[0].points[0].y,
                 g.at(10, 100 + 2 * qvStdErr(&bars.close, 10, 50)).y - g.at(10, 100).y, 1e-6);

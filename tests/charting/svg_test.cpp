@@ -107,6 +107,7 @@ TEST(GraphSVG, FillsTheCallersRoomAndTheFile) {
   const std::string whole = svgOf(g, 800, 500);
   EXPECT_LT(whole.size(), 300000u);
   char some[100];
+  EXPECT_EQ(qvGraphTextSVG(g, 800, 500, some, 0), static_cast<int>(whole.size()));
   EXPECT_EQ(qvGraphTextSVG(g, 800, 500, some, 100), static_cast<int>(whole.size()));
   EXPECT_EQ(some, whole.substr(0, 99));
   EXPECT_EQ(qvGraphTextSVG(g, 800, 500, some, -1), -1);
