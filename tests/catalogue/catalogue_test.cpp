@@ -321,6 +321,18 @@ TEST(Catalogue, KnowsHowMuchHistoryIsNeeded) {
   EXPECT_EQ(qvCatalogueSettle(ema, nineteen, 1), 0);
   for (double never : {0.0, -1.0, kNaN}) EXPECT_EQ(qvCatalogueSettle(ema, nineteen, never), -1) << never;
   EXPECT_EQ(qvCatalogueSettle(sma, nineteen, 0), 0);
+  // A lag below 0 is refused by the calculation, so no bar has a value.
+  const double back[] = {14, -1}, rating[] = {14, 14, -1}, whole[] = {0, 0, 0, 100, 0},
+               given[] = {0, 5, 0, 100, 0}, shifted[] = {1, 5, 0, 100, 0}, endless[] = {1e300};
+  for (const auto& [name, params] : {std::pair("sonar", back), {"adxr", rating}}) {
+    const QvCatalogueEntry* lagged = qvCatalogueFind(name);
+    EXPECT_EQ(qvCatalogueFirstValidOf(lagged, 0, params, 0), -1) << name;
+    EXPECT_EQ(qvCatalogueSettle(lagged, params, 0.01), -1) << name;
+  }
+  const QvCatalogueEntry* scale = qvCatalogueFind("scale");
+  EXPECT_EQ(qvCatalogueSettle(scale, whole, 0.01), -1) << "by the range of all items";
+  EXPECT_TRUE(qvCatalogueSettle(scale, given, 0.01) == 0 && qvCatalogueSettle(scale, shifted, 0.01) == 0);
+  EXPECT_EQ(qvCatalogueSettle(ema, endless, 0.01), -1) << "what is kept of the value before is all of it";
   const double longest[] = {1e9};
   EXPECT_EQ(qvCatalogueSettle(ema, longest, 1e-300), INT_MAX);
 }

@@ -193,6 +193,11 @@ TEST(FormulaEvaluation, Parameters) {
     EXPECT_EQ(out.items(), wanted.items());
     EXPECT_EQ(f.needs().firstValid, static_cast<int>(slow));
   }
+  const Formula method("ma(close, $m, 9)");
+  for (const double m : {-1.0, 8.0, kNaN}) {
+    qvFormulaParameter(method.f, "m", m);
+    EXPECT_EQ(qvFormulaEval(method.f, &bars, &out), -1) << m;
+  }
   const Items before = out.items();
   for (const double refused : {0.0, -3.0, kNaN}) {
     qvFormulaParameter(f.f, "fast", refused);
@@ -229,27 +234,42 @@ TEST(FormulaEvaluation, OutputsAndMissingData) {
 }
 
 TEST(FormulaEvaluation, ExhaustedMemoryIsReported) {
-  const Bars bars(walkBars(60));
-  for (const char* text :
-       {"weekly(macd(high).signal) > $x", "candle('Hammer') + sma(9) crosses above highest(c, 4)"}) {
+  Bars bars(walkBars(60));
+  qvFreeArray(&bars.openInterest);  // a compression wants all series
+  ASSERT_EQ(qvReAllocArray(&bars.volume, 50), 0);
+  // Signs before it move the place where the table of nodes is full through all parts of the formula.
+  const std::string tail =
+      "weekly(macd(high).signal) > $x and ma(2 + 1, simple) + candle('Hammer') < highest(c[1], 40) or "
+      "monthly(close) crosses above lowest(abs(low), 3) * bollinger(2, $x).upper";
+  for (int signs = 0; signs < 34; ++signs) {
+    const std::string text = std::string(static_cast<std::size_t>(signs), '-') + "open + " + tail;
     expectAnswersExhaustedMemory("open", [&] {
       char error[100];
-      QvFormula* f = qvFormulaOpen(text, error, sizeof error);
+      QvFormula* f = qvFormulaOpen(text.c_str(), error, sizeof error);
       EXPECT_STREQ(error, f ? "" : "Malloc");
       qvFormulaClose(f);
       return f ? 0 : -3;
     });
-    const Formula f(text);
-    qvFormulaParameter(f.f, "x", 1);
-    expectAnswersExhaustedMemory("evaluate", [&] {
-      Array out;
-      return qvFormulaEval(f.f, &bars, &out);
-    });
-    expectAnswersExhaustedMemory("needs", [&] {
-      QvFormulaNeeds needs;
-      return qvFormulaNeeds(f.f, 0.1, &needs);
-    });
   }
+  const Formula f(tail);
+  qvFormulaParameter(f.f, "x", 2);
+  expectAnswersExhaustedMemory("evaluate", [&] {
+    Array out;
+    return qvFormulaEval(f.f, &bars, &out);
+  });
+  Array held, shorter;
+  Array::fill(held, 60, 5.0);
+  Array::fill(shorter, 6, 5.0);
+  for (Array* out : {&held, &shorter})
+    expectAnswersExhaustedMemory("evaluate into", [&] {
+      const int status = qvFormulaEval(f.f, &bars, out);
+      EXPECT_TRUE(status == 0 || out->items() == Items(out->items().size(), 0.0) || (*out)[0] == 5.0);
+      return status;
+    });
+  expectAnswersExhaustedMemory("needs", [&] {
+    QvFormulaNeeds needs;
+    return qvFormulaNeeds(f.f, 0.1, &needs);
+  });
 }
 
 TEST(FormulaEvaluation, TwoThreadsEvaluateOneFormula) {

@@ -38,6 +38,13 @@ TEST(FormulaLanguage, TextsThatMeanTheSame) {
       {"candle(\"Hammer\")", "candle('qvhammer', 2 * 10)"},
       {"5 > 3 and $x = 4", "1"},
       {".5e1", "5.0"},
+      {"c > o and c > o", "c > o"},
+      {"if(o + v, c > h[1], v and o)", "if(o + v, (c > h[1]) * 1, (v != 0) * (o != 0))"},
+      {"sma(c = o, 5)", "sma(c == o, 5)"},
+      {"sma(rsi > 50, 5)", "sma(50 < rsi, 5)"},
+      {"sma(rsi = 50, 5)", "sma(50 == rsi, 5)"},
+      {"sma(highest(c, $x) - c, 5)", "sma(highest(c, 4) - c, 5)"},
+      {"candle('Hammer', $x)", "candle('Hammer', 4)"},
   };
   for (const auto& [a, b] : same) {
     const Formula one(a), other(b);
@@ -77,6 +84,17 @@ TEST(FormulaLanguage, NotANumberComparesFalse) {
 TEST(FormulaLanguage, FaultsNameThePlaceAndTheNearestWord) {
   const std::pair<const char*, const char*> faults[] = {
       {"rsii(14)", "rsii: unknown, did you mean rsi? at 1"},
+      {"or c", "a value expected, not or at 1"},
+      {"crosses", "a value expected, not crosses at 1"},
+      {"sma(abs=3)", "( expected, not = at 8"},
+      {"sma(weekly=3)", "( expected, not = at 11"},
+      {"sma(candle=3)", "( expected, not = at 11"},
+      {"sma(not=3)", "a value expected, not = at 8"},
+      {"c > $a23456789012345678901234567890123", "a parameter's name has at most 31 letters at 5"},
+      {"rsi(p=3, 5)", "rsi takes 1 parameter at 10"},
+      {"adx(dxPeriod=3, 4, 5)", "adx takes 2 parameters at 20"},
+      {"ma(method=-1)", "ma: method is out of range at 11"},
+      {"ma(20, 'qqqqqqqqqq')", "ma: unknown name at 8"},
       {"not rsii", "rsii: unknown, did you mean rsi? at 5"},
       {"clsoe > 1", "clsoe: unknown, did you mean close? at 1"},
       {"c + xyzzyfoo", "xyzzyfoo: unknown at 5"},
@@ -118,6 +136,27 @@ TEST(FormulaLanguage, FaultsNameThePlaceAndTheNearestWord) {
     EXPECT_EQ(f.f != nullptr, isCallable(e)) << name << ": " << f.error;
     EXPECT_EQ(std::string(f.error).rfind(name + ": needs", 0) == 0, !isCallable(e)) << f.error;
   }
+  const std::string longest(71, 'x');
+  EXPECT_STREQ(Formula("ma(20, '" + longest + "')").error, "a value expected, not \" at 8");
+  EXPECT_EQ(Formula("ma(20, " + longest + " y)").error, longest.substr(0, 40) + ": unknown at 8");
+  // As many parameters as there may be, each of its own value, and one more.
+  std::string sum = "0";
+  for (int k = 0; k < QV_FORMULA_MAX_PARAMETERS; ++k)
+    sum += " + $p" + std::to_string(k) + " * " + std::to_string(k);
+  const Formula many(sum);
+  ASSERT_EQ(qvFormulaParameterCount(many.f), 64);
+  for (int k = 0; k < 64; ++k)
+    ASSERT_EQ(qvFormulaParameter(many.f, qvFormulaParameterName(many.f, k), 100 + k), 0);
+  Array total;
+  ASSERT_EQ(qvFormulaEval(many.f, &spx(), &total), 0);
+  EXPECT_EQ(total[9], 100 * 2016 + 85344) << "the sum of (100 + k) k";
+  EXPECT_STREQ(Formula(sum + " + $more").error,
+               ("more than 64 parameters at " + std::to_string(sum.size() + 4)).c_str());
+  for (const char* name : {qvFormulaParameterName(many.f, 64), qvFormulaParameterName(many.f, -1),
+                           qvFormulaParameterName(nullptr, 0)})
+    EXPECT_EQ(name, nullptr);
+  EXPECT_EQ(qvFormulaParameter(many.f, nullptr, 1), -1);
+  EXPECT_EQ(qvFormulaNeeds(many.f, 0.1, nullptr), -1);
   char small[6] = "xxxxx";
   EXPECT_EQ(qvFormulaOpen("rsii", small, sizeof small), nullptr);
   EXPECT_STREQ(small, "rsii:");

@@ -60,6 +60,50 @@ TEST(StreamBlocks, AreRefusedWithAnyByteChangedOrMissing) {
   refusesEveryDamage(s);
 }
 
+// Its bytes changed, with a right checksum.
+std::vector<unsigned char> sealed(std::vector<unsigned char> block) {
+  const std::size_t tail = block.size() - 8;
+  const std::uint64_t sum = checksumOf(block, tail);
+  for (std::size_t k = 0; k < 8; ++k) block[tail + k] = static_cast<unsigned char>(sum >> 8 * k);
+  return block;
+}
+
+TEST(StreamBlocks, OfAnotherVersionOrWithoutANameAreRefused) {
+  QvStream* s = nullptr;
+  ASSERT_EQ(qvStreamOpenFormula(qv::Formula("close").get(), &s), 0);
+  const Stream formula(s);
+  const auto block = savedOf(s);
+  const auto answerTo = [](const std::vector<unsigned char>& changed) {
+    int status = 0;
+    EXPECT_FALSE(loadedFrom(sealed(changed), &status));
+    return status;
+  };
+  auto later = block, nameless = block, given = block;
+  ++later[4];
+  EXPECT_EQ(answerTo(later), QV_UNKNOWN);
+  nameless[9] = 0;
+  nameless.erase(nameless.begin() + 13, nameless.begin() + 19);
+  EXPECT_EQ(answerTo(nameless), QV_FILE_READ);
+  given[19] = 1;  // a parameter that the formula does not have
+  given.insert(given.begin() + 23, 8, 0);
+  EXPECT_EQ(answerTo(given), QV_FILE_READ);
+}
+
+TEST(StreamBlocks, OfLongWindowsLoadOrSayThatMemoryRanOut) {
+  const double period[] = {200};
+  QvStream* s = nullptr;
+  ASSERT_EQ(qvStreamOpen(qvCatalogueFind("wma"), period, 0, &s), 0);
+  const Stream stream(s);
+  feed(s, 200);
+  for (int k = 0; k < 150; ++k) feed(s, 1);
+  const auto block = savedOf(s);
+  expectAnswersExhaustedMemory("load", [&] {
+    int status = 0;
+    const Stream loaded = loadedFrom(block, &status);
+    return status;
+  });
+}
+
 TEST(StreamBlocks, AreTheSameEverywhere) {
   const Stream s = streamOf(qvCatalogueFind("sma"));
   const double one[] = {1.5}, *values[] = {one};
@@ -98,9 +142,7 @@ TEST(StreamBlocks, MadeByAnEnemyDoNoHarm) {
         const unsigned char values[] = {0, 1, 0x7F, 0x80, 0xFF, static_cast<unsigned char>(random())};
         forged[head + below(tail - head)] = values[below(6)];
       }
-      const std::uint64_t sum = checksumOf(forged, tail);
-      for (std::size_t k = 0; k < 8; ++k) forged[tail + k] = static_cast<unsigned char>(sum >> 8 * k);
-      const Stream loaded = loadedFrom(forged);
+      const Stream loaded = loadedFrom(sealed(forged));
       if (!loaded) continue;
       ++accepted;
       feed(loaded.get(), 40);
@@ -108,6 +150,17 @@ TEST(StreamBlocks, MadeByAnEnemyDoNoHarm) {
     }
   }
   EXPECT_GT(accepted, 100);
+}
+
+TEST(Stream, GivesTheOutputsThatAreWanted) {
+  const Items walk = shaped(Shape::Walk, 500);
+  const std::vector<const double*> values(7, walk.data());
+  const Stream all = streamOf(qvCatalogueFind("bollinger")), one = copyOf(all.get());
+  Items upper(500), middle(500), lower(500), alone(500);
+  double *wanted[] = {upper.data(), middle.data(), lower.data()}, *few[] = {nullptr, alone.data(), nullptr};
+  ASSERT_EQ(qvStreamUpdate(all.get(), values.data(), 500, wanted), 0);
+  ASSERT_EQ(qvStreamUpdate(one.get(), values.data(), 500, few), 0);
+  EXPECT_EQ(alone, middle);
 }
 
 TEST(Stream, RefusesWrongArguments) {
@@ -132,14 +185,23 @@ TEST(Stream, RefusesWrongArguments) {
   EXPECT_EQ(qvStreamUpdate(s, values, 0, out), 0);
   EXPECT_EQ(qvStreamUpdate(nullptr, values, 1, out), QV_INVALID_PARM);
   EXPECT_EQ(qvStreamPeek(s, none, out), QV_INVALID_PARM);
+  EXPECT_EQ(qvStreamPeek(nullptr, values, out), QV_INVALID_PARM);
+  EXPECT_EQ(qvStreamReplaceLast(s, none, out), QV_INVALID_PARM);
+  EXPECT_EQ(qvStreamReplaceLast(nullptr, values, out), QV_INVALID_PARM);
   EXPECT_EQ(qvStreamBars(s), 0);
   EXPECT_EQ(qvStreamBars(nullptr), QV_INVALID_PARM);
   EXPECT_EQ(qvStreamOutputCount(nullptr), QV_INVALID_PARM);
   EXPECT_EQ(qvStreamFirstValid(s, 1), QV_INVALID_PARM);
+  EXPECT_EQ(qvStreamFirstValid(s, -1), QV_INVALID_PARM);
+  EXPECT_EQ(qvStreamFirstValid(nullptr, 0), QV_INVALID_PARM);
   EXPECT_EQ(qvStreamFirstValid(s, 0), 19);
   EXPECT_EQ(qvStreamCopy(nullptr, &s), QV_INVALID_PARM);
+  EXPECT_EQ(qvStreamCopy(stream.get(), nullptr), QV_INVALID_PARM);
   EXPECT_EQ(qvStreamSave(nullptr, nullptr, 0), QV_INVALID_PARM);
+  EXPECT_EQ(qvStreamSave(stream.get(), nullptr, 9), QV_INVALID_PARM);
   EXPECT_EQ(qvStreamLoad(nullptr, 0, &s), QV_INVALID_PARM);
+  EXPECT_EQ(qvStreamLoad(&x, -1, &s), QV_INVALID_PARM);
+  EXPECT_EQ(qvStreamLoad(&x, 8, nullptr), QV_INVALID_PARM);
   qvStreamClose(nullptr);
 }
 

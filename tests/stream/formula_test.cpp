@@ -36,6 +36,7 @@ constexpr const char* kFormulas[] = {
     "ichimoku(9, 26, 52, 26).spanA - ichimoku(9, 26, 52, 26).base",
     "sma(close, $p) > $limit",
     "cci(80) + rwi(12).high",
+    "divide(sma(close, 5), open) + vwma(rsi(9), volume, 5)",
 };
 
 struct Case {
