@@ -236,6 +236,23 @@ TEST(Windows, StayAccurateOnLongSeries) {
           expectAgrees(k, x, x, period, period - 2, x.size() <= 2000 ? 1 : 9'999 + (period < 10'000)));
 }
 
+// Items of which no sum is a number: what comes of their windows is the same however the series is cut, and
+// they are forgotten with the last of these.
+TEST(Windows, ForgetItemsOfAnySize) {
+  constexpr double kHuge[] = {1.7e308, -1.7e308, 1e308, -1e308, 3e305, kInf};
+  constexpr std::size_t kPeriod = 300, kWild = 1500;
+  for (const std::size_t step : {7, 40}) {
+    Items x = shaped(Shape::Walk, 3000);
+    std::mt19937 random(3);
+    for (std::size_t i = 0; i < kWild; i += step) x[i] = kHuge[random() % std::size(kHuge)];
+    for (const Kernel& k : kWindows) {
+      const Items once = k.run(kPeriod, x, x, whole), pieces = k.run(kPeriod, x, x, [](int) { return 37; });
+      ASSERT_TRUE(std::equal(once.begin(), once.end(), pieces.begin(), sameBits)) << k.name;
+      ASSERT_NO_FATAL_FAILURE(expectAgrees(k, x, x, kPeriod, kWild + kPeriod));
+    }
+  }
+}
+
 TEST(Windows, GiveTheBitsOfEqualItems) {
   std::mt19937 random(5);
   for (int period = 1; period < 40; ++period) {
