@@ -192,8 +192,9 @@ class Mutation:
         tests = [s for s in names if s.startswith("tests/")]
         sources = [s for s in names if s not in tests]
         with_code = (s for s in map(self.source, sources[:SOURCES_SEARCHED]) if s.has_code_of(path, number))
-        chosen = list(itertools.islice(with_code, SOURCES_TRIED)) or map(self.source, sources[:2 * SOURCES_TRIED])
-        return itertools.chain(chosen, map(self.source, tests))
+        if chosen := list(itertools.islice(with_code, SOURCES_TRIED)):
+            return itertools.chain(chosen, map(self.source, tests))
+        return map(self.source, tests + sources[:SOURCES_TRIED])  # a constant
 
     def attempt(self, path, number, text):
         """What becomes of a change; None where it changes nothing or does not compile."""
