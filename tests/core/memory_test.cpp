@@ -6,6 +6,7 @@
 #include <tuple>
 
 #include "core/guarded_heap.h"
+#include "qvlib60.h"
 
 namespace {
 
@@ -58,8 +59,8 @@ TEST(Heap, KeepsItemsThatGrowAndRefusesWhatIsTooMuch) {
 }
 
 TEST(Heap, RefusesTablesOfAnyNumbers) {
-  int* table = nullptr;
-  constexpr int kMost = INT_MAX / static_cast<int>(sizeof(int));
+  QvOrder* table = nullptr;
+  constexpr int kMost = INT_MAX / static_cast<int>(sizeof(QvOrder));
   for (auto [index, count, step] : {std::tuple{5, 5, 0}, {INT_MAX, INT_MAX - 3, 4}, {kMost, kMost, 1}}) {
     std::int32_t grown = count;
     EXPECT_EQ(qv::growTable(table, index, grown, step), -3);

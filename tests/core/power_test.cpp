@@ -57,8 +57,11 @@ TEST(Power, AtTheEdgesIsTheCLibrarys) {
           << base << " " << exponent;
     }
   // A hair within what a double holds, and half of the least one.
-  const std::pair<double, double> last[] = {
-      {std::nextafter(16.0, 0.0), 256}, {std::nextafter(32.0, 0.0), -215}, {32.0, -215}, {32.0, -216}};
+  const std::pair<double, double> last[] = {{std::nextafter(16.0, 0.0), 256},
+                                            {std::nextafter(32.0, 0.0), -215},
+                                            {32.0, -215},
+                                            {32.0, -216},
+                                            {2.0, 1024}};
   for (const auto& [base, exponent] : last)
     EXPECT_EQ(steps(qv::powerOf(base, exponent), std::pow(base, exponent)), 0) << base << " " << exponent;
   for (double x : {0.0, kInf, -kInf, kNaN, 709.9, -745.2})

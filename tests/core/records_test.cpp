@@ -109,6 +109,9 @@ TEST(Records, CopiesAsMuchAsFits) {
   expectGives(0, three.volume, bars.volume.size == 5 ? itemsOf(bars.volume) : Items{});
   const QvArray blockless{nullptr, 3, 3, 0};
   EXPECT_EQ(qvCopyArray(&blockless, &small), 0);
+  Array noRoom;
+  qvAllocArray(&noRoom, 0);
+  expectGives(qvCopyArray(&small, &noRoom), noRoom, {});
 }
 
 TEST(Records, ItemsOutsideTheSeriesAndNullRecordsAreSafe) {

@@ -65,6 +65,9 @@ class EveryReader : public VendorTest, public testing::WithParamInterface<Vendor
 TEST_P(EveryReader, TellsOfAFailedRead) {
   expectTells("read", [&] { return read(); });
   expectTells("find", [&] { return std::min(find(kMonday), 0); });
+  Array array;
+  if (vendor.read == qvCTread)
+    expectTells("array", [&] { return qvCTreadarray(&array, path.c_str(), "ACME", "cl", 0, -1); });
   expectTells(
       "list", [&] { return vendor.list(path.c_str(), list.c_str(), 0); }, true);
 }

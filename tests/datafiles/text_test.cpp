@@ -306,6 +306,7 @@ TEST_F(TextFiles, AreListedByFourPatternsInTheirOrder) {
       std::filesystem::last_write_time(entry, std::chrono::file_clock::from_sys(time));
 
   std::filesystem::create_symlink("nowhere", dir / "gone.csv");
+  std::filesystem::create_symlink("y.dat", dir / "a link.csv");
   const auto line = [](const char* name, const char* symbol, const char* description,
                        const char* rest = "Unknown   Unknown    15/01/2008") {
     return padded(name, 13) + padded(symbol, 17) + padded(description, 49) + rest + "\n";
@@ -319,6 +320,7 @@ TEST_F(TextFiles, AreListedByFourPatternsInTheirOrder) {
   qvSetDefaultDateFormat(0);
   EXPECT_EQ(qvTXTlist(none.c_str(), list.c_str(), 1), 0) << "no files";
   EXPECT_EQ(dir.read("list"), heading + line("x.asc", "x", "x.asc") +
+                                  line("a link.csv", "a link", "a link.csv") +
                                   line("long file na", "long file name", "long file name.csv") +
                                   line("q.prn", "q", "q.prn") + line("A.txt", "A", "A.txt") +
                                   line("B.txt", "B", "B.txt") + line("b.TXT", "b", "b.TXT") + heading);

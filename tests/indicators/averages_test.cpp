@@ -161,6 +161,13 @@ TEST_F(Averages, T3) {
   }
 }
 
+// A share too small to tell from nothing leaves the average where it began.
+TEST(EndlessAverages, ExpMAOfAnEndlessPeriodStays) {
+  const Array walk(shaped(Shape::Walk, 3000));
+  Array average;
+  expectEach(qvExpMA(&walk, &average, 1e300, 0), average, 0, 1e-12, [&](int) { return walk[0]; });
+}
+
 TEST_F(Averages, ZeroLagExpMA) {
   // Period 5: L = 2, k = 1/3. Seed x[0] at index 1; then 2/3 of the last + (2 x[i] - x[i-2]) / 3:
   // (12 + 2*9 - 6) / 3 = 8, (16 + 2*12 - 13) / 3 = 9.

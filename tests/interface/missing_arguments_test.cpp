@@ -89,6 +89,9 @@ TEST(MissingArguments, OfRecordsAndStretchesAreRefused) {
         qvMultAddArray(&endless, &sums, 1, 0, 0), qvMultAddArray(&empty, &inPlace, 1, 0, 0),
         qvCandleConstructTrailing(&shorter, &candles, 5)})
     EXPECT_EQ(status, -1);
+  QvBars untraded = bars;
+  untraded.volume.data = untraded.openInterest.data = nullptr;
+  EXPECT_EQ(qvOBVol(&untraded, 0, 2) + qvOBOi(&untraded, 0, 2), 0.0);
   EXPECT_EQ(qvWesternGapUp(&lacking, 2) + qvBodyGapUp(&lacking, 2), 0);
   qvShiftArray(&sums, 2);
   EXPECT_EQ(sums.firstValid, 0);

@@ -9,6 +9,7 @@
 #include <span>
 
 #include "indicators/bands_projection.h"
+#include "kernels/balances.h"
 #include "kernels/bar_extremes.h"
 #include "kernels/exponential.h"
 #include "kernels/logarithm.h"
@@ -176,6 +177,8 @@ const Kernel kOthers[] = {
     {"total", STAGE(0, Total((void(period), Total())))},
     {"delay", STAGE(0, Delay(period))},
     {"furthest projection", STAGE(0, FurthestProjection(1.0, period))},
+    {"percent below", STAGE(0, Sliding<PercentBelow>(period))},
+    {"balance of moves", STAGE(0, Sliding<BalanceOfMoves>(period))},
     {"behind another", STAGE(0, After<Sliding<PercentWithin>>(period, period))},
 };
 #undef STAGE
@@ -273,21 +276,24 @@ TEST(Windows, GiveTheBitsOfEqualItems) {
 
 TEST(Stages, DoNotDependOnHowASeriesIsCut) {
   std::mt19937 random(11);
-  const Items a = shaped(Shape::Walk, 2500), b = shaped(Shape::Walk, 2500, 3);
-  for (const auto& kernels : {std::span<const Kernel>(kWindows), std::span<const Kernel>(kOthers)})
-    for (const Kernel& k : kernels)
-      for (int period : {1, 2, 3, 5, 7, 8, 9, 14, 15, 200, 333, 1400, 5000}) {
-        const Items once = k.run(period, a, b, whole);
-        for (int longest : {1, 9, 700}) {
-          const auto piece = [&](int) { return std::uniform_int_distribution<>(1, longest)(random); };
-          const Items pieces = k.run(period, a, b, piece);
-          ASSERT_TRUE(std::equal(once.begin(), once.end(), pieces.begin(), sameBits)) << k.name << period;
+  for (const Shape shape : {Shape::Walk, Shape::NaNs, Shape::Integers}) {
+    const int n = shape == Shape::Walk ? 2500 : 400;
+    const Items a = shaped(shape, n), b = shaped(shape, n, 3);
+    for (const auto& kernels : {std::span<const Kernel>(kWindows), std::span<const Kernel>(kOthers)})
+      for (const Kernel& k : kernels)
+        for (int period : {1, 2, 3, 5, 7, 8, 9, 14, 15, 200, 333, 1400, 5000}) {
+          const Items once = k.run(period, a, b, whole);
+          for (int longest : {1, 9, 700}) {
+            const auto piece = [&](int) { return std::uniform_int_distribution<>(1, longest)(random); };
+            const Items pieces = k.run(period, a, b, piece);
+            ASSERT_TRUE(std::equal(once.begin(), once.end(), pieces.begin(), sameBits)) << k.name << period;
+          }
+          wideLoops = !wideLoops;
+          const Items other = k.run(period, a, b, whole);
+          wideLoops = !wideLoops;
+          ASSERT_TRUE(std::equal(once.begin(), once.end(), other.begin(), sameBits)) << k.name << period;
         }
-        wideLoops = !wideLoops;
-        const Items other = k.run(period, a, b, whole);
-        wideLoops = !wideLoops;
-        ASSERT_TRUE(std::equal(once.begin(), once.end(), other.begin(), sameBits)) << k.name << period;
-      }
+  }
 }
 
 // Each allocation in turn: what comes behind it is 0.0, what came before it as ever. A copy that could not be
@@ -350,16 +356,6 @@ TEST(Logarithm, AgreesWithTheExactOne) {
   }
   for (const double x : {0.0, -0.0, -1.0, 1.0, kInf, -kInf, kNaN, 5e-324})
     EXPECT_TRUE(sameBits(logarithmOf(x), std::log(x))) << x;
-}
-
-// A share too small to tell from nothing leaves the average where it began.
-TEST(Recurrences, OfNoShareStay) {
-  const Items x = shaped(Shape::Walk, 3000);
-  for (double share : {1e-20, 1e-300}) {
-    Items out(x.size());
-    Exponential(share).run({x.data()}, 3000, {out.data()});
-    for (double y : out) ASSERT_NEAR(y, x[0], 1e-12);
-  }
 }
 
 // Against the recurrence as it is defined; of a constant series every bar is that constant.

@@ -93,6 +93,14 @@ TEST(CandleConstructTrailing, MeasuresBodiesAgainstTheBarsBefore) {
     ASSERT_EQ(qvCandleConstructTrailing(&fewer, &cut, period), 0);
     EXPECT_EQ(candlesOf(cut, fewer.barsize), candlesOf(c, fewer.barsize));
   }
+  for (const double body : {0.1, 0.3, 0.7}) {  // no body is long among its equals
+    const Bars equal(std::vector<Bar>(200, {0, body, 0, body}));
+    for (int period = 1; period < 60; ++period) {
+      Candles c;
+      ASSERT_EQ(qvCandleConstructTrailing(&equal, &c, period), 0);
+      for (int i = 1; i < 200; ++i) ASSERT_NE(qvCandleShape(&c, i), 3) << i << ", " << period;
+    }
+  }
   Candles c;
   const Bars bars(walkBars(30)), none;
   EXPECT_EQ(qvCandleConstructTrailing(&bars, &c, 0), -1);

@@ -146,6 +146,7 @@ TEST_P(Streams, AreAsTheyWereWhereMemoryRunsOut) {
       }
     };
     QvStream* s = nullptr;
+    int step = 0;
     untilDone([&] { return qvStreamOpen(&e, call.params.data(), 3, &s); });
     {
       Stream stream(s);
@@ -161,7 +162,7 @@ TEST_P(Streams, AreAsTheyWereWhereMemoryRunsOut) {
           untilDone([&] {
             return qvStreamReplaceLast(s, feed.from(i + count - 1).data(), feed.into(i + count - 1).data());
           });
-        if (i % 50 == 0) {
+        if (step++ % 4 == 0) {
           QvStream* next = nullptr;
           untilDone([&] { return qvStreamCopy(s, &next); });
           stream.reset(s = next);
