@@ -37,6 +37,7 @@ TEST(Records, AllocatesResizesAndFrees) {
   EXPECT_TRUE(!a.data && a.size == 0 && a.capacity == 0 && a.firstValid == 0);
   EXPECT_EQ(qvReAllocArray(&a, 2), 0);
   EXPECT_TRUE(a.data && a.size == 2);
+  qvFreeArray(&a);
 
   Bars b;
   b.reccnt = 9;
