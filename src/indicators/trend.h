@@ -167,7 +167,7 @@ class RWI {
   };
   std::size_t sizeOfTerms() const noexcept { return std::size_t{3} * static_cast<std::size_t>(period_); }
   // 1 / square root of each distance.
-  double* perRoot() noexcept { return terms_.data() + std::ptrdiff_t{2} * period_; }
+  double* perRoot() noexcept { return &terms_[std::size_t{2} * static_cast<std::size_t>(period_)]; }
   bool makeTerms() noexcept {
     if (terms_.ok()) return true;
     terms_ = memory::Buffer<double>(sizeOfTerms());
