@@ -178,19 +178,20 @@ class RWI {
   void furthest(const double* high, const double* low, const double* range, double* outHigh,
                 double* outLow) noexcept {
     constexpr double kFaint = 1e-300;  // so little may be nothing once it is shared out
-    double* terms = terms_.data();
+    double* last = terms_.data();
     const double* perRoots = perRoot();
     const Two now = {-*low, *high};
     Two best = twice(0.0);
     double sum = range[-1];
     for (int j = 1; j < period_; ++j) {
       sum += range[-j - 1];
+      last += 2;
       if (magnitude(sum) >= kFaint || sum / (j + 1) != 0.0) [[likely]] {
         const Two term = (Two{high[-j], -low[-j]} + now) / twice(sum * perRoots[j]);
-        storeTwo(terms + 2 * j, term);
+        storeTwo(last, term);
         best = larger(term, best);
       } else {
-        best = larger(loadTwo(terms + 2 * j), best);
+        best = larger(loadTwo(last), best);
       }
     }
     *outLow = best[0];

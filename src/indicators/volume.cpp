@@ -14,17 +14,19 @@ double meanOfNonZero(const double* x, int from, int to) noexcept {
   Two sums[kPairs]{};
   decltype(Two{} == Two{}) zeros[kPairs]{};  // counted down: what is true is -1
   const int count = std::max(0, to - from + 1), whole = count - count % (2 * kPairs);
+  const double* next = x + from;
   for (int i = 0; i < whole; i += 2 * kPairs)
-    for (int k = 0; k < kPairs; ++k) {
-      const Two items = loadTwo(x + from + i + 2 * k);
+    for (int k = 0; k < kPairs; ++k, next += 2) {
+      const Two items = loadTwo(next);
       sums[k] += items;
       zeros[k] += items == Two{};
     }
   double sum = 0.0, items = count;
-  for (int k = 0; k < 2 * kPairs; ++k) {
-    sum += sums[k / 2][k % 2];
-    items += static_cast<double>(zeros[k / 2][k % 2]);
-  }
+  for (int k = 0; k < kPairs; ++k)
+    for (int lane = 0; lane < 2; ++lane) {
+      sum += sums[k][lane];
+      items += static_cast<double>(zeros[k][lane]);
+    }
   for (int i = whole; i < count; ++i) {
     sum += x[from + i];
     items -= x[from + i] == 0.0 ? 1.0 : 0.0;
