@@ -65,7 +65,7 @@ void give(void* block) noexcept {
 constexpr std::size_t largestBlock = static_cast<std::size_t>(PTRDIFF_MAX);
 
 bool fits(std::size_t count, std::size_t itemSize) noexcept {
-  return count <= largestBlock / itemSize;
+  return itemSize == 0 || count <= largestBlock / itemSize;
 }
 
 }  // namespace

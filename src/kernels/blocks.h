@@ -167,10 +167,13 @@ QV_INLINE int windowsUp(const Of& ofThis, BlockMemory& memory, const Inputs<Of::
   auto nearer = noneOf<Two, kRows>(Of::kNone);
   if (memory.place + from > 0) {  // within the block: to read what was just written takes its time
     nearer = running.newer;
-    behind = ofFour<Lanes>(running.older, running.newer);
-    last = inAllPairs<Lanes>(running.terms);
-    lastPairs = inAllPairs<Lanes>(running.pairs);
-    if constexpr (!Of::kCountsOnce) last = lastPairs = behind = inAllPairs<Lanes>(nearer);
+    if constexpr (Of::kCountsOnce) {
+      behind = ofFour<Lanes>(running.older, running.newer);
+      last = inAllPairs<Lanes>(running.terms);
+      lastPairs = inAllPairs<Lanes>(running.pairs);
+    } else {
+      last = lastPairs = behind = inAllPairs<Lanes>(nearer);
+    }
   }
   Inputs<kRows> before;
   for (int r = 0; r < kRows; ++r) before[r] = memory.suffix(r) + memory.place;
@@ -224,10 +227,13 @@ QV_INLINE int windowsUp(const Of& ofThis, BlockMemory& memory, const Inputs<Of::
   }
   if (memory.place + i < memory.length) {
     running.newer = kStep == 2 ? nearer : upper(behind);
-    if constexpr (!Of::kCountsOnce) running.newer = twice(running.newer, 1);
-    running.older = lower(behind);
-    running.terms = upper(last);
-    running.pairs = upper(lastPairs);
+    if constexpr (Of::kCountsOnce) {
+      running.older = lower(behind);
+      running.terms = upper(last);
+      running.pairs = upper(lastPairs);
+    } else {
+      running.newer = twice(running.newer, 1);
+    }
   }
   return i;
 }
@@ -274,7 +280,8 @@ QV_INLINE void runBlocks(const Of& of, BlockMemory& memory, Running<Of>& running
       beginBlock<Lanes>(of, memory, block, in, running);
     }
     const int items = count < length - memory.place ? count : length - memory.place;
-    // Before the last item of the first block comes, if not again; a block before leaves it as it is.
+    // No block before the first one has made its last suffix. It is there before the last item, which may
+    // come alone as an update.
     if (!memory.hasRoom(std::min(memory.place + items + 1, length))) return;
     if (memory.missing > 0 && memory.period == length && memory.place + items >= length - 1)
       lastSuffix(of, memory, running);
