@@ -309,9 +309,9 @@ TEST(Trading, WildBarsAndSettingsAndFailingAllocationsAreSurvived) {
   EXPECT_EQ(sys.next(), 1);
   qv::memory::failAllocation(0);
   EXPECT_EQ(sys.positionCount, full) << "an entry that finds no place is not made";
-  sys.netStatistics.totalNumberOfTrades = -1;  // as a caller may have left it
+  sys.longStatistics.totalNumberOfTrades = -1;  // as a caller may have left it
   sys.bar({sell("X", 1)});
-  EXPECT_EQ(+sys.netStatistics.percentProfitable, 0);
+  EXPECT_EQ(+sys.longStatistics.averageTrade, 0);
 }
 
 }  // namespace
