@@ -19,6 +19,7 @@ build = root / "build/release"
 work = root / "build/mutate"
 
 SOURCES_SEARCHED, SOURCES_TRIED = 24, 3  # for code of a changed header, the smallest first; beside the tests
+WIDE = "src/kernels/wide.cpp"  # what most machines run of the headers of its room: tried before all others
 MEMORY = 8 << 30
 MORE_TESTS = {"kernels": ["indicators", "stream"], "indicators": ["stream"], "patterns": ["stream"],
               "core": ["indicators", "dates", "datafiles"], "platform": ["datafiles"]}  # beside those of a room
@@ -188,7 +189,8 @@ class Mutation:
         if path in self.built.commands:
             return [self.source(path)]
         names = sorted(self.built.including(path), key=lambda s: (
-            s != path.replace(".h", ".cpp"), os.path.dirname(s) != os.path.dirname(path), self.built.sizes[s]))
+            os.path.dirname(s) != os.path.dirname(path), s != WIDE, s != path.replace(".h", ".cpp"),
+            self.built.sizes[s]))
         tests = [s for s in names if s.startswith("tests/")]
         sources = [s for s in names if s not in tests]
         with_code = (s for s in map(self.source, sources[:SOURCES_SEARCHED]) if s.has_code_of(path, number))
