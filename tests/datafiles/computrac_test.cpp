@@ -135,6 +135,8 @@ TEST_F(CompuTrac, AnswersADamagedMasterUnlessXmasterHasTheSecurity) {
   EXPECT_EQ(status("OTHER"), -4);
   dir.write("master", master({{1}}, 8));
   EXPECT_EQ(status("OTHER"), -8) << "fewer entries than the header says";
+  dir.write("master", master({{1}, {2, "OTHER"}}, -1));
+  EXPECT_EQ(status("OTHER"), -8) << "behind the entries that the header counts";
   dir.write("xmaster", std::string(149, '\0'));
   EXPECT_EQ(status("OTHER"), -4);
   EXPECT_EQ(qvCTread(&bars, (path + "/" + std::string(300, 'x')).c_str(), "ACME", 0, -1), -8);
