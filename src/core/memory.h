@@ -2,6 +2,7 @@
 // can make the k-th allocation fail and count what was not given back.
 #pragma once
 
+#include <algorithm>
 #include <climits>
 #include <cstddef>
 #include <cstdint>
@@ -62,8 +63,7 @@ class Buffer {
   // not cleared.
   bool grow(std::size_t count) noexcept {
     if (count <= count_) return true;
-    std::size_t wanted = count_ < SIZE_MAX / 2 ? count_ * 2 : count;
-    if (wanted < count) wanted = count;
+    const std::size_t wanted = std::max(count, 2 * count_);  // no block has more than half of all bytes
     void* block = resize(items_, wanted, sizeof(T));
     if (!block) return false;
     items_ = static_cast<T*>(block);

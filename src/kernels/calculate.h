@@ -104,13 +104,12 @@ int runChain(Chain& chain, const Inputs<Chain::kInputs>& in, const Outputs<Chain
   else
     overTiles(s, n, [&](int at, int count) {
       if constexpr (requires { Chain::kInPlace; }) {
-        if (in[0] == out[0]) {
-          Tile items;
-          std::copy_n(in[0] + at, count, items);
-          return chain.run({items}, count, {out[0] + at});
-        }
+        Tile items;
+        std::copy_n(in[0] + at, count, items);
+        chain.run({items}, count, {out[0] + at});
+      } else {
+        chain.run(advanced(in, at), count, advanced(out, at));
       }
-      chain.run(advanced(in, at), count, advanced(out, at));
     });
   if (!isOk(chain)) return QV_MALLOC;
   if constexpr (requires { chain.endShort(0, out); }) {

@@ -155,10 +155,11 @@ class Bytes {
   std::size_t size() const noexcept { return size_; }
   const unsigned char* data() const noexcept { return bytes_.data(); }
 
+  // One at least.
   void raw(const void* from, std::size_t count) noexcept {
     ok_ = ok_ && bytes_.grow(size_ + count);
     if (!ok_) return;
-    if (count) std::memcpy(bytes_.data() + size_, from, count);
+    std::memcpy(bytes_.data() + size_, from, count);
     size_ += count;
   }
   template <typename Word>
