@@ -120,4 +120,35 @@ class MovingAverage {
 };
 
 }  // namespace chain
+
+// Two averages of one series by one method; the simple one over twice the bars out of the other one.
+class TwoAverages {
+ public:
+  static constexpr int kInputs = 1, kOutputs = 2;
+
+  TwoAverages(int method, int p1, int p2) noexcept
+      : doubles_(method == QV_MA_SIMPLE && OfHalves::fits(p1, p2)),
+        first_(method, p1),
+        second_(method, p2),
+        secondOfFirst_(p1, 0.5) {}
+  bool ok() const noexcept { return first_.ok() && (doubles_ ? secondOfFirst_.ok() : second_.ok()); }
+  int lead() const noexcept { return std::max(first_.lead(), second_.lead()); }
+  void run(Inputs<1> in, int count, Outputs<2> out) noexcept {
+    first_.run(in, count, {out[0]});
+    if (doubles_)
+      secondOfFirst_.run({out[0]}, count, {out[1]});
+    else
+      second_.run(in, count, {out[1]});
+  }
+  template <typename V>
+  void fields(V& v) noexcept {
+    v(first_, second_, secondOfFirst_);
+  }
+
+ private:
+  bool doubles_;
+  chain::MovingAverage first_, second_;
+  OfHalves secondOfFirst_;
+};
+
 }  // namespace qv

@@ -34,6 +34,12 @@ class ExponentialPair {
         },
         first_, second_);
   }
+  // out[i] = first[i] - second[i].
+  void apart(const double* x, int count, double* out) noexcept {
+    origin_.over(
+        x, count, [&](int at, int items) { first_.apart(second_, x + at, items, out + at, origin_.value()); },
+        first_, second_);
+  }
   template <typename V>
   void fields(V& v) noexcept {
     v(origin_, first_, second_);
@@ -70,7 +76,7 @@ class DEMA {
   static constexpr int kInputs = 1, kOutputs = 1;
   static constexpr bool kWhole = true;
 
-  explicit DEMA(double period) noexcept : origin_(shareOf(period)), averages_(shareOf(period), 2.0, -1.0) {}
+  explicit DEMA(double period) noexcept : origin_(shareOf(period)), averages_(shareOf(period), {2.0, -1.0}) {}
   int lead() const noexcept { return 1; }
   void run(Inputs<1> in, int count, Outputs<1> out) noexcept {
     origin_.over(
@@ -87,43 +93,33 @@ class DEMA {
 
  private:
   Origin origin_;
-  DoubleDistance averages_;
+  DistancesInTurn<2> averages_;
 };
 
 class TEMA {
  public:
   static constexpr int kInputs = 1, kOutputs = 1;
+  static constexpr bool kWhole = true;
 
   explicit TEMA(double period) noexcept
-      : origin_(shareOf(period)),
-        first_(shareOf(period)),
-        second_(shareOf(period)),
-        third_(shareOf(period)) {}
+      : origin_(shareOf(period)), averages_(shareOf(period), {3.0, -3.0, 1.0}) {}
   int lead() const noexcept { return 1; }
   void run(Inputs<1> in, int count, Outputs<1> out) noexcept {
     origin_.over(
-        in[0], count, [&](int at, int items) { relative(in[0] + at, items, out[0] + at); }, first_, second_,
-        third_);
+        in[0], count,
+        [&](int at, int items) {
+          averages_.run(in[0] + at, items, out[0] + at, origin_.value(), origin_.value());
+        },
+        averages_);
   }
   template <typename V>
   void fields(V& v) noexcept {
-    v(origin_, first_, second_, third_);
+    v(origin_, averages_);
   }
 
  private:
-  void relative(const double* x, int count, double* out) noexcept {
-    const double from = origin_.value();
-    Tile e1, e2, e3;
-    first_.run(x, count, e1, from);
-    second_.run(e1, count, e2);
-    third_.run(e2, count, e3);
-    map(
-        count, out, [from](double a, double b, double c) { return from + (3.0 * a - 3.0 * b + c); }, e1, e2,
-        e3);
-  }
-
   Origin origin_;
-  Distance first_, second_, third_;
+  DistancesInTurn<3> averages_;
 };
 
 // Generalised double smoothing, pass after pass. With factor 0 a pass is the exponential average, with factor
@@ -137,7 +133,8 @@ class T3 {
   noexcept : origin_(shareOf(period)), passes_(static_cast<std::size_t>(std::clamp(passes, 1, kMostPasses))) {
     const double factor = volumeFactor > 0.0 ? std::min(volumeFactor, 1.0) : 0.0;
     if (ok())
-      std::fill_n(passes_.data(), passes_.count(), DoubleDistance(shareOf(period), 1.0 + factor, -factor));
+      std::fill_n(passes_.data(), passes_.count(),
+                  DistancesInTurn<2>(shareOf(period), {1.0 + factor, -factor}));
   }
   bool ok() const noexcept { return passes_.ok(); }
   int lead() const noexcept { return 0; }
@@ -167,7 +164,7 @@ class T3 {
   }
 
   Origin origin_;
-  memory::Buffer<DoubleDistance> passes_;
+  memory::Buffer<DistancesInTurn<2>> passes_;
 };
 
 // Takes out of each bar what it moved in the last half of the period, before it is averaged.

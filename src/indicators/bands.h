@@ -30,19 +30,13 @@ class Bollinger {
   static constexpr int kInputs = 3, kOutputs = 3;
 
   Bollinger(double k, int period) noexcept
-      : k_(k),
-        period_(period),
-        window_(period, {static_cast<double>(period), false}),
-        begin_(window_.lead()) {}
+      : period_(period), window_(period, {k, static_cast<double>(period)}) {}
   bool ok() const noexcept { return window_.ok(); }
   int lead() const noexcept { return window_.lead(); }
   void run(Inputs<3> in, int count, Outputs<3> out) noexcept {
-    Tile typical, width;
+    Tile typical;
     map(count, typical, typicalPrice, in[0], in[1], in[2]);
-    window_.run({typical}, count, {width, out[1]});
-    map(count, out[0], BandAbove{k_}, width, out[1]);
-    map(count, out[2], BandBelow{k_}, width, out[1]);
-    begin_.pass(count, out[0], out[2]);
+    window_.run({typical}, count, out);
   }
   void endShort(int, Outputs<3> last) const noexcept {
     const auto items = window_.itemsSoFar();
@@ -50,14 +44,12 @@ class Bollinger {
   }
   template <typename V>
   void fields(V& v) noexcept {
-    v(window_, begin_);
+    v(window_);
   }
 
  private:
-  double k_;
   int period_;
-  Sliding<Deviation<true>> window_;
-  Lead begin_;
+  Sliding<DeviationBands> window_;
 };
 
 class BollingerWidth {
@@ -84,7 +76,7 @@ class BollingerWidth {
 
  private:
   double k_;
-  Sliding<Deviation<false>> window_;
+  Sliding<Deviation> window_;
   Lead begin_;
 };
 

@@ -226,9 +226,7 @@ class McClellanOscillator {
   void run(Inputs<2> in, int count, Outputs<1> out) noexcept {
     Tile net;
     map(count, net, NetOf{}, in[0], in[1]);
-    averages_.run(net, count, [&](int at, int items, double, const double* fast, const double* slow) {
-      map(items, out[0] + at, NetOf{}, fast, slow);
-    });
+    averages_.apart(net, count, out[0]);
   }
   template <typename V>
   void fields(V& v) noexcept {

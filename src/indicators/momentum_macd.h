@@ -19,27 +19,33 @@ constexpr double percentApart(double from, double a, double b) noexcept {
 class AveragePair {
  public:
   AveragePair(int method, int p1, int p2) noexcept
-      : exponential_(method == 0), pair_(shareOf(p1), shareOf(p2)), first_(method, p1), second_(method, p2) {}
-  bool ok() const noexcept { return first_.ok() && second_.ok(); }
-  int lead() const noexcept { return std::max(first_.lead(), second_.lead()); }
+      : exponential_(method == 0), pair_(shareOf(p1), shareOf(p2)), averages_(method, p1, p2) {}
+  bool ok() const noexcept { return averages_.ok(); }
+  int lead() const noexcept { return averages_.lead(); }
   // body(at, items, from, first, second): pieces of the averages, both less `from`.
   template <typename Body>
   void run(const double* x, int count, Body body) noexcept {
     if (exponential_) return pair_.run(x, count, body);
     Tile first, second;
-    first_.run({x}, count, {first});
-    second_.run({x}, count, {second});
+    averages_.run({x}, count, {first, second});
     body(0, count, 0.0, first, second);
+  }
+  // out[i] = first[i] - second[i].
+  void apart(const double* x, int count, double* out) noexcept {
+    if (exponential_) return pair_.apart(x, count, out);
+    run(x, count, [out](int at, int items, double, const double* first, const double* second) {
+      map(items, out + at, std::minus<>{}, first, second);
+    });
   }
   template <typename V>
   void fields(V& v) noexcept {
-    v(pair_, first_, second_);
+    v(pair_, averages_);
   }
 
  private:
   bool exponential_;
   ExponentialPair pair_;
-  chain::MovingAverage first_, second_;
+  TwoAverages averages_;
 };
 
 namespace chain {
@@ -52,9 +58,7 @@ class MACD {
   explicit MACD(int signal) noexcept : averages_(0.15, 0.075), signal_(1, shareOf(signal)) {}
   int lead() const noexcept { return signal_.lead(); }
   void run(Inputs<1> in, int count, Outputs<2> out) noexcept {
-    averages_.run(in[0], count, [&](int at, int items, double, const double* fast, const double* slow) {
-      map(items, out[0] + at, std::minus<>{}, fast, slow);
-    });
+    averages_.apart(in[0], count, out[0]);
     begin_.pass(count, out[0]);
     signal_.run({out[0]}, count, {out[1]});
   }
@@ -142,15 +146,15 @@ class OfAverages {
   bool ok() const noexcept { return averages_.ok(); }
   int lead() const noexcept { return lead_; }
   void run(Inputs<1> in, int count, Outputs<1> out) noexcept {
-    averages_.run(in[0], count,
-                  [&](int at, int items, double from, const double* first, const double* second) {
-                    if constexpr (kPercent)
+    if constexpr (kPercent)
+      averages_.run(in[0], count,
+                    [&](int at, int items, double from, const double* first, const double* second) {
                       map(
                           items, out[0] + at, [from](double a, double b) { return percentApart(from, a, b); },
                           first, second);
-                    else
-                      map(items, out[0] + at, std::minus<>{}, first, second);
-                  });
+                    });
+    else
+      averages_.apart(in[0], count, out[0]);
     missing_.pass(count, out[0]);
   }
   template <typename V>

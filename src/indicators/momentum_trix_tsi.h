@@ -14,19 +14,18 @@ class TRIX {
  public:
   static constexpr int kInputs = 1, kOutputs = 1;
 
-  explicit TRIX(int period) noexcept
-      : origin_(shareOf(period)), twice_(shareOf(period), 0.0, 1.0), third_(shareOf(period)) {}
+  explicit TRIX(int period) noexcept : origin_(shareOf(period)), average_(shareOf(period), {0.0, 0.0, 1.0}) {}
   int lead() const noexcept { return 1; }
   void run(Inputs<1> in, int count, Outputs<1> out) noexcept {
     origin_.over(
-        in[0], count, [&](int at, int items) { relative(in[0] + at, items, out[0] + at); }, twice_, third_,
+        in[0], count, [&](int at, int items) { relative(in[0] + at, items, out[0] + at); }, average_,
         before_);
     if (!begun_) out[0][0] = 0.0;
     begun_ = true;
   }
   template <typename V>
   void fields(V& v) noexcept {
-    v(origin_, twice_, third_, before_, begun_);
+    v(origin_, average_, before_, begun_);
   }
 
  private:
@@ -44,16 +43,14 @@ class TRIX {
     const double from = origin_.value();
     const auto rateOf = [from](double now, double before) { return (now - before) * 100.0 / (from + now); };
     Tile e;
-    twice_.run(x, count, e, from, 0.0);
-    third_.run(e, count, e);
+    average_.run(x, count, e, from, 0.0);
     out[0] = rateOf(e[0], before_.value);
     map(count - 1, out + 1, rateOf, e + 1, e);
     before_.value = e[count - 1];
   }
 
   Origin origin_;
-  DoubleDistance twice_;
-  Distance third_;
+  DistancesInTurn<3> average_;
   Level before_;
   bool begun_ = false;
 };

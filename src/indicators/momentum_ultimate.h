@@ -9,12 +9,48 @@
 
 namespace qv {
 
-// A bar without one before it has not-a-number for its close: its true low and high are its own.
-constexpr auto pressureOf = [](double low, double close, double closeBefore) {
-  return close - (low >= closeBefore ? closeBefore : low);
+// What a bar closed above its true low, and from there to its true high. A bar without one before it has
+// not-a-number for its close: its true low and high are its own.
+struct Pressure {
+  double pressure, extent;
 };
-constexpr auto extentOf = [](double high, double low, double closeBefore) {
-  return (high <= closeBefore ? closeBefore : high) - (low >= closeBefore ? closeBefore : low);
+constexpr auto pressureOf = [](double high, double low, double close, double closeBefore) {
+  const double trueLow = low >= closeBefore ? closeBefore : low,
+               trueHigh = high <= closeBefore ? closeBefore : high;
+  return Pressure{close - trueLow, trueHigh - trueLow};
+};
+
+// The sums of pressures and extents over one of the periods; out of those of the period before it where it is
+// twice as long, as in the usual 7, 14, 28.
+class PressureSums {
+ public:
+  PressureSums(int skip, int periodBefore, int period) noexcept
+      : doubles_(OfHalves::fits(periodBefore, period)),
+        own_(skip, period),
+        pressures_(periodBefore),
+        extents_(periodBefore),
+        lead_(saturatingSum(skip, period - 1)) {}
+  bool ok() const noexcept { return doubles_ ? pressures_.ok() && extents_.ok() : own_.ok(); }
+  int lead() const noexcept { return lead_; }
+  // pressures, extents
+  void run(Inputs<2> bars, Inputs<2> sumsBefore, int count, Outputs<2> out) noexcept {
+    if (!doubles_) return own_.run(bars, count, out);
+    pressures_.run({sumsBefore[0]}, count, {out[0]});
+    extents_.run({sumsBefore[1]}, count, {out[1]});
+  }
+  template <typename V>
+  void fields(V& v) noexcept {
+    if (doubles_)
+      v(pressures_, extents_);
+    else
+      v(own_);
+  }
+
+ private:
+  bool doubles_;
+  After<Sliding<Sums<2>>> own_;
+  OfHalves pressures_, extents_;
+  int lead_;
 };
 
 namespace chain {
@@ -29,58 +65,64 @@ class UltimateOsc {
 
   UltimateOsc(bool barBefore, int p1, int p2, int p3) noexcept
       : skip_(barBefore),
-        shares_{Share(skip_, p1, RatioOfSums(4.0, kNone)), Share(skip_, p2, RatioOfSums(2.0, kNone)),
-                Share(skip_, p3, RatioOfSums(1.0, kNone))},
+        sums_{PressureSums(barBefore, 0, p1), PressureSums(barBefore, p1, p2),
+              PressureSums(barBefore, p2, p3)},
         missing_(lead()) {}
-  bool ok() const noexcept { return shares_[0].ok() && shares_[1].ok() && shares_[2].ok(); }
-  int lead() const noexcept { return std::max({shares_[0].lead(), shares_[1].lead(), shares_[2].lead()}); }
+  bool ok() const noexcept { return sums_[0].ok() && sums_[1].ok() && sums_[2].ok(); }
+  int lead() const noexcept { return std::max({sums_[0].lead(), sums_[1].lead(), sums_[2].lead()}); }
   void run(Inputs<3> in, int count, Outputs<1> out) noexcept {
     const auto [high, low, close] = in;
     const double before = close_.take(close, count);
-    Tile pressures, extents, first, second, third;
-    pressures[0] = pressureOf(low[0], close[0], before);
-    extents[0] = extentOf(high[0], low[0], before);
-    map(count - 1, pressures + 1, pressureOf, low + 1, close + 1, close);
-    map(count - 1, extents + 1, extentOf, high + 1, low + 1, close);
-    shares_[0].run({pressures, extents}, count, {first});
-    shares_[1].run({pressures, extents}, count, {second});
-    shares_[2].run({pressures, extents}, count, {third});
-    map(count, out[0], oscillatorOf, first, second, third);
+    Tile pressures, extents, sums[6];
+    const auto put = [p = pressures, e = extents](int j, const Pressure& of) QV_LAMBDA {
+      p[j] = of.pressure;
+      e[j] = of.extent;
+    };
+    put(0, pressureOf(high[0], low[0], close[0], before));
+    each(count - 1,
+         [=](int j) QV_LAMBDA { put(j + 1, pressureOf(high[j + 1], low[j + 1], close[j + 1], close[j])); });
+    for (std::size_t k = 0; k < 3; ++k)
+      sums_[k].run({pressures, extents}, {sums[2 * k - 2 * (k > 0)], sums[2 * k - 2 * (k > 0) + 1]}, count,
+                   {sums[2 * k], sums[2 * k + 1]});
+    map(count, out[0], oscillatorOf, sums[0], sums[1], sums[2], sums[3], sums[4], sums[5]);
+    addUp(pressures, extents, count);
     missing_.pass(count, out[0]);
-    last_ = {first[count - 1], second[count - 1], third[count - 1]};
+    for (std::size_t k = 0; k < 6; ++k) last_[k] = sums[k][count - 1];
   }
   void endShort(int items, Outputs<1> last) const noexcept {
-    std::array<double, 3> shares = last_;
+    auto sums = last_;
     for (std::size_t k = 0; k < 3; ++k)
-      if (items <= shares_[k].lead())
-        shares[k] = shareSoFar(shares_[k].stage(), k == 0 ? 4.0 : k == 1 ? 2.0 : 1.0);
-    *last[0] = oscillatorOf(shares[0], shares[1], shares[2]);
+      if (items <= sums_[k].lead()) std::copy_n(soFar_.begin(), 2, sums.begin() + 2 * k);
+    *last[0] = oscillatorOf(sums[0], sums[1], sums[2], sums[3], sums[4], sums[5]);
   }
   template <typename V>
   void fields(V& v) noexcept {
-    v(close_, shares_, last_, missing_);
+    v(close_, sums_, soFar_, last_, missing_);
+    v.within(skip_, 0, 1);
   }
 
  private:
-  using Share = After<Sliding<RatioOfSums>>;
-  static constexpr double kNone = -std::numeric_limits<double>::infinity();  // a window without any range
-  // A bar that one term leaves at zero stays there.
-  static constexpr auto oscillatorOf = [](double first, double second, double third) {
-    const double two = first + second, all = (two + third) * (1.0 / 7.0);
-    const bool none = (first == kNone) | (second == kNone) | (third == kNone) | (first == 0.0) | (two == 0.0);
+  // A bar that one term leaves at zero stays there, and one whose window has no range at all.
+  static constexpr auto oscillatorOf = [](double pressure1, double extent1, double pressure2, double extent2,
+                                          double pressure3, double extent3) {
+    const double first = pressure1 * 4.0 / extent1, two = first + pressure2 * 2.0 / extent2,
+                 all = (two + pressure3 / extent3) * (1.0 / 7.0);
+    const bool none = (extent1 == 0.0) | (extent2 == 0.0) | (extent3 == 0.0) | (first == 0.0) | (two == 0.0);
     return none ? 0.0 : all;
   };
-  static double shareSoFar(const Sliding<RatioOfSums>& share, double weight) noexcept {
-    const auto pressures = share.itemsSoFar(0), extents = share.itemsSoFar(1);
-    const double extent = std::accumulate(extents.rbegin(), extents.rend(), 0.0);
-    return extent != 0.0 ? std::accumulate(pressures.rbegin(), pressures.rend(), 0.0) * weight / extent
-                         : kNone;
+  // A window that is not complete holds all bars so far.
+  void addUp(const double* pressures, const double* extents, int count) noexcept {
+    const int items = std::min(missing_.left(), count), skipped = std::min(skip_, items);
+    skip_ -= skipped;
+    soFar_[0] = std::accumulate(pressures + skipped, pressures + items, soFar_[0]);
+    soFar_[1] = std::accumulate(extents + skipped, extents + items, soFar_[1]);
   }
 
   int skip_;
   Before close_{std::numeric_limits<double>::quiet_NaN()};
-  std::array<Share, 3> shares_;
-  std::array<double, 3> last_{};
+  std::array<PressureSums, 3> sums_;
+  std::array<double, 2> soFar_{};
+  std::array<double, 6> last_{};
   Lead missing_;
 };
 

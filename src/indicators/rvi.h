@@ -44,7 +44,7 @@ class RVIoriginal {
  private:
   static constexpr int kDeviationPeriod = 10;
 
-  Sliding<Deviation<false>> deviation_{kDeviationPeriod, {kDeviationPeriod, true}};
+  Sliding<Deviation> deviation_{kDeviationPeriod, {kDeviationPeriod, true}};
   Before before_;
   Lead begin_{kDeviationPeriod - 1};
   Strength strength_;

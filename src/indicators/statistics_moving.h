@@ -15,7 +15,7 @@ inline constexpr auto sizeOfLogChange = [](double now, double before) {
 
 namespace chain {
 
-class StdDevMv : public Sliding<Deviation<false>> {
+class StdDevMv : public Sliding<Deviation> {
  public:
   StdDevMv(bool sample, int period) noexcept : Sliding(period, {static_cast<double>(period), sample}) {}
 };

@@ -279,7 +279,7 @@ class DMI {
     return strengthOf(up, down);
   }
 
-  Sliding<Deviation<false>> deviation_{kDeviationPeriod, {kDeviationPeriod, true}};
+  Sliding<Deviation> deviation_{kDeviationPeriod, {kDeviationPeriod, true}};
   Past items_{kLongest}, deviations_{kMeanPeriod - 1};
   Lead begin_{kLongest};
 };

@@ -301,24 +301,19 @@ class VOSC {
   static constexpr int kInputs = 1, kOutputs = 1;
 
   VOSC(int p1, int p2, int method, int late = 0)
-  noexcept
-      : lead_(std::max(p1, p2) - late),
-        first_(method, p1),
-        second_(method, p2),
-        missing_(std::max(0, lead_)) {}
-  bool ok() const noexcept { return first_.ok() && second_.ok(); }
+  noexcept : lead_(std::max(p1, p2) - late), averages_(method, p1, p2), missing_(std::max(0, lead_)) {}
+  bool ok() const noexcept { return averages_.ok(); }
   int lead() const noexcept { return lead_; }
   void run(Inputs<1> in, int count, Outputs<1> out) noexcept {
     Tile first, second;
-    first_.run(in, count, {first});
-    second_.run(in, count, {second});
+    averages_.run(in, count, {first, second});
     out[0][0] = percentOf(first[0], secondBefore_.take(second, count));
     map(count - 1, out[0] + 1, percentOf, first + 1, second);
     missing_.pass(count, out[0]);
   }
   template <typename V>
   void fields(V& v) noexcept {
-    v(first_, second_, secondBefore_, missing_);
+    v(averages_, secondBefore_, missing_);
   }
 
  private:
@@ -327,7 +322,7 @@ class VOSC {
     return first != 0.0 ? percent : 0.0;
   };
   int lead_;
-  MovingAverage first_, second_;
+  TwoAverages averages_;
   Before secondBefore_{0.0};
   Lead missing_;
 };

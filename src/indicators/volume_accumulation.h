@@ -98,9 +98,7 @@ class ChaikinOscillator {
   void run(Inputs<4> in, int count, Outputs<1> out) noexcept {
     Tile line;
     line_.run(in, count, {line});
-    averages_.run(line, count, [&](int at, int items, double, const double* fast, const double* slow) {
-      map(items, out[0] + at, std::minus<>{}, fast, slow);
-    });
+    averages_.apart(line, count, out[0]);
   }
   template <typename V>
   void fields(V& v) noexcept {

@@ -57,10 +57,14 @@ class Distance {
   [[gnu::noinline]] void run(const double* x, int count, double* y, double less = 0.0) noexcept {
     y_.run(x, count, y, Less{less}, Times{share_});
   }
-  // The same of another one of the same distances, besides.
+  // The same of another one of the same distances, besides; and the one less the other.
   [[gnu::noinline]] void run(Distance& other, const double* x, int count, double* y, double* ofOther,
                              double less) noexcept {
-    y_.runBeside(other.y_, x, count, y, ofOther, Less{less}, Times{share_}, Times{other.share_});
+    y_.runBeside(other.y_, x, count, Outputs<2>{y, ofOther}, Less{less}, Both{share_, other.share_});
+  }
+  [[gnu::noinline]] void apart(Distance& other, const double* x, int count, double* out,
+                               double less) noexcept {
+    y_.runBeside(other.y_, x, count, Outputs<1>{out}, Less{less}, Apart{share_, other.share_});
   }
   template <typename V>
   void fields(V& v) noexcept {
@@ -72,31 +76,36 @@ class Distance {
   Recurrence y_;
 };
 
-// near e1 + far e2 of an exponential average e1 and that of it, e2, as a Distance.
-class DoubleDistance {
+// The weighed sum of an exponential average, that of it, that of that .., as a Distance.
+template <int kCount>
+class DistancesInTurn {
  public:
-  DoubleDistance(double share, double near, double far) noexcept
-      : share_(share),
-        near_(near * share),
-        far_(far * share * share),
-        first_(1.0 - share),
-        second_(1.0 - share) {}
+  explicit DistancesInTurn(double share,
+                           std::array<double, static_cast<std::size_t>(kCount)> weights) noexcept
+      : share_(share), weights_(weights) {
+    averages_.fill(Recurrence(1.0 - share));
+    for (std::size_t k = 0; k < weights_.size(); ++k)
+      for (std::size_t times = 0; times <= k; ++times) weights_[k] *= share;
+  }
   void shift(double more) noexcept {
-    first_.shift(more, share_);
-    second_.shift(more / share_, share_);
+    for (Recurrence& average : averages_) {
+      average.shift(more, share_);
+      more /= share_;
+    }
   }
   // out[i] = onto + the result for x[i] - less; out may be x.
   [[gnu::noinline]] void run(const double* x, int count, double* out, double less, double onto) noexcept {
-    first_.runTwo(second_, x, count, out, Less{less}, BothOnto{near_, far_, onto});
+    Recurrence::runInTurn(averages_, x, count, out, Less{less}, SumOnto<kCount>{weights_, onto});
   }
   template <typename V>
   void fields(V& v) noexcept {
-    v(first_, second_);
+    v(averages_);
   }
 
  private:
-  double share_, near_, far_;
-  Recurrence first_, second_;
+  double share_;
+  std::array<double, static_cast<std::size_t>(kCount)> weights_;
+  std::array<Recurrence, static_cast<std::size_t>(kCount)> averages_;
 };
 
 // Exponential average. Begins with its first item.

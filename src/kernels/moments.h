@@ -9,17 +9,15 @@
 namespace qv {
 
 // Square root of the mean squared distance from the window's mean; divided by period - 1 when `sample`.
-// kWithMean: the mean, too.
-template <bool kWithMean>
 struct Deviation : Adding {
   static constexpr int kShortWindow = 20;
   static constexpr bool kAnchorCounts = false;
   using Corrected = CorrectedSums<Deviation>;
-  static constexpr int kInputs = 1, kRows = 2, kOutputs = kWithMean ? 2 : 1;
-  double items, perItem, perPair;
+  static constexpr int kInputs = 1, kRows = 2, kOutputs = 1;
+  double items, perPair;
 
   Deviation(double period, bool sample) noexcept
-      : items(period), perItem(1.0 / period), perPair(1.0 / (period * (period - (sample ? 1.0 : 0.0)))) {}
+      : items(period), perPair(1.0 / (period * (period - (sample ? 1.0 : 0.0)))) {}
   template <typename Items, typename Number>
   QV_INLINE Group<Number, 2> terms(const Items& x, const Items& anchors, Number) const noexcept {
     const Number distance = x[0] - anchors[0];
@@ -31,13 +29,26 @@ struct Deviation : Adding {
     return {sum, rows[1] + way * (rows[0] + sum)};
   }
   template <typename Number, typename Items>
-  QV_INLINE Group<Number, kOutputs> finish(const Group<Number, 2>& sums, const Items& anchors, Number,
-                                           const Items&) const noexcept {
-    const Number deviation = root(notNegative(sums[1] * items - sums[0] * sums[0]) * perPair);
-    if constexpr (kWithMean)
-      return {deviation, anchors[0] + sums[0] * perItem};
-    else
-      return {deviation};
+  QV_INLINE Group<Number, 1> finish(const Group<Number, 2>& sums, const Items&, Number,
+                                    const Items&) const noexcept {
+    return {root(notNegative(sums[1] * items - sums[0] * sums[0]) * perPair)};
+  }
+};
+
+// The mean, and `k` deviations above and below it: above, mean, below.
+struct DeviationBands : Deviation {
+  using Corrected = CorrectedSums<DeviationBands>;
+  static constexpr int kOutputs = 3;
+  double k, perItem;
+
+  DeviationBands(double times, double period) noexcept
+      : Deviation(period, false), k(times), perItem(1.0 / period) {}
+  template <typename Number, typename Items>
+  QV_INLINE Group<Number, 3> finish(const Group<Number, 2>& sums, const Items& anchors, Number place,
+                                    const Items& x) const noexcept {
+    const Number width = Deviation::finish(sums, anchors, place, x)[0] * k,
+                 mean = anchors[0] + sums[0] * perItem;
+    return {width + mean, mean, mean - width};
   }
 };
 

@@ -21,21 +21,41 @@ struct TimesOnto {
   double share, from;
   QV_INLINE auto operator()(auto x) const noexcept { return from + x * share; }
 };
-struct BothOnto {
-  double near, far, from;
-  QV_INLINE auto operator()(auto x, auto ofThat) const noexcept { return from + (x * near + ofThat * far); }
+// The weighed sum of several results, onto `from`.
+template <int kCount>
+struct SumOnto {
+  std::array<double, static_cast<std::size_t>(kCount)> weights;
+  double from;
+  QV_INLINE auto operator()(const auto& results) const noexcept {
+    auto sum = results[0] * weights[0];
+    for (std::size_t k = 1; k < results.size(); ++k) sum = sum + results[k] * weights[k];
+    return from + sum;
+  }
+};
+// Two results, and the first less the second.
+struct Both {
+  double share, shareOfOther;
+  QV_INLINE auto operator()(auto x, auto other) const noexcept {
+    return std::array{x * share, other * shareOfOther};
+  }
+};
+struct Apart {
+  double share, shareOfOther;
+  QV_INLINE auto operator()(auto x, auto other) const noexcept {
+    return std::array{x * share - other * shareOfOther};
+  }
 };
 
 class Recurrence;
 // Four bars abreast (wide.cpp).
 template <typename Enter, typename Leave>
 void runWide(Recurrence& y, const double* in, int count, double* out, Enter enter, Leave leave) noexcept;
-template <typename Enter, typename Leave>
-void runTwoWide(Recurrence& y, Recurrence& z, const double* in, int count, double* out, Enter enter,
-                Leave leave) noexcept;
-template <typename Enter, typename Leave>
-void runBesideWide(Recurrence& y, Recurrence& z, const double* in, int count, double* out, double* outOfZ,
-                   Enter enter, Leave leave, Leave leaveZ) noexcept;
+template <std::size_t kCount, typename Enter, typename Leave>
+void runInTurnWide(std::array<Recurrence, kCount>& chain, const double* in, int count, double* out,
+                   Enter enter, Leave leave) noexcept;
+template <std::size_t kOutputs, typename Enter, typename Leave>
+void runBesideWide(Recurrence& y, Recurrence& z, const double* in, int count, Outputs<kOutputs> out,
+                   Enter enter, Leave leave) noexcept;
 
 // y = x + b y', with 0 <= b <= 1; before the first item all was zero.
 //
@@ -43,7 +63,7 @@ void runBesideWide(Recurrence& y, Recurrence& z, const double* in, int count, do
 // for a result. The formula is the same at every bar, and nothing cancels in it that would not have before.
 class Recurrence {
  public:
-  explicit Recurrence(double b) noexcept : b_(b), b2_(b * b), b4_(b2_ * b2_) {}
+  explicit Recurrence(double b = 0.0) noexcept : b_(b), b2_(b * b), b4_(b2_ * b2_) {}
 
   double next(double x) noexcept {
     const double pair = x + b_ * x_[1];
@@ -66,26 +86,25 @@ class Recurrence {
   void run(const double* in, int count, double* out) noexcept {
     run(in, count, out, AsItIs{}, AsItIs{});
   }
-  // Two of them in one loop, where each would leave the machine idle: out[i] = leave(y[i], z[i]) of
-  // y = this of enter(in) and z = `second` of y.
-  template <typename Enter, typename Leave>
-  void runTwo(Recurrence& second, const double* in, int count, double* out, Enter enter,
-              Leave leave) noexcept {
+  // Several of them in one loop, each of the results of the one before: out[i] = leave(results) for
+  // x[i] = enter(in[i]); out may be in.
+  template <std::size_t kCount, typename Enter, typename Leave>
+  static void runInTurn(std::array<Recurrence, kCount>& chain, const double* in, int count, double* out,
+                        Enter enter, Leave leave) noexcept {
 #if QV_WIDE_LOOPS
-    if (wideLoops && count >= 4) return runTwoWide(*this, second, in, count, out, enter, leave);
+    if (wideLoops && count >= 4) return runInTurnWide(chain, in, count, out, enter, leave);
 #endif
-    runTwoLanes<Two>(second, in, count, out, enter, leave);
+    runInTurnLanes<Two>(chain, in, count, out, enter, leave);
   }
-
-  // Two of the same items in one loop, for the same reason.
-  template <typename Enter, typename Leave>
-  void runBeside(Recurrence& other, const double* in, int count, double* out, double* outOfOther, Enter enter,
-                 Leave leave, Leave leaveOther) noexcept {
+  // Two of the same items in one loop, where each would leave the machine idle: out[k][i] = leave(y[i],
+  // z[i])[k] for x[i] = enter(in[i]).
+  template <std::size_t kOutputs, typename Enter, typename Leave>
+  void runBeside(Recurrence& other, const double* in, int count, Outputs<kOutputs> out, Enter enter,
+                 Leave leave) noexcept {
 #if QV_WIDE_LOOPS
-    if (wideLoops && count >= 4)
-      return runBesideWide(*this, other, in, count, out, outOfOther, enter, leave, leaveOther);
+    if (wideLoops && count >= 4) return runBesideWide(*this, other, in, count, out, enter, leave);
 #endif
-    runBesideLanes<Two>(other, in, count, out, outOfOther, enter, leave, leaveOther);
+    runBesideLanes<Two>(other, in, count, out, enter, leave);
   }
 
   template <typename Lanes, typename Enter, typename Leave>
@@ -104,54 +123,97 @@ class Recurrence {
     }
     for (; i < count; ++i) out[i] = leave(next(enter(in[i])));
   }
-  template <typename Lanes, typename Enter, typename Leave>
-  QV_INLINE void runTwoLanes(Recurrence& second, const double* in, int count, double* out, Enter enter,
-                             Leave leave) noexcept {
+  // Each step works four bars behind the one before it, whose results would else be waited for at every
+  // round: steps 2 k and 2 k + 1 are the pairs and the results of recurrence k.
+  template <typename Lanes, std::size_t kCount, typename Enter, typename Leave>
+  static QV_INLINE void runInTurnLanes(std::array<Recurrence, kCount>& chain, const double* in, int count,
+                                       double* out, Enter enter, Leave leave) noexcept {
+    constexpr int kLast = 2 * static_cast<int>(kCount) - 1;
     int i = 0;
-    if (count >= 4) {
-      Fours<Lanes> y(*this), z(second);
-      for (; i + 4 <= count; i += 4) {
-        auto first = loadFour<Lanes>(in + i);
-        for (auto& v : first) v = enter(v);
-        y.next(first);
-        auto items = first;
-        z.next(items);
-        for (std::size_t k = 0; k < items.size(); ++k) items[k] = leave(first[k], items[k]);
-        storeFour(out + i, items);
-      }
-      y.keepIn(*this);
-      z.keepIn(second);
+    if (count >= 4 * (kLast + 1)) {
+      auto y = foursOf<Lanes>(chain, std::make_index_sequence<kCount>{});
+      std::array<std::array<FourBars<Lanes>, kLast - 1>, kCount> before{};  // the results of the last rounds
+      const auto take = [&]<int kStep>(int at, bool isOn, std::integral_constant<int, kStep>) QV_LAMBDA {
+        constexpr std::size_t k = kStep / 2;
+        constexpr bool isResult = kStep % 2 == 1, isLast = kStep == kLast;
+        if constexpr (isResult && !isLast)
+          for (std::size_t back = kLast - 1 - kStep; back > 0; --back) before[k][back] = before[k][back - 1];
+        if (!isOn) return;
+        if constexpr (kStep == 0) {
+          auto items = loadFour<Lanes>(in + at);
+          for (auto& v : items) v = enter(v);
+          y[k].pair(items);
+        } else if constexpr (!isResult) {
+          y[k].pair(before[k - 1][0]);
+        } else if constexpr (!isLast) {
+          before[k][0] = y[k].results();
+        } else {
+          auto items = y[k].results();
+          for (std::size_t part = 0; part < items.size(); ++part) {
+            std::array<Lanes, kCount> results;
+            for (std::size_t j = 0; j < k; ++j) results[j] = before[j][2 * (k - j) - 1][part];
+            results[k] = items[part];
+            items[part] = leave(results);
+          }
+          storeFour(out + at - 4 * kLast, items);
+        }
+      };
+      // The bars at `at` enter, those of the rounds before go on: the steps first .. last, the last one
+      // first.
+      const auto round = [&]<int... kBack>(int at, int first, int last, std::integer_sequence<int, kBack...>)
+          QV_LAMBDA {
+        (take(at, first <= kLast - kBack && kLast - kBack <= last,
+              std::integral_constant<int, kLast - kBack>{}),
+         ...);
+      };
+      constexpr std::make_integer_sequence<int, kLast + 1> kSteps;
+      const int end = count & -4;
+      for (; i < 4 * kLast; i += 4) round(i, 0, i / 4, kSteps);
+      for (; i < end; i += 4) round(i, 0, kLast, kSteps);
+      for (; i < end + 4 * kLast; i += 4) round(i, (i - end) / 4 + 1, kLast, kSteps);
+      i = end;
+      for (std::size_t k = 0; k < kCount; ++k) y[k].keepIn(chain[k]);
     }
     for (; i < count; ++i) {
-      const double first = next(enter(in[i]));
-      out[i] = leave(first, second.next(first));
+      std::array<double, kCount> results;
+      for (std::size_t k = 0; k < kCount; ++k)
+        results[k] = chain[k].next(k == 0 ? enter(in[i]) : results[k - 1]);
+      out[i] = leave(results);
     }
   }
-
-  template <typename Lanes, typename Enter, typename Leave>
-  QV_INLINE void runBesideLanes(Recurrence& other, const double* in, int count, double* out,
-                                double* outOfOther, Enter enter, Leave leave, Leave leaveOther) noexcept {
+  template <typename Lanes, std::size_t kOutputs, typename Enter, typename Leave>
+  QV_INLINE void runBesideLanes(Recurrence& other, const double* in, int count, Outputs<kOutputs> out,
+                                Enter enter, Leave leave) noexcept {
     int i = 0;
     if (count >= 4) {
       Fours<Lanes> y(*this), z(other);
-      for (; i + 4 <= count; i += 4) {
-        auto items = loadFour<Lanes>(in + i);
+      const auto enterAt = [&](int at) QV_LAMBDA {
+        auto items = loadFour<Lanes>(in + at);
         for (auto& v : items) v = enter(v);
-        auto ofOther = items;
-        y.next(items);
-        z.next(ofOther);
-        for (auto& v : items) v = leave(v);
-        for (auto& v : ofOther) v = leaveOther(v);
-        storeFour(out + i, items);
-        storeFour(outOfOther + i, ofOther);
+        y.pair(items);
+        z.pair(items);
+      };
+      const auto leaveAt = [&](int at) QV_LAMBDA {
+        const auto items = y.results(), ofOther = z.results();
+        for (std::size_t part = 0; part < items.size(); ++part) {
+          const std::array<Lanes, kOutputs> left = leave(items[part], ofOther[part]);
+          for (std::size_t k = 0; k < kOutputs; ++k) store(out[k] + at + part * kLanes<Lanes>, left[k]);
+        }
+      };
+      enterAt(0);
+      for (; i + 8 <= count; i += 4) {
+        leaveAt(i);
+        enterAt(i + 4);
       }
+      leaveAt(i);
+      i += 4;
       y.keepIn(*this);
       z.keepIn(other);
     }
     for (; i < count; ++i) {
       const double x = enter(in[i]);
-      out[i] = leave(next(x));
-      outOfOther[i] = leaveOther(other.next(x));
+      const std::array<double, kOutputs> left = leave(next(x), other.next(x));
+      for (std::size_t k = 0; k < kOutputs; ++k) out[k][i] = left[k];
     }
   }
 
@@ -190,33 +252,48 @@ class Recurrence {
         : b_(all<Lanes>(of.b_)),
           b2_(all<Lanes>(of.b2_)),
           b4_(all<Lanes>(of.b4_)),
-          pairs_(inAllPairs<Lanes>(of.pairs_)),
+          before_(inAllPairs<Lanes>(of.pairs_)),
           x_(inAllPairs<Lanes>(of.x_)) {
       const Two results[2] = {of.y_[0], of.y_[1]};
       y_ = loadFour<Lanes>(reinterpret_cast<const double*>(results));
     }
     // The items become the results.
     QV_INLINE void next(FourBars<Lanes>& items) noexcept {
+      pair(items);
+      items = results();
+    }
+    // The two steps of it.
+    QV_INLINE void pair(const FourBars<Lanes>& items) noexcept {
       for (std::size_t k = 0; k < items.size(); ++k) {
-        const Lanes x = items[k], pairs = x + oneBack(x_, x) * b_;
-        y_[k] = (pairs + twoBack(pairs_, pairs) * b2_) + y_[k] * b4_;
-        x_ = x;
-        pairs_ = pairs;
-        items[k] = y_[k];
+        pairs_[k] = items[k] + oneBack(x_, items[k]) * b_;
+        x_ = items[k];
       }
+    }
+    QV_INLINE const FourBars<Lanes>& results() noexcept {
+      for (std::size_t k = 0; k < y_.size(); ++k) {
+        y_[k] = (pairs_[k] + twoBack(before_, pairs_[k]) * b2_) + y_[k] * b4_;
+        before_ = pairs_[k];
+      }
+      return y_;
     }
     QV_INLINE void keepIn(Recurrence& of) const noexcept {
       of.y_[0] = lower(y_.front());
       of.y_[1] = upper(y_.back());
-      of.pairs_ = upper(pairs_);
+      of.pairs_ = upper(before_);
       of.x_ = upper(x_);
     }
 
    private:
     Lanes b_, b2_, b4_;
-    FourBars<Lanes> y_;
-    Lanes pairs_, x_;
+    FourBars<Lanes> y_, pairs_;
+    Lanes before_, x_;  // the last pairs and items
   };
+
+  template <typename Lanes, std::size_t kCount, std::size_t... k>
+  static QV_INLINE std::array<Fours<Lanes>, kCount> foursOf(const std::array<Recurrence, kCount>& chain,
+                                                            std::index_sequence<k...>) noexcept {
+    return {Fours<Lanes>(chain[k])...};
+  }
 
   double b_, b2_, b4_;
   Two y_[2]{}, pairs_{}, x_{};  // the last four results, two pairs, item

@@ -1,6 +1,7 @@
 // Sums and averages over a window.
 #pragma once
 
+#include "kernels/past.h"
 #include "kernels/sliding.h"
 
 namespace qv {
@@ -203,6 +204,37 @@ struct RatioOfSums : AddingItems<2> {
     const Number ratio = sums[0] * scale / sums[1];
     return {sums[1] == all<Number>(0.0) ? all<Number>(none) : ratio};
   }
+};
+
+// The sums or means of windows twice as long as those that it takes: of what stands now and a window before,
+// each times `share`.
+class OfHalves {
+ public:
+  static constexpr int kInputs = 1, kOutputs = 1;
+
+  explicit OfHalves(int half, double share = 1.0) noexcept : half_(half), kept_(half), share_(share) {}
+  // Whether windows of `longer` items are twice as long as those of `half`.
+  static constexpr bool fits(int half, int longer) noexcept { return longer % 2 == 0 && longer / 2 == half; }
+  bool ok() const noexcept { return kept_.ok(); }
+  int lead() const noexcept { return half_; }
+  void run(Inputs<1> in, int count, Outputs<1> out) noexcept {
+    const int none = std::min(half_ - kept_.held(), count);
+    const double* x = kept_.with(in[0], count) + none;
+    std::fill_n(out[0], none, 0.0);
+    if (!ok()) return;
+    map(
+        count - none, out[0] + none,
+        [share = share_](double now, double before) { return now * share + before * share; }, x, x - half_);
+  }
+  template <typename V>
+  void fields(V& v) noexcept {
+    v(kept_);
+  }
+
+ private:
+  int half_;
+  Past kept_;
+  double share_;
 };
 
 }  // namespace qv

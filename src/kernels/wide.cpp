@@ -63,8 +63,8 @@ QV_WIDE(RatioOfSums)
 QV_WIDE(BalanceOfMoves)
 QV_WIDE(MoneyFlow)
 QV_WIDE(DistanceFromMean)
-QV_WIDE(Deviation<false>)
-QV_WIDE(Deviation<true>)
+QV_WIDE(Deviation)
+QV_WIDE(DeviationBands)
 QV_WIDE(Covariance)
 QV_WIDE(Correlation)
 QV_WIDE(SlopeIntercept)
@@ -81,29 +81,31 @@ template <typename Enter, typename Leave>
 void runWide(Recurrence& y, const double* in, int count, double* out, Enter enter, Leave leave) noexcept {
   y.runLanes<Four>(in, count, out, enter, leave);
 }
-template <typename Enter, typename Leave>
-void runTwoWide(Recurrence& y, Recurrence& z, const double* in, int count, double* out, Enter enter,
-                Leave leave) noexcept {
-  y.runTwoLanes<Four>(z, in, count, out, enter, leave);
+template <std::size_t kCount, typename Enter, typename Leave>
+void runInTurnWide(std::array<Recurrence, kCount>& chain, const double* in, int count, double* out,
+                   Enter enter, Leave leave) noexcept {
+  Recurrence::runInTurnLanes<Four>(chain, in, count, out, enter, leave);
+}
+template <std::size_t kOutputs, typename Enter, typename Leave>
+void runBesideWide(Recurrence& y, Recurrence& z, const double* in, int count, Outputs<kOutputs> out,
+                   Enter enter, Leave leave) noexcept {
+  y.runBesideLanes<Four>(z, in, count, out, enter, leave);
 }
 
 void addGreaterWide(const WindowsAboutMeans& of, int count) noexcept {
   addGreaterBy<Four>(of, count);
 }
-template <typename Enter, typename Leave>
-void runBesideWide(Recurrence& y, Recurrence& z, const double* in, int count, double* out, double* outOfZ,
-                   Enter enter, Leave leave, Leave leaveZ) noexcept {
-  y.runBesideLanes<Four>(z, in, count, out, outOfZ, enter, leave, leaveZ);
-}
-
 template void runWide(Recurrence&, const double*, int, double*, AsItIs, AsItIs) noexcept;
 template void runWide(Recurrence&, const double*, int, double*, AsItIs, Times) noexcept;
 template void runWide(Recurrence&, const double*, int, double*, Times, AsItIs) noexcept;
 template void runWide(Recurrence&, const double*, int, double*, Less, Times) noexcept;
 template void runWide(Recurrence&, const double*, int, double*, Less, TimesOnto) noexcept;
-template void runTwoWide(Recurrence&, Recurrence&, const double*, int, double*, Less, BothOnto) noexcept;
-template void runBesideWide(Recurrence&, Recurrence&, const double*, int, double*, double*, Less, Times,
-                            Times) noexcept;
+template void runInTurnWide(std::array<Recurrence, 2>&, const double*, int, double*, Less,
+                            SumOnto<2>) noexcept;
+template void runInTurnWide(std::array<Recurrence, 3>&, const double*, int, double*, Less,
+                            SumOnto<3>) noexcept;
+template void runBesideWide(Recurrence&, Recurrence&, const double*, int, Outputs<2>, Less, Both) noexcept;
+template void runBesideWide(Recurrence&, Recurrence&, const double*, int, Outputs<1>, Less, Apart) noexcept;
 
 }  // namespace qv
 

@@ -89,7 +89,7 @@ bool hasValues(const QvStream& s, const double* const* values) noexcept {
 // ---- Blocks of bytes
 
 constexpr char kMagic[] = {'Q', 'V', 'S', 'T'};
-constexpr std::uint32_t kVersion = 2;  // raised when a stage keeps something else
+constexpr std::uint32_t kVersion = 3;  // raised when a stage keeps something else
 constexpr std::size_t kChecksumSize = 8;
 
 // Any change of a single byte changes it.

@@ -110,7 +110,7 @@ TEST(StreamBlocks, AreTheSameEverywhere) {
   ASSERT_EQ(qvStreamUpdate(s.get(), values, 1, nullptr), 0);
   const auto block = savedOf(s.get());
   // Magic, version, kind, name, one parameter, start, bars.
-  const unsigned char head[] = {'Q', 'V', 'S', 'T', 2,    0,    0,   0,   1, 11, 0, 0, 0, 'q', 'v',
+  const unsigned char head[] = {'Q', 'V', 'S', 'T', 3,    0,    0,   0,   1, 11, 0, 0, 0, 'q', 'v',
                                 'S', 'i', 'm', 'p', 'l',  'e',  'M', 'A', 0, 1,  0, 0, 0, 0,   0,
                                 0,   0,   0,   0,   0x34, 0x40, 2,   0,   0, 0,  1, 0, 0, 0};
   ASSERT_GT(block.size(), sizeof head);
