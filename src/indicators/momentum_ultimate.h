@@ -71,7 +71,7 @@ class UltimateOsc {
   bool ok() const noexcept { return sums_[0].ok() && sums_[1].ok() && sums_[2].ok(); }
   int lead() const noexcept { return std::max({sums_[0].lead(), sums_[1].lead(), sums_[2].lead()}); }
   void run(Inputs<3> in, int count, Outputs<1> out) noexcept {
-    const auto [high, low, close] = in;
+    const double *const high = in[0], *const low = in[1], *const close = in[2];
     const double before = close_.take(close, count);
     Tile pressures, extents, sums[6];
     const auto put = [p = pressures, e = extents](int j, const Pressure& of) QV_LAMBDA {
