@@ -7,8 +7,8 @@
 //   static constexpr unsigned kSeries         the series of a bar set that it reads (Series); left out: none
 //   static constexpr int kInputs, kOutputs    inputs are the bar set's series in the order date, open, high,
 //                                             low, close, volume, open interest, then single series
-//   static constexpr bool kInPlace = true     where the one output may be the one input; else left out
 //   static constexpr bool kWhole = true       where run takes pieces of any length; left out: up to a tile
+//   static constexpr bool kInPlace = true     and where the one output may be the one input
 //   Name(parameters...)
 //   bool ok() const                           that of its stages; left out where none takes memory
 //   int lead() const, or lead(output)         items that pass before the first value: stages know theirs
@@ -104,6 +104,7 @@ int runChain(Chain& chain, const Inputs<Chain::kInputs>& in, const Outputs<Chain
   else
     overTiles(s, n, [&](int at, int count) {
       if constexpr (requires { Chain::kInPlace; }) {
+        static_assert(kWhole);  // so that the input is the output here
         Tile items;
         std::copy_n(in[0] + at, count, items);
         chain.run({items}, count, {out[0] + at});
