@@ -127,10 +127,10 @@ class TwoAverages {
   static constexpr int kInputs = 1, kOutputs = 2;
 
   TwoAverages(int method, int p1, int p2) noexcept
-      : doubles_(method == QV_MA_SIMPLE && OfHalves::fits(p1, p2)),
+      : doubles_(method == QV_MA_SIMPLE && Doubled::fits(p1, p2)),
         first_(method, p1),
         second_(method, p2),
-        secondOfFirst_(p1, 0.5) {}
+        secondOfFirst_(p1) {}
   bool ok() const noexcept { return first_.ok() && (doubles_ ? secondOfFirst_.ok() : second_.ok()); }
   int lead() const noexcept { return std::max(first_.lead(), second_.lead()); }
   void run(Inputs<1> in, int count, Outputs<2> out) noexcept {
@@ -142,13 +142,18 @@ class TwoAverages {
   }
   template <typename V>
   void fields(V& v) noexcept {
-    v(first_, second_, secondOfFirst_);
+    v(first_);
+    if (doubles_)
+      v(secondOfFirst_);
+    else
+      v(second_);
   }
 
  private:
+  using Doubled = OfHalves<true>;
   bool doubles_;
   chain::MovingAverage first_, second_;
-  OfHalves secondOfFirst_;
+  Doubled secondOfFirst_;
 };
 
 }  // namespace qv

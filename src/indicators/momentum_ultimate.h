@@ -25,10 +25,10 @@ constexpr auto pressureOf = [](double high, double low, double close, double clo
 class PressureSums {
  public:
   PressureSums(int skip, int periodBefore, int period) noexcept
-      : doubles_(OfHalves::fits(periodBefore, period)),
+      : doubles_(Doubled::fits(periodBefore, period)),
         own_(skip, period),
-        pressures_(periodBefore),
-        extents_(periodBefore),
+        pressures_(periodBefore, skip),
+        extents_(periodBefore, skip),
         lead_(saturatingSum(skip, period - 1)) {}
   bool ok() const noexcept { return doubles_ ? pressures_.ok() && extents_.ok() : own_.ok(); }
   int lead() const noexcept { return lead_; }
@@ -47,9 +47,10 @@ class PressureSums {
   }
 
  private:
+  using Doubled = OfHalves<false>;
   bool doubles_;
   After<Sliding<Sums<2>>> own_;
-  OfHalves pressures_, extents_;
+  Doubled pressures_, extents_;
   int lead_;
 };
 
@@ -73,7 +74,7 @@ class UltimateOsc {
   void run(Inputs<3> in, int count, Outputs<1> out) noexcept {
     const double *const high = in[0], *const low = in[1], *const close = in[2];
     const double before = close_.take(close, count);
-    Tile pressures, extents, sums[6];
+    Tile pressures, extents, pressed[3], extended[3];
     const auto put = [p = pressures, e = extents](int j, const Pressure& of) QV_LAMBDA {
       p[j] = of.pressure;
       e[j] = of.extent;
@@ -81,19 +82,21 @@ class UltimateOsc {
     put(0, pressureOf(high[0], low[0], close[0], before));
     each(count - 1,
          [=](int j) QV_LAMBDA { put(j + 1, pressureOf(high[j + 1], low[j + 1], close[j + 1], close[j])); });
-    for (std::size_t k = 0; k < 3; ++k)
-      sums_[k].run({pressures, extents}, {sums[2 * k - 2 * (k > 0)], sums[2 * k - 2 * (k > 0) + 1]}, count,
-                   {sums[2 * k], sums[2 * k + 1]});
-    map(count, out[0], oscillatorOf, sums[0], sums[1], sums[2], sums[3], sums[4], sums[5]);
+    for (std::size_t k = 0; k < 3; ++k) {
+      const std::size_t half = k > 0 ? k - 1 : 0;
+      sums_[k].run({pressures, extents}, {pressed[half], extended[half]}, count, {pressed[k], extended[k]});
+      last_[k] = {pressed[k][count - 1], extended[k][count - 1]};
+    }
+    map(count, out[0], oscillatorOf, pressed[0], extended[0], pressed[1], extended[1], pressed[2],
+        extended[2]);
     addUp(pressures, extents, count);
     missing_.pass(count, out[0]);
-    for (std::size_t k = 0; k < 6; ++k) last_[k] = sums[k][count - 1];
   }
   void endShort(int items, Outputs<1> last) const noexcept {
     auto sums = last_;
     for (std::size_t k = 0; k < 3; ++k)
-      if (items <= sums_[k].lead()) std::copy_n(soFar_.begin(), 2, sums.begin() + 2 * k);
-    *last[0] = oscillatorOf(sums[0], sums[1], sums[2], sums[3], sums[4], sums[5]);
+      if (items <= sums_[k].lead()) sums[k] = soFar_;
+    *last[0] = oscillatorOf(sums[0][0], sums[0][1], sums[1][0], sums[1][1], sums[2][0], sums[2][1]);
   }
   template <typename V>
   void fields(V& v) noexcept {
@@ -121,8 +124,8 @@ class UltimateOsc {
   int skip_;
   Before close_{std::numeric_limits<double>::quiet_NaN()};
   std::array<PressureSums, 3> sums_;
-  std::array<double, 2> soFar_{};
-  std::array<double, 6> last_{};
+  std::array<double, 2> soFar_{};                // pressure, extent
+  std::array<std::array<double, 2>, 3> last_{};  // at the last bar
   Lead missing_;
 };
 

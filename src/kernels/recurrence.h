@@ -128,9 +128,9 @@ class Recurrence {
   template <typename Lanes, std::size_t kCount, typename Enter, typename Leave>
   static QV_INLINE void runInTurnLanes(std::array<Recurrence, kCount>& chain, const double* in, int count,
                                        double* out, Enter enter, Leave leave) noexcept {
-    constexpr int kLast = 2 * static_cast<int>(kCount) - 1;
+    constexpr int kLast = 2 * static_cast<int>(kCount) - 1, kBehind = 4 * kLast;
     int i = 0;
-    if (count >= 4 * (kLast + 1)) {
+    if (count >= kBehind + 4) {
       auto y = foursOf<Lanes>(chain, std::make_index_sequence<kCount>{});
       std::array<std::array<FourBars<Lanes>, kLast - 1>, kCount> before{};  // the results of the last rounds
       const auto take = [&]<int kStep>(int at, bool isOn, std::integral_constant<int, kStep>) QV_LAMBDA {
@@ -155,7 +155,7 @@ class Recurrence {
             results[k] = items[part];
             items[part] = leave(results);
           }
-          storeFour(out + at - 4 * kLast, items);
+          storeFour(out + at - kBehind, items);
         }
       };
       // The bars at `at` enter, those of the rounds before go on: the steps first .. last, the last one
@@ -168,9 +168,9 @@ class Recurrence {
       };
       constexpr std::make_integer_sequence<int, kLast + 1> kSteps;
       const int end = count & -4;
-      for (; i < 4 * kLast; i += 4) round(i, 0, i / 4, kSteps);
+      for (; i < kBehind; i += 4) round(i, 0, i / 4, kSteps);
       for (; i < end; i += 4) round(i, 0, kLast, kSteps);
-      for (; i < end + 4 * kLast; i += 4) round(i, (i - end) / 4 + 1, kLast, kSteps);
+      for (; i < end + kBehind; i += 4) round(i, (i - end) / 4 + 1, kLast, kSteps);
       i = end;
       for (std::size_t k = 0; k < kCount; ++k) y[k].keepIn(chain[k]);
     }

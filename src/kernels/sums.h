@@ -191,50 +191,58 @@ struct MeanByWeight : Adding {
   }
 };
 
-// The sum of the first series over that of the second, times `scale`; `none` where the second adds up to
+// The sum of the first series over that of the second, times `scale`; 0.0 where the second adds up to
 // nothing.
 struct RatioOfSums : AddingItems<2> {
   static constexpr int kOutputs = 1;
-  double scale, none;
+  double scale;
 
-  RatioOfSums(double times = 1.0, double ofNothing = 0.0) noexcept : scale(times), none(ofNothing) {}
+  RatioOfSums(double times = 1.0) noexcept : scale(times) {}
   template <typename Number, typename Items>
   QV_INLINE Group<Number, 1> finish(const Group<Number, 2>& sums, const Items&, Number,
                                     const Items&) const noexcept {
-    const Number ratio = sums[0] * scale / sums[1];
-    return {sums[1] == all<Number>(0.0) ? all<Number>(none) : ratio};
+    const Number ratio = sums[0] * scale / sums[1], none = all<Number>(0.0);
+    return {sums[1] == none ? none : ratio};
   }
 };
 
-// The sums or means of windows twice as long as those that it takes: of what stands now and a window before,
-// each times `share`.
+// The sums (kMeans: means) of windows twice as long as those that it takes, out of what stands now and a
+// window before, in pieces of up to a tile. `skip` items come before the first window.
+template <bool kMeans>
 class OfHalves {
  public:
   static constexpr int kInputs = 1, kOutputs = 1;
 
-  explicit OfHalves(int half, double share = 1.0) noexcept : half_(half), kept_(half), share_(share) {}
+  explicit OfHalves(int half, int skip = 0) noexcept
+      : half_(half),
+        kept_(half),
+        lead_(saturatingSum(saturatingSum(half, half - 1), skip)),
+        missing_(lead_) {}
   // Whether windows of `longer` items are twice as long as those of `half`.
   static constexpr bool fits(int half, int longer) noexcept { return longer % 2 == 0 && longer / 2 == half; }
   bool ok() const noexcept { return kept_.ok(); }
-  int lead() const noexcept { return half_; }
+  int lead() const noexcept { return lead_; }
   void run(Inputs<1> in, int count, Outputs<1> out) noexcept {
-    const int none = std::min(half_ - kept_.held(), count);
-    const double* x = kept_.with(in[0], count) + none;
+    const double* x = kept_.with(in[0], count);
+    const int none = ok() ? missing_.pass(count) : count;
     std::fill_n(out[0], none, 0.0);
-    if (!ok()) return;
+    if (none == count) return;
+    x += none;
     map(
         count - none, out[0] + none,
-        [share = share_](double now, double before) { return now * share + before * share; }, x, x - half_);
+        [](double now, double before) { return kMeans ? now + (before - now) * 0.5 : now + before; }, x,
+        x - half_);
   }
   template <typename V>
   void fields(V& v) noexcept {
-    v(kept_);
+    v(kept_, missing_);
   }
 
  private:
   int half_;
   Past kept_;
-  double share_;
+  int lead_;
+  Lead missing_;
 };
 
 }  // namespace qv

@@ -95,6 +95,7 @@ void runBesideWide(Recurrence& y, Recurrence& z, const double* in, int count, Ou
 void addGreaterWide(const WindowsAboutMeans& of, int count) noexcept {
   addGreaterBy<Four>(of, count);
 }
+
 template void runWide(Recurrence&, const double*, int, double*, AsItIs, AsItIs) noexcept;
 template void runWide(Recurrence&, const double*, int, double*, AsItIs, Times) noexcept;
 template void runWide(Recurrence&, const double*, int, double*, Times, AsItIs) noexcept;

@@ -176,6 +176,10 @@ TEST_F(Volume, HerrickPayoffIndex) {
 TEST_F(Volume, VOSC) {
   const Array in{2, 4, 6, 0, 0};  // ratios: the one-bar average less the two-bar average of the bar before
   expectNear(qvVOSC(&in, &out, 1, 2, 2, 0), out, {0, 0, (6 - 3) * 100.0 / 6, 0, 0}, 2);
+  // A series that is valid late: its second average is 0.0 until it is complete, whatever its period.
+  Array late{0, 0, 0, 0, 0, 0, 50, 50, 50, 50, 50, 50}, lateOut(Items(12, 7.0));
+  late.firstValid = 6;
+  expectNear(qvVOSC(&late, &lateOut, 2, 4, 2, 0), lateOut, {0, 0, 0, 0, 0, 0, 0, 100, 100, 100, 0, 0}, 4);
   EXPECT_EQ(qvVOSC(&four.close, &out, 1, 4, 99, 0), 4);
   EXPECT_EQ(qvVOSC(&four.close, &out, 1, 3, 99, 0), -1);
 }

@@ -123,6 +123,37 @@ double meanDeviation(const QvArray* a, int from, int to) {
   return static_cast<double>(sum / (to - from + 1));
 }
 
+// A window of an even number of items out of those half as long.
+template <typename Statistic, bool kMeans>
+class OfHalfWindows {
+ public:
+  static constexpr int kInputs = 1, kOutputs = 1;
+
+  explicit OfHalfWindows(int period) : doubles_(period % 2 == 0), window_(lengthOf(period), of(period)) {}
+  bool ok() const { return window_.ok() && twice_.ok(); }
+  int lead() const { return doubles_ ? twice_.lead() : window_.lead(); }
+  void run(Inputs<1> in, int count, Outputs<1> out) {
+    for (int at = 0, items; at < count; at += items) {
+      items = std::min(kTile, count - at);
+      Tile half;
+      window_.run({in[0] + at}, items, {doubles_ ? half : out[0] + at});
+      if (doubles_) twice_.run({half}, items, {out[0] + at});
+    }
+  }
+
+ private:
+  static int lengthOf(int period) { return period % 2 ? period : period / 2; }
+  static Statistic of([[maybe_unused]] int period) {
+    if constexpr (kMeans)
+      return Statistic(lengthOf(period));
+    else
+      return {};
+  }
+  bool doubles_;
+  Sliding<Statistic> window_;
+  OfHalves<kMeans> twice_{window_.lead() + 1};
+};
+
 #define STAGE(output, ...) runnerOf(output, [](int period) { return __VA_ARGS__; })
 #define TWIN(...)                                                                                     \
   []([[maybe_unused]] const QvArray* a, [[maybe_unused]] const QvArray* b, [[maybe_unused]] int from, \
@@ -133,6 +164,10 @@ const Kernel kWindows[] = {
     {"second sum", STAGE(1, Sliding<Sums<2>>(period)), TWIN(mean(b, from, to) * (to - from + 1)), 1e-15,
      TWIN(rounding(b, from, to, to - from + 1.0))},
     {"mean", STAGE(0, Sliding<Means<1>>(period, Means<1>(period))), TWIN(mean(a, from, to)), 1e-15,
+     TWIN(rounding(a, from, to, 4))},
+    {"sum of halves", STAGE(0, OfHalfWindows<Sums<1>, false>(period)),
+     TWIN(mean(a, from, to) * (to - from + 1)), 1e-15, TWIN(rounding(a, from, to, to - from + 1.0))},
+    {"mean of halves", STAGE(0, OfHalfWindows<Means<1>, true>(period)), TWIN(mean(a, from, to)), 1e-15,
      TWIN(rounding(a, from, to, 4))},
     {"weighted mean", STAGE(0, Sliding<WeightedMean>(period, WeightedMean(period))),
      TWIN(weighed(a, nullptr, from, to)), 1e-15, TWIN(rounding(a, from, to, 8))},
@@ -269,8 +304,8 @@ TEST(Windows, GiveTheBitsOfEqualItems) {
     const double item = std::uniform_real_distribution<>(-1e3, 1e3)(random);
     Items x = shaped(Shape::Walk, 150), weights = shaped(Shape::Walk, 150, 4);
     std::fill(x.begin() + 30, x.end(), item);
-    for (const char* name :
-         {"mean", "weighted mean", "mean by weight", "mean beside it", "deviation", "mean deviation"})
+    for (const char* name : {"mean", "weighted mean", "mean by weight", "mean between bands",
+                             "mean of halves", "deviation", "mean deviation"})
       for (const auto& kernels : {std::span<const Kernel>(kWindows), std::span<const Kernel>(kOthers, 1)})
         for (const Kernel& k : kernels)
           if (std::string(k.name) == name) {
@@ -309,13 +344,13 @@ TEST(Stages, SayWhenTheyHaveNoMemory) {
   const Items a = shaped(Shape::Walk, 1500), b = shaped(Shape::Walk, 1500, 3);
   for (const auto& kernels : {std::span<const Kernel>(kWindows), std::span<const Kernel>(kOthers)})
     for (const Kernel& k : kernels) {
-      const Items once = k.run(333, a, b, whole);
+      const Items once = k.run(334, a, b, whole);
       for (int longest : {1, 97, 1500}) {
         Failure failure{0, true};
         while (failure.happened) {
           failure = {failure.allocation + 1};
           const Items got = k.run(
-              333, a, b, [longest](int) { return longest; }, &failure);
+              334, a, b, [longest](int) { return longest; }, &failure);
           const auto end = std::mismatch(got.begin(), got.end(), once.begin(), sameBits).first;
           ASSERT_EQ(end == got.end(), !failure.happened) << k.name << " at allocation " << failure.allocation;
           ASSERT_TRUE(std::all_of(end, got.end(), [](double y) { return sameBits(y, 0.0); })) << k.name;
