@@ -133,7 +133,8 @@ class Recurrence {
     if (count >= kBehind + 4) {
       auto y = foursOf<Lanes>(chain, std::make_index_sequence<kCount>{});
       std::array<std::array<FourBars<Lanes>, kLast - 1>, kCount> before{};  // the results of the last rounds
-      const auto take = [&]<int kStep>(int at, bool isOn, std::integral_constant<int, kStep>) QV_LAMBDA {
+      const auto take = [&](int at, bool isOn, auto step) QV_LAMBDA {
+        constexpr int kStep = decltype(step)::value;
         constexpr std::size_t k = kStep / 2;
         constexpr bool isResult = kStep % 2 == 1, isLast = kStep == kLast;
         if constexpr (isResult && !isLast)
@@ -160,17 +161,14 @@ class Recurrence {
       };
       // The bars at `at` enter, those of the rounds before go on: the steps first .. last, the last one
       // first.
-      const auto round = [&]<int... kBack>(int at, int first, int last, std::integer_sequence<int, kBack...>)
-          QV_LAMBDA {
-        (take(at, first <= kLast - kBack && kLast - kBack <= last,
-              std::integral_constant<int, kLast - kBack>{}),
-         ...);
+      const auto round = [&](int at, int first, int last) QV_LAMBDA {
+        downwards(std::make_integer_sequence<int, kLast + 1>{},
+                  [&](auto step) QV_LAMBDA { take(at, first <= step && step <= last, step); });
       };
-      constexpr std::make_integer_sequence<int, kLast + 1> kSteps;
       const int end = count & -4;
-      for (; i < kBehind; i += 4) round(i, 0, i / 4, kSteps);
-      for (; i < end; i += 4) round(i, 0, kLast, kSteps);
-      for (; i < end + kBehind; i += 4) round(i, (i - end) / 4 + 1, kLast, kSteps);
+      for (; i < kBehind; i += 4) round(i, 0, i / 4);
+      for (; i < end; i += 4) round(i, 0, kLast);
+      for (; i < end + kBehind; i += 4) round(i, (i - end) / 4 + 1, kLast);
       i = end;
       for (std::size_t k = 0; k < kCount; ++k) y[k].keepIn(chain[k]);
     }
@@ -289,6 +287,11 @@ class Recurrence {
     Lanes before_, x_;  // the last pairs and items
   };
 
+  // body(k) from the last k of 0, 1 .. to the first, each as a constant.
+  template <int... k, typename Body>
+  static QV_INLINE void downwards(std::integer_sequence<int, k...>, Body body) noexcept {
+    (body(std::integral_constant<int, static_cast<int>(sizeof...(k)) - 1 - k>{}), ...);
+  }
   template <typename Lanes, std::size_t kCount, std::size_t... k>
   static QV_INLINE std::array<Fours<Lanes>, kCount> foursOf(const std::array<Recurrence, kCount>& chain,
                                                             std::index_sequence<k...>) noexcept {

@@ -236,6 +236,7 @@ class OfHalves {
   template <typename V>
   void fields(V& v) noexcept {
     v(kept_, missing_);
+    v.require(saturatingSum(kept_.held(), missing_.left()) >= half_);
   }
 
  private:
