@@ -70,13 +70,16 @@ class ExpMA {
   Exponential average_;
 };
 
-// The seed stands one bar before the first valid index.
-class DEMA {
+// The weighed sum of an exponential average, that of it, that of that ..; the seed stands one bar before the
+// first valid index.
+template <int kCount>
+class AveragesInTurn {
  public:
   static constexpr int kInputs = 1, kOutputs = 1;
   static constexpr bool kWhole = true;
 
-  explicit DEMA(double period) noexcept : origin_(shareOf(period)), averages_(shareOf(period), {2.0, -1.0}) {}
+  AveragesInTurn(double period, const std::array<double, static_cast<std::size_t>(kCount)>& weights) noexcept
+      : origin_(shareOf(period)), averages_(shareOf(period), weights) {}
   int lead() const noexcept { return 1; }
   void run(Inputs<1> in, int count, Outputs<1> out) noexcept {
     origin_.over(
@@ -93,33 +96,17 @@ class DEMA {
 
  private:
   Origin origin_;
-  DistancesInTurn<2> averages_;
+  DistancesInTurn<kCount> averages_;
 };
 
-class TEMA {
+class DEMA : public AveragesInTurn<2> {
  public:
-  static constexpr int kInputs = 1, kOutputs = 1;
-  static constexpr bool kWhole = true;
+  explicit DEMA(double period) noexcept : AveragesInTurn(period, {2.0, -1.0}) {}
+};
 
-  explicit TEMA(double period) noexcept
-      : origin_(shareOf(period)), averages_(shareOf(period), {3.0, -3.0, 1.0}) {}
-  int lead() const noexcept { return 1; }
-  void run(Inputs<1> in, int count, Outputs<1> out) noexcept {
-    origin_.over(
-        in[0], count,
-        [&](int at, int items) {
-          averages_.run(in[0] + at, items, out[0] + at, origin_.value(), origin_.value());
-        },
-        averages_);
-  }
-  template <typename V>
-  void fields(V& v) noexcept {
-    v(origin_, averages_);
-  }
-
- private:
-  Origin origin_;
-  DistancesInTurn<3> averages_;
+class TEMA : public AveragesInTurn<3> {
+ public:
+  explicit TEMA(double period) noexcept : AveragesInTurn(period, {3.0, -3.0, 1.0}) {}
 };
 
 // Generalised double smoothing, pass after pass. With factor 0 a pass is the exponential average, with factor
