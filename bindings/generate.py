@@ -3,7 +3,7 @@
 
 usage: bindings/generate.py HEADERS DIRECTORY      (scripts/test-bindings.sh calls it with include and build/bindings)
 
-Needs libclang and its Python module (Debian's python3-clang, for /usr/bin/python3).
+Needs clang, and libclang's Python module (Debian's python3-clang, for /usr/bin/python3).
 """
 import sys
 from pathlib import Path

@@ -1,5 +1,6 @@
 """What the headers declare, read by libclang: constants, records with their layouts on 32 and 64 bits, functions."""
 import re
+import subprocess
 from dataclasses import dataclass, field
 
 from clang import cindex
@@ -98,9 +99,12 @@ def type_of(clang_type):
 
 
 def parse(headers, bits):
+    """The compiler's own headers are enough, and no platform's are looked for: each machine then reads the same."""
+    own = subprocess.run(["clang", "-print-resource-dir"], check=True, capture_output=True, text=True).stdout.strip()
     unit = cindex.Index.create().parse(
         str(headers / "qvlib60.h"),
-        ["-x", "c", "-std=c99", "-ffreestanding", "-fparse-all-comments", f"-I{headers}", "-target", TARGETS[bits]])
+        ["-x", "c", "-std=c99", "-ffreestanding", "-fparse-all-comments", f"-I{headers}", "-target", TARGETS[bits],
+         "-nostdlibinc", "-resource-dir", own])
     errors = [d for d in unit.diagnostics if d.severity >= cindex.Diagnostic.Error]
     if errors:
         raise SystemExit("\n".join(map(str, errors)))

@@ -11,7 +11,7 @@ examples=$PWD/bindings/examples
 library=$PWD/build/release
 rm -rf "$made"
 
-prepare_or_skip "declarations" python3 python3-clang || exit 0
+prepare_or_skip "declarations" python3 python3-clang clang || exit 0
 stage "declarations" /usr/bin/python3 bindings/generate.py include "$made"
 cd "$made"
 
