@@ -36,8 +36,10 @@ Block touchedBlock(int n) {
 Data::Data(int n_, const std::string& shape_)
     : n(n_), shape(shape_), windows_(windowsOf(n)), stride_((n + 7) / 8 * 8) {
   for (Block& block : series_) block = touchedBlock(windows_ * stride_);
-  for (QvArray& a : out) QV_CALL(qvAllocArray, &a, n);
-  for (Block& block : peer) block = touchedBlock(n + 64);
+  for (int k = 0; k < 5; ++k) {
+    room[k] = touchedBlock(n + 64);
+    out[k] = {room[k].get(), n, n, 0};
+  }
   peerInts.resize(static_cast<std::size_t>(n) + 64);
   bars.barsize = bars.datasize = n;
   fill();
@@ -46,7 +48,6 @@ Data::Data(int n_, const std::string& shape_)
 
 Data::~Data() {
   for (QvCandles& c : candles_) QV_CALL(qvCandleFree, &c);
-  for (QvArray& a : out) QV_CALL(qvFreeArray, &a);
   for (QvArray& a : wide_) QV_CALL(qvFreeArray, &a);
 }
 

@@ -12,7 +12,7 @@ namespace qvpeers {
 
 inline const std::vector<std::string> kShapes{"walk", "rising", "falling", "constant"};
 
-// n doubles, aligned as the library aligns its blocks, their pages touched.
+// n doubles on a boundary of 64 bytes, their pages touched.
 struct FreeBlock {
   void operator()(double* block) const { std::free(block); }
 };
@@ -41,8 +41,9 @@ class Data {
   const std::string shape;
   QvBars bars{};     // the present window
   QvArray second{};  // another close, on the random walk correlated 0.6 with the first
-  QvArray out[5]{};  // the library's outputs
-  Block peer[4];     // the peers' outputs
+  Block room[5];     // the outputs: all write to the same blocks, for where they lie and what of them is
+                     // still near makes up to a fifth of a copy's time
+  QvArray out[5]{};  // the library's, in there
   std::vector<int> peerInts;
 
  private:

@@ -63,7 +63,7 @@ int callTulip(Function function, Data& d, int n, std::initializer_list<const dou
   for (const double* series : in) ins[k++] = series;
   k = 0;
   for (const double value : options) values[k++] = value;
-  for (int i = 0; i < 3; ++i) outs[i] = d.peer[(firstOut + i) % 4].get();
+  for (int i = 0; i < 3; ++i) outs[i] = d.room[(firstOut + i) % 4].get();
   return function(n, ins, values, outs);
 }
 
@@ -94,4 +94,4 @@ int callTulip(Function function, Data& d, int n, std::initializer_list<const dou
 #define CLOSES d.bars.close.data
 #define SECOND d.second.data
 #define VOLUMES d.bars.volume.data
-#define TO(k) d.peer[k].get()
+#define TO(k) d.room[k].get()
