@@ -139,16 +139,18 @@ struct SlopeIntercept : Line {
   }
 };
 
-// Its value one bar behind the window.
+// Its value one bar behind the window: the mean and the slope's (period + 1) / 2 fold, collected by sums.
 struct Forecast : Line {
   using Corrected = CorrectedSums<Forecast>;
   static constexpr int kOutputs = 1;
+  double ahead, share;
 
-  using Line::Line;
+  explicit Forecast(double period) noexcept
+      : Line(period), ahead(perSpread * (half + 1.0)), share(perItem + half * ahead) {}
   template <typename Number, typename Items>
   QV_INLINE Group<Number, 1> finish(const Group<Number, 2>& sums, const Items& anchors, Number k,
                                     const Items&) const noexcept {
-    return {anchors[0] + (sums[0] * perItem + slope(sums, k) * (half + 1.0))};
+    return {anchors[0] + (sums[1] * ahead + sums[0] * (share - k * ahead))};
   }
 };
 

@@ -32,11 +32,12 @@ class Worst {
  public:
   // Every window that ends in an item whose number `step` divides.
   void over(const std::string& data, const Array& a, const Array& b, int p, int step) {
-    Array deviation, correlation, covariance, slope, intercept, error, fit;
+    Array deviation, correlation, covariance, slope, intercept, forecast, error, fit;
     ASSERT_EQ(qvStdDevMv(&a, &deviation, 0, p, 0), 0);
     ASSERT_EQ(qvCorCoefMv(&a, &b, &correlation, 1, p, 0), 0);
     ASSERT_EQ(qvCovarianceMv(&a, &b, &covariance, p, 0), 0);
     ASSERT_EQ(qvRegressionLineMv(&a, &slope, &intercept, p, 0, a.size - 1), 0);
+    ASSERT_EQ(qvLstSqrMA(&a, &forecast, p, 0), 0);
     ASSERT_EQ(qvStdErrMv(&a, &error, p, 0), 0);
     ASSERT_EQ(qvRSquared(&a, &fit, p, 0), 0);
     for (int i = p - 1; i < a.size; i += step) {
@@ -53,6 +54,8 @@ class Worst {
       note(data, "covariance", covariance[i], pair.products / (p - 1), together / (p - 1));
       note(data, "slope", slope[i], tilt, steepest);
       note(data, "intercept", intercept[i], line.meanA - tilt * line.meanB,
+           std::fabs(line.meanA) + steepest * line.meanB);
+      note(data, "forecast", forecast[i], line.meanA + tilt * (p + 1 - line.meanB),
            std::fabs(line.meanA) + steepest * line.meanB);
       note(data, "fit", fit[i], line.products * line.products / line.squaresA / line.squaresB, 1);
       if (residual > 1e-6L * line.squaresA)  // below, the input's own rounding is the error
