@@ -154,19 +154,26 @@ class MassIndex {
 class ForecastOscillator {
  public:
   static constexpr int kInputs = 1, kOutputs = 2;
+  static constexpr bool kWhole = true;
 
   ForecastOscillator(int period, int signalPeriod) noexcept
       : period_(period), signal_(period, signalPeriod) {}
   bool ok() const noexcept { return line_.ok(); }
   int lead() const noexcept { return period_; }
   void run(Inputs<1> in, int count, Outputs<2> out) noexcept {
-    Tile forecast;
-    line_.run(in, count, {forecast});
-    const double before = forecast_.take(forecast, count);
-    out[0][0] = missOf(in[0][0], before);
-    map(count - 1, out[0] + 1, missOf, in[0] + 1, forecast);
-    begin_.pass(count, out[0]);
-    signal_.run({out[0]}, count, {out[1]});
+    // Eight tiles at a time cut the window's blocks less often; what comes from memory waits for less by one.
+    double forecast[8 * kTile];
+    const int most = count > kNear ? kTile : 8 * kTile;
+    for (int at = 0, items; at < count; at += items) {
+      items = std::min(most, count - at);
+      const double* x = in[0] + at;
+      double *miss = out[0] + at, *signal = out[1] + at;
+      line_.run({x}, items, {forecast});
+      miss[0] = missOf(x[0], forecast_.take(forecast, items));
+      map(items - 1, miss + 1, missOf, x + 1, forecast);
+      begin_.pass(items, miss);
+      signal_.run({miss}, items, {signal});
+    }
   }
   template <typename V>
   void fields(V& v) noexcept {
