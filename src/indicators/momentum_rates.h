@@ -11,6 +11,20 @@ inline constexpr auto ratioOf = [](double x, double base) {
   return base != 0.0 ? ratio : 0.0;
 };
 
+// For Delay: to y, the rates of the items x.
+inline auto ratesTo(double* y, const double* x, double scale) noexcept {
+  const auto rateOf = [scale](double now, double before) {
+    const double rate = (now - before) / before * scale;
+    return before != 0.0 ? rate : 0.0;
+  };
+  return [=](int at, int items, const double* before) {
+    if (scale == 0.0)
+      map(items, y + at, changeOf, x + at, before);
+    else
+      map(items, y + at, rateOf, x + at, before);
+  };
+}
+
 namespace chain {
 
 // In parts of what stood p bars before, times `scale`; the plain difference where that is zero.
@@ -23,19 +37,10 @@ class RateOfChange {
   bool ok() const noexcept { return past_.ok(); }
   int lead() const noexcept { return past_.lead(); }
   void run(Inputs<1> in, int count, Outputs<1> out) noexcept {
-    const double *x = in[0], scale = scale_;
-    double* y = out[0];
-    const auto rateOf = [scale](double now, double before) {
-      const double rate = (now - before) / before * scale;
-      return before != 0.0 ? rate : 0.0;
-    };
-    const int none = past_.over(x, count, [=](int at, int items, const double* before) {
-      if (scale == 0.0)
-        map(items, y + at, changeOf, x + at, before);
-      else
-        map(items, y + at, rateOf, x + at, before);
-    });
-    std::fill_n(y, none, 0.0);
+    std::fill_n(out[0], past_.over(in[0], count, ratesTo(out[0], in[0], scale_)), 0.0);
+  }
+  void runAll(Inputs<1> in, int count, Outputs<1> out) noexcept {
+    std::fill_n(out[0], past_.overAll(in[0], count, ratesTo(out[0], in[0], scale_)), 0.0);
   }
   template <typename V>
   void fields(V& v) noexcept {

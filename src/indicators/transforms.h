@@ -53,32 +53,11 @@ class PerformancePct {
   bool begun_ = false;
 };
 
-// The change over p bars.
-class DiffValue {
+// The change over p bars; the first valid index is the period itself, wherever the values begin.
+class DiffValue : public Momentum {
  public:
-  static constexpr int kInputs = 1, kOutputs = 1;
-  static constexpr bool kWhole = true;
-
-  explicit DiffValue(int period) noexcept : past_(period) {}
-  bool ok() const noexcept { return past_.ok(); }
-  int lead() const noexcept { return past_.lead(); }
-  // The period itself, wherever the values begin.
-  int firstValid(int) const noexcept { return past_.lead(); }
-  void run(Inputs<1> in, int count, Outputs<1> out) noexcept {
-    const double* x = in[0];
-    double* y = out[0];
-    const int none = past_.over(x, count, [=](int at, int items, const double* before) {
-      map(items, y + at, changeOf, x + at, before);
-    });
-    std::fill_n(y, none, 0.0);
-  }
-  template <typename V>
-  void fields(V& v) noexcept {
-    v(past_);
-  }
-
- private:
-  Delay past_;
+  using Momentum::Momentum;
+  int firstValid(int) const noexcept { return lead(); }
 };
 
 // ---- Comparisons of two securities: date and close of both, the bars side by side -----------------------

@@ -14,6 +14,8 @@
 //   int lead() const, or lead(output)         items that pass before the first value: stages know theirs
 //   void run(Inputs<kInputs>, int count, Outputs<kOutputs>)
 //                                             0.0 for the items below the lead
+//   void runAll(in, count, out)               the same for a whole series, behind which nothing comes; left
+//                                             out where that saves nothing
 //   void fields(V&)                           what changes while it runs (kernels/state.h)
 //   void endShort(int items, Outputs<kOutputs> last) const
 //                                             what a series of so many items (0 and up), which ends below a
@@ -99,9 +101,12 @@ int runChain(Chain& chain, const Inputs<Chain::kInputs>& in, const Outputs<Chain
   constexpr bool kWhole = requires {
     Chain::kWhole;
   };
-  if (kWhole && s < n && in[0] != out[0])
-    chain.run(advanced(in, s), n - s, advanced(out, s));
-  else
+  if (kWhole && s < n && in[0] != out[0]) {
+    if constexpr (requires { chain.runAll(in, n, out); })
+      chain.runAll(advanced(in, s), n - s, advanced(out, s));
+    else
+      chain.run(advanced(in, s), n - s, advanced(out, s));
+  } else {
     overTiles(s, n, [&](int at, int count) {
       if constexpr (requires { Chain::kInPlace; }) {
         static_assert(kWhole);  // so that the input is the output here
@@ -112,6 +117,7 @@ int runChain(Chain& chain, const Inputs<Chain::kInputs>& in, const Outputs<Chain
         chain.run(advanced(in, at), count, advanced(out, at));
       }
     });
+  }
   if (!isOk(chain)) return QV_MALLOC;
   if constexpr (requires { chain.endShort(0, out); }) {
     const int items = std::max(0, n - s);

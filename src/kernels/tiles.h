@@ -172,6 +172,12 @@ class Delay {
     }
     return none;
   }
+  // The same for a whole series, behind which nothing comes: nothing is kept.
+  template <typename Body>
+  int overAll(const double* x, int count, Body body) const noexcept {
+    if (lag_ < count) body(lag_, count - lag_, x);
+    return std::min(lag_, count);
+  }
   void run(Inputs<1> in, int count, Outputs<1> out) noexcept {
     const int none = over(in[0], count, [y = out[0]](int at, int items, const double* before) {
       std::copy_n(before, items, y + at);
