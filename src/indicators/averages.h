@@ -62,7 +62,6 @@ class TriangularMA {
 
   explicit TriangularMA(int period) noexcept
       : means_(period - period / 2), meansOfMeans_(means_.lead(), period / 2 + 1) {}
-  bool ok() const noexcept { return means_.ok() && meansOfMeans_.ok(); }
   int lead() const noexcept { return meansOfMeans_.lead(); }
   void run(Inputs<1> in, int count, Outputs<1> out) noexcept {
     Tile means;
@@ -70,10 +69,7 @@ class TriangularMA {
     meansOfMeans_.run({means}, count, out);
   }
   void endShort(int items, Outputs<1> last) const noexcept { meansOfMeans_.endShort(items, last); }
-  template <typename V>
-  void fields(V& v) noexcept {
-    v(means_, meansOfMeans_);
-  }
+  auto state() noexcept { return std::tie(means_, meansOfMeans_); }
 
  private:
   SimpleMA means_;
@@ -102,10 +98,7 @@ class MovingAverage {
     };
     std::visit(end, average_);
   }
-  template <typename V>
-  void fields(V& v) noexcept {
-    v(average_);
-  }
+  auto state() noexcept { return std::tie(average_); }
 
  private:
   using Any =
@@ -131,7 +124,7 @@ class TwoAverages {
         first_(method, p1),
         second_(method, p2),
         secondOfFirst_(p1) {}
-  bool ok() const noexcept { return first_.ok() && (doubles_ ? secondOfFirst_.ok() : second_.ok()); }
+  bool ok() const noexcept { return isOk(first_) && (doubles_ ? isOk(secondOfFirst_) : isOk(second_)); }
   int lead() const noexcept { return std::max(first_.lead(), second_.lead()); }
   void run(Inputs<1> in, int count, Outputs<2> out) noexcept {
     first_.run(in, count, {out[0]});

@@ -20,7 +20,6 @@ class VIDYA {
         seed_(first_ - 1),
         share_(shareOf(period)),
         momentum_(momentumPeriod) {}
-  bool ok() const noexcept { return momentum_.ok(); }
   int lead() const noexcept { return first_; }
   void run(Inputs<1> in, int count, Outputs<1> out) noexcept {
     const double* x = in[0];
@@ -39,10 +38,7 @@ class VIDYA {
     for (; i < count; ++i) y[i] = average = shares[i] * x[i] + (1.0 - shares[i]) * average;
     average_ = average;
   }
-  template <typename V>
-  void fields(V& v) noexcept {
-    v(seed_, momentum_, average_, begun_);
-  }
+  auto state() noexcept { return std::tie(seed_, momentum_, average_, begun_); }
 
  private:
   int first_;

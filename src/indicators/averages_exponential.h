@@ -40,10 +40,7 @@ class ExponentialPair {
         x, count, [&](int at, int items) { first_.apart(second_, x + at, items, out + at, origin_.value()); },
         first_, second_);
   }
-  template <typename V>
-  void fields(V& v) noexcept {
-    v(origin_, first_, second_);
-  }
+  auto state() noexcept { return std::tie(origin_, first_, second_); }
 
  private:
   Origin origin_;
@@ -61,10 +58,7 @@ class ExpMA {
   explicit ExpMA(double period) noexcept : average_(shareOf(period)) {}
   int lead() const noexcept { return 0; }
   void run(Inputs<1> in, int count, Outputs<1> out) noexcept { average_.run(in, count, out); }
-  template <typename V>
-  void fields(V& v) noexcept {
-    v(average_);
-  }
+  auto state() noexcept { return std::tie(average_); }
 
  private:
   Exponential average_;
@@ -89,10 +83,7 @@ class AveragesInTurn {
         },
         averages_);
   }
-  template <typename V>
-  void fields(V& v) noexcept {
-    v(origin_, averages_);
-  }
+  auto state() noexcept { return std::tie(origin_, averages_); }
 
  private:
   Origin origin_;
@@ -162,7 +153,6 @@ class ZeroLagExpMA {
 
   explicit ZeroLagExpMA(double period) noexcept
       : lag_(truncatedInt(std::max(1.0, (period - 1.0) / 2.0))), average_(lag_.lead() - 1, shareOf(period)) {}
-  bool ok() const noexcept { return lag_.ok(); }
   int lead() const noexcept { return average_.lead(); }
   void run(Inputs<1> in, int count, Outputs<1> out) noexcept {
     const double* x = in[0];
@@ -180,10 +170,7 @@ class ZeroLagExpMA {
       average_.run({ahead}, items, {out[0] + at});
     }
   }
-  template <typename V>
-  void fields(V& v) noexcept {
-    v(lag_, average_, seed_, begun_);
-  }
+  auto state() noexcept { return std::tie(lag_, average_, seed_, begun_); }
 
  private:
   Delay lag_;
@@ -205,10 +192,7 @@ class WellesMA {
   void endShort(int items, Outputs<1> last) const noexcept {
     if (items > 0) *last[0] = average_.sumSoFar() / period_;
   }
-  template <typename V>
-  void fields(V& v) noexcept {
-    v(average_);
-  }
+  auto state() noexcept { return std::tie(average_); }
 
  private:
   int period_;
@@ -227,10 +211,7 @@ class WellesSum {
   void endShort(int items, Outputs<1> last) const noexcept {
     if (items > 0) *last[0] = sum_.sumSoFar();
   }
-  template <typename V>
-  void fields(V& v) noexcept {
-    v(sum_);
-  }
+  auto state() noexcept { return std::tie(sum_); }
 
  private:
   WilderSum sum_;

@@ -16,7 +16,7 @@ int rangeMiddle(const QvBars& bars, int q, int n, double* middle) noexcept {
   overTiles(0, n, [&](int at, int count) {
     window.run(bars.high.data + at, bars.low.data + at, count, middle + at);
   });
-  return window.ok() ? QV_OK : QV_MALLOC;
+  return isOk(window) ? QV_OK : QV_MALLOC;
 }
 
 // Stores v at index i when the output has room there: the leading spans run ahead of the last bar.

@@ -31,7 +31,6 @@ class Bollinger {
 
   Bollinger(double k, int period) noexcept
       : period_(period), window_(period, {k, static_cast<double>(period)}) {}
-  bool ok() const noexcept { return window_.ok(); }
   int lead() const noexcept { return window_.lead(); }
   void run(Inputs<3> in, int count, Outputs<3> out) noexcept {
     Tile typical;
@@ -42,10 +41,7 @@ class Bollinger {
     const auto items = window_.itemsSoFar();
     *last[1] = std::accumulate(items.rbegin(), items.rend(), 0.0) / period_;
   }
-  template <typename V>
-  void fields(V& v) noexcept {
-    v(window_);
-  }
+  auto state() noexcept { return std::tie(window_); }
 
  private:
   int period_;
@@ -59,7 +55,6 @@ class BollingerWidth {
 
   BollingerWidth(double k, int period) noexcept
       : k_(k), window_(period, {static_cast<double>(period), false}), begin_(window_.lead()) {}
-  bool ok() const noexcept { return window_.ok(); }
   int lead() const noexcept { return window_.lead(); }
   void run(Inputs<3> in, int count, Outputs<1> out) noexcept {
     Tile typical;
@@ -69,10 +64,7 @@ class BollingerWidth {
         count, out[0], [k = k_](double deviation) { return 2.0 * k * deviation; }, out[0]);
     begin_.pass(count, out[0]);
   }
-  template <typename V>
-  void fields(V& v) noexcept {
-    v(window_, begin_);
-  }
+  auto state() noexcept { return std::tie(window_, begin_); }
 
  private:
   double k_;
@@ -91,8 +83,7 @@ class Envelope {
     map(count, out[0], BandAbove{k_}, in[1], in[0]);
     map(count, out[1], BandBelow{k_}, in[1], in[0]);
   }
-  template <typename V>
-  void fields(V&) noexcept {}
+  static std::tuple<> state() noexcept { return {}; }
 
  private:
   double k_;
@@ -106,8 +97,7 @@ class EnvelopePct {
   explicit EnvelopePct(double k) noexcept : bands_(k) {}
   int lead() const noexcept { return 0; }
   void run(Inputs<1> in, int count, Outputs<2> out) noexcept { bands_.run({in[0], in[0]}, count, out); }
-  template <typename V>
-  void fields(V&) noexcept {}
+  static std::tuple<> state() noexcept { return {}; }
 
  private:
   Envelope bands_;
@@ -119,17 +109,13 @@ class MAEnvelope {
 
   MAEnvelope(double k, int method, int period) noexcept
       : average_(method, period), bands_(average_.lead(), k) {}
-  bool ok() const noexcept { return average_.ok(); }
   int lead() const noexcept { return bands_.lead(); }
   void run(Inputs<1> in, int count, Outputs<2> out) noexcept {
     Tile average;
     average_.run(in, count, {average});
     bands_.run({average}, count, out);
   }
-  template <typename V>
-  void fields(V& v) noexcept {
-    v(average_, bands_);
-  }
+  auto state() noexcept { return std::tie(average_, bands_); }
 
  private:
   MovingAverage average_;
@@ -143,16 +129,12 @@ class MAHighLow {
   static constexpr int kInputs = 2, kOutputs = 2;
 
   MAHighLow(int method, int period) noexcept : high_(method, period), low_(method, period) {}
-  bool ok() const noexcept { return high_.ok() && low_.ok(); }
   int lead() const noexcept { return high_.lead(); }
   void run(Inputs<2> in, int count, Outputs<2> out) noexcept {
     high_.run({in[0]}, count, {out[0]});
     low_.run({in[1]}, count, {out[1]});
   }
-  template <typename V>
-  void fields(V& v) noexcept {
-    v(high_, low_);
-  }
+  auto state() noexcept { return std::tie(high_, low_); }
 
  private:
   MovingAverage high_, low_;
@@ -165,7 +147,6 @@ class PriceChannels {
   static constexpr int kInputs = 4, kOutputs = 2;
 
   explicit PriceChannels(int period) noexcept : window_(period) {}
-  bool ok() const noexcept { return window_.ok(); }
   int lead() const noexcept { return saturatingSum(window_.lead(), 1); }
   void run(Inputs<4> in, int count, Outputs<2> out) noexcept {
     Tile highest, lowest;
@@ -173,10 +154,7 @@ class PriceChannels {
     oneOn(highest, count, highestBefore_, out[0]);
     oneOn(lowest, count, lowestBefore_, out[1]);
   }
-  template <typename V>
-  void fields(V& v) noexcept {
-    v(window_, highestBefore_, lowestBefore_);
-  }
+  auto state() noexcept { return std::tie(window_, highestBefore_, lowestBefore_); }
 
  private:
   static void oneOn(const double* x, int count, Before& before, double* out) noexcept {
@@ -192,7 +170,6 @@ class PriceChannels {
 class RangeMiddle {
  public:
   explicit RangeMiddle(int period) noexcept : window_(period), partial_(period - 1) {}
-  bool ok() const noexcept { return window_.ok(); }
   void run(const double* high, const double* low, int count, double* out) noexcept {
     Tile lowest;
     const int first = partial_.pass(count);
@@ -207,10 +184,7 @@ class RangeMiddle {
     map(
         count, out, [](double most, double least) { return (most + least) / 2.0; }, out, lowest);
   }
-  template <typename V>
-  void fields(V& v) noexcept {
-    v(window_, partial_);
-  }
+  auto state() noexcept { return std::tie(window_, partial_); }
 
  private:
   Sliding<HighestLowest> window_;
@@ -240,9 +214,6 @@ class IchimokuKinkoHyo {
     return std::max(0, saturatingSum(start, std::max(p1, p2), -2));
   }
   static int spanBFrom(int p3, int start) noexcept { return std::max(0, saturatingSum(start, p3, -2)); }
-  bool ok() const noexcept {
-    return middles_[0].ok() && middles_[1].ok() && middles_[2].ok() && later_[0].ok() && later_[1].ok();
-  }
   int lead(int output) const noexcept { return first_[static_cast<std::size_t>(output)]; }
   void run(Inputs<2> in, int count, Outputs<5> out) noexcept {
     const auto [conversion, base, spanA, spanB, lagging] = out;
@@ -260,10 +231,7 @@ class IchimokuKinkoHyo {
     later_[1].run({longest}, count, {spanB});
     std::fill_n(lagging, count, 0.0);
   }
-  template <typename V>
-  void fields(V& v) noexcept {
-    v(middles_, begins_, later_);
-  }
+  auto state() noexcept { return std::tie(middles_, begins_, later_); }
 
  private:
   std::array<int, 5> first_;
@@ -279,7 +247,6 @@ class StdErrBands {
 
   StdErrBands(double k, int period, int after = 0) noexcept
       : k_(k), line_(period), error_(after, period), begin_(error_.lead()) {}
-  bool ok() const noexcept { return line_.ok() && error_.ok(); }
   int lead(int output) const noexcept { return output == 1 ? line_.lead() : error_.lead(); }
   void run(Inputs<1> in, int count, Outputs<3> out) noexcept {
     Tile error;
@@ -289,10 +256,7 @@ class StdErrBands {
     map(count, out[2], BandBelow{k_}, error, out[1]);
     begin_.pass(count, out[0], out[2]);
   }
-  template <typename V>
-  void fields(V& v) noexcept {
-    v(line_, error_, begin_);
-  }
+  auto state() noexcept { return std::tie(line_, error_, begin_); }
 
  private:
   double k_;

@@ -96,16 +96,12 @@ class ProjectionBands {
 
   explicit ProjectionBands(int period, int highsAfter = 0, int lowsAfter = 0) noexcept
       : upper_(1.0, period, highsAfter), lower_(-1.0, period, lowsAfter) {}
-  bool ok() const noexcept { return upper_.ok() && lower_.ok(); }
   int lead() const noexcept { return upper_.extreme.lead(); }
   void run(Inputs<2> in, int count, Outputs<2> out) noexcept {
     upper_.run(in[0], count, out[0]);
     lower_.run(in[1], count, out[1]);
   }
-  template <typename V>
-  void fields(V& v) noexcept {
-    v(upper_, lower_);
-  }
+  auto state() noexcept { return std::tie(upper_, lower_); }
 
  private:
   struct Band {
@@ -114,16 +110,12 @@ class ProjectionBands {
 
     Band(double sign, int period, int after) noexcept
         : line(after, period, SlopeIntercept(period)), extreme(period - 1, sign, period) {}
-    bool ok() const noexcept { return line.ok() && extreme.ok(); }
     void run(const double* y, int count, double* out) noexcept {
       Tile slope, intercept;
       line.run({y}, count, {slope, intercept});
       extreme.run({y, slope}, count, {out});
     }
-    template <typename V>
-    void fields(V& v) noexcept {
-      v(line, extreme);
-    }
+    auto state() noexcept { return std::tie(line, extreme); }
   };
   Band upper_, lower_;
 };
@@ -136,7 +128,6 @@ class ProjectionBandwidth {
 
   explicit ProjectionBandwidth(int period, int highsAfter = 0, int lowsAfter = 0) noexcept
       : bands_(period, highsAfter, lowsAfter), begin_(bands_.lead()) {}
-  bool ok() const noexcept { return bands_.ok(); }
   int lead() const noexcept { return bands_.lead(); }
   void run(Inputs<2> in, int count, Outputs<1> out) noexcept {
     const auto widthOf = [](double upper, double lower) { return 200.0 * (upper - lower) / (upper + lower); };
@@ -145,10 +136,7 @@ class ProjectionBandwidth {
     map(count, out[0], widthOf, upper, lower);
     begin_.pass(count, out[0]);
   }
-  template <typename V>
-  void fields(V& v) noexcept {
-    v(bands_, begin_);
-  }
+  auto state() noexcept { return std::tie(bands_, begin_); }
 
  private:
   ProjectionBands bands_;
@@ -166,7 +154,6 @@ class ProjectionOscillator {
         bands_(period, highsAfter, lowsAfter),
         begin_(bands_.lead()),
         average_(bands_.lead(), std::max(1, smoothing)) {}
-  bool ok() const noexcept { return bands_.ok(); }
   int lead() const noexcept { return bands_.lead(); }
   void run(Inputs<3> in, int count, Outputs<1> out) noexcept {
     const auto positionOf = [](double close, double upper, double lower) {
@@ -180,10 +167,7 @@ class ProjectionOscillator {
     std::copy_n(position, count, out[0]);
     begin_.pass(count, out[0]);
   }
-  template <typename V>
-  void fields(V& v) noexcept {
-    v(bands_, begin_, average_);
-  }
+  auto state() noexcept { return std::tie(bands_, begin_, average_); }
 
  private:
   int smoothing_;

@@ -28,7 +28,6 @@ class BOP {
 
   BOP(bool before, int method, int period)
   noexcept : first_(saturatingSum(before, period)), average_(before, method, period) {}
-  bool ok() const noexcept { return average_.ok(); }
   int lead() const noexcept { return first_; }
   void run(Inputs<4> in, int count, Outputs<1> out) noexcept {
     const double *open = in[0], *high = in[1], *low = in[2], *close = in[3];
@@ -41,10 +40,7 @@ class BOP {
     average_.run({power}, count, out);
   }
   void endShort(int items, Outputs<1> last) const noexcept { average_.endShort(items, last); }
-  template <typename V>
-  void fields(V& v) noexcept {
-    v(isFirst_, open_, average_);
-  }
+  auto state() noexcept { return std::tie(isFirst_, open_, average_); }
 
  private:
   int first_;
@@ -65,10 +61,7 @@ class Qstick {
     map(count, bodies, bodyOf, in[1], in[0]);
     average_.run({bodies}, count, out);
   }
-  template <typename V>
-  void fields(V& v) noexcept {
-    v(average_);
-  }
+  auto state() noexcept { return std::tie(average_); }
 
  private:
   ExpMA average_;
@@ -81,7 +74,6 @@ class IMI {
   static constexpr int kInputs = 2, kOutputs = 1;
 
   explicit IMI(int period) noexcept : sums_(period) {}
-  bool ok() const noexcept { return sums_.ok(); }
   int lead() const noexcept { return sums_.lead(); }
   void run(Inputs<2> in, int count, Outputs<1> out) noexcept {
     Tile whites, blacks, white, black;
@@ -96,10 +88,7 @@ class IMI {
       *last[0] = strengthOf(std::accumulate(white.begin(), white.end(), 0.0),
                             std::accumulate(black.begin(), black.end(), 0.0));
   }
-  template <typename V>
-  void fields(V& v) noexcept {
-    v(sums_);
-  }
+  auto state() noexcept { return std::tie(sums_); }
 
  private:
   Sliding<Sums<2>> sums_;
@@ -113,7 +102,6 @@ class MassIndex {
   static constexpr int kInputs = 2, kOutputs = 1;
 
   explicit MassIndex(int period) noexcept : sum_(1, period) {}
-  bool ok() const noexcept { return sum_.ok(); }
   int lead() const noexcept { return sum_.lead(); }
   void run(Inputs<2> in, int count, Outputs<1> out) noexcept {
     Tile once, twiceSmoothed;
@@ -126,10 +114,7 @@ class MassIndex {
     sum_.run({once}, count, out);
   }
   void endShort(int items, Outputs<1> last) const noexcept { sum_.endShort(items, last); }
-  template <typename V>
-  void fields(V& v) noexcept {
-    v(first_, second_, begun_, sum_);
-  }
+  auto state() noexcept { return std::tie(first_, second_, begun_, sum_); }
 
  private:
   static constexpr double kShare = 0.2;
@@ -158,7 +143,6 @@ class ForecastOscillator {
 
   ForecastOscillator(int period, int signalPeriod) noexcept
       : period_(period), signal_(period, signalPeriod) {}
-  bool ok() const noexcept { return line_.ok(); }
   int lead() const noexcept { return period_; }
   void run(Inputs<1> in, int count, Outputs<2> out) noexcept {
     // Eight tiles at a time cut the window's blocks less often; what comes from memory waits for less by one.
@@ -175,10 +159,7 @@ class ForecastOscillator {
       signal_.run({miss}, items, {signal});
     }
   }
-  template <typename V>
-  void fields(V& v) noexcept {
-    v(line_, forecast_, begin_, signal_);
-  }
+  auto state() noexcept { return std::tie(line_, forecast_, begin_, signal_); }
 
  private:
   static constexpr auto missOf = [](double x, double forecast) { return (x - forecast) * 100.0 / x; };

@@ -76,7 +76,6 @@ class AveragedOfEachBar {
   static constexpr int kInputs = 2, kOutputs = 1;
 
   explicit AveragedOfEachBar(int period) noexcept : average_(period) {}
-  bool ok() const noexcept { return isOk(average_); }
   int lead() const noexcept { return average_.lead(); }
   void run(Inputs<2> in, int count, Outputs<1> out) noexcept {
     Tile values;
@@ -87,10 +86,7 @@ class AveragedOfEachBar {
     a.endShort(items, last);
   }
   { average_.endShort(items, last); }
-  template <typename V>
-  void fields(V& v) noexcept {
-    v(average_);
-  }
+  auto state() noexcept { return std::tie(average_); }
 
  private:
   Average average_;
@@ -115,10 +111,7 @@ class CVI {
     map(count, out[0], NetOf{}, in[0], in[1]);
     sum_.run({out[0]}, count, out);
   }
-  template <typename V>
-  void fields(V& v) noexcept {
-    v(sum_);
-  }
+  auto state() noexcept { return std::tie(sum_); }
 
  private:
   Total sum_;
@@ -145,7 +138,6 @@ class BretzTRIN5 {
  public:
   static constexpr int kInputs = 4, kOutputs = 1;
 
-  bool ok() const noexcept { return sum_.ok(); }
   int lead() const noexcept { return sum_.lead(); }
   void run(Inputs<4> in, int count, Outputs<1> out) noexcept {
     Tile index;
@@ -153,10 +145,7 @@ class BretzTRIN5 {
     sum_.run({index}, count, out);
   }
   void endShort(int items, Outputs<1> last) const noexcept { sum_.endShort(items, last); }
-  template <typename V>
-  void fields(V& v) noexcept {
-    v(sum_);
-  }
+  auto state() noexcept { return std::tie(sum_); }
 
  private:
   TRIN index_;
@@ -168,7 +157,6 @@ class Open10TRIN {
  public:
   static constexpr int kInputs = 4, kOutputs = 1;
 
-  bool ok() const noexcept { return sums_.ok(); }
   int lead() const noexcept { return sums_.lead(); }
   void run(Inputs<4> in, int count, Outputs<1> out) noexcept {
     Tile adv, dec, advVol, decVol;
@@ -184,10 +172,7 @@ class Open10TRIN {
     };
     *last[0] = openIndexOf(sum(0), sum(1), sum(2), sum(3));
   }
-  template <typename V>
-  void fields(V& v) noexcept {
-    v(sums_, begin_);
-  }
+  auto state() noexcept { return std::tie(sums_, begin_); }
 
  private:
   static constexpr int kPeriod = 10;
@@ -206,10 +191,7 @@ class BoltonTremblay {
     begin_.pass(count, out[0]);
     sum_.run({out[0]}, count, out);
   }
-  template <typename V>
-  void fields(V& v) noexcept {
-    v(begin_, sum_);
-  }
+  auto state() noexcept { return std::tie(begin_, sum_); }
 
  private:
   Lead begin_{1};
@@ -228,10 +210,7 @@ class McClellanOscillator {
     map(count, net, NetOf{}, in[0], in[1]);
     averages_.apart(net, count, out[0]);
   }
-  template <typename V>
-  void fields(V& v) noexcept {
-    v(averages_);
-  }
+  auto state() noexcept { return std::tie(averages_); }
 
  private:
   ExponentialPair averages_;
@@ -247,10 +226,7 @@ class McClellanSummation {
     oscillator_.run(in, count, out);
     sum_.run({out[0]}, count, out);
   }
-  template <typename V>
-  void fields(V& v) noexcept {
-    v(oscillator_, sum_);
-  }
+  auto state() noexcept { return std::tie(oscillator_, sum_); }
 
  private:
   McClellanOscillator oscillator_;
@@ -268,10 +244,7 @@ class McClellanOscSum {
     oscillator_.run(in, count, {out[0]});
     sum_.run({out[0]}, count, {out[1]});
   }
-  template <typename V>
-  void fields(V& v) noexcept {
-    v(oscillator_, sum_);
-  }
+  auto state() noexcept { return std::tie(oscillator_, sum_); }
 
  private:
   McClellanOscillator oscillator_;

@@ -29,7 +29,6 @@ class PsychologyLine {
 
   explicit PsychologyLine(int period) noexcept
       : period_(period), rises_(1, period), begin_(saturatingSum(period, 1)) {}
-  bool ok() const noexcept { return rises_.ok(); }
   int lead() const noexcept { return rises_.lead(); }
   void run(Inputs<1> in, int count, Outputs<1> out) noexcept {
     const double* x = in[0];
@@ -42,10 +41,7 @@ class PsychologyLine {
         count, out[0], [p = period_](double rising) { return rising / p * 100.0; }, out[0]);
     begin_.pass(count, out[0]);
   }
-  template <typename V>
-  void fields(V& v) noexcept {
-    v(before_, rises_, begin_);
-  }
+  auto state() noexcept { return std::tie(before_, rises_, begin_); }
 
  private:
   int period_;
@@ -67,10 +63,7 @@ class WilliamsAD {
     map(count - 1, flow + 1, williamsFlowOf, close + 1, high + 1, low + 1, close);
     total_.run({flow}, count, out);
   }
-  template <typename V>
-  void fields(V& v) noexcept {
-    v(before_, total_);
-  }
+  auto state() noexcept { return std::tie(before_, total_); }
 
  private:
   Before before_;
@@ -90,10 +83,7 @@ class PVrank {
     map(count - 1, out[0] + 1, rankOf, close + 1, volume + 1, close, volume);
     begin_.pass(count, out[0]);
   }
-  template <typename V>
-  void fields(V& v) noexcept {
-    v(close_, volume_, begin_);
-  }
+  auto state() noexcept { return std::tie(close_, volume_, begin_); }
 
  private:
   Before close_, volume_;
@@ -105,7 +95,6 @@ class LineOsc {
   static constexpr int kInputs = 2, kOutputs = 1;
 
   explicit LineOsc(int period) noexcept : means_(period, Means<2>(period)) {}
-  bool ok() const noexcept { return means_.ok(); }
   int lead() const noexcept { return means_.lead(); }
   void run(Inputs<2> in, int count, Outputs<1> out) noexcept {
     Tile a, b;
@@ -113,10 +102,7 @@ class LineOsc {
     map(
         count, out[0], [](double first, double second) { return first - second; }, a, b);
   }
-  template <typename V>
-  void fields(V& v) noexcept {
-    v(means_);
-  }
+  auto state() noexcept { return std::tie(means_); }
 
  private:
   Sliding<Means<2>> means_;
@@ -128,7 +114,6 @@ class NMO {
   static constexpr int kInputs = 1, kOutputs = 1;
 
   explicit NMO(int period) noexcept : rsi_(period), begin_(rsi_.lead()) {}
-  bool ok() const noexcept { return rsi_.ok(); }
   int lead() const noexcept { return rsi_.lead(); }
   void run(Inputs<1> in, int count, Outputs<1> out) noexcept {
     rsi_.run(in, count, out);
@@ -138,10 +123,7 @@ class NMO {
   void endShort(int items, Outputs<1> last) const noexcept { rsi_.endShort(items, last); }
 
   static constexpr auto balanced = [](double strength) { return 2.0 * strength - 100.0; };
-  template <typename V>
-  void fields(V& v) noexcept {
-    v(rsi_, begin_);
-  }
+  auto state() noexcept { return std::tie(rsi_, begin_); }
 
  private:
   RSI rsi_;

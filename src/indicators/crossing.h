@@ -32,10 +32,7 @@ class CrossOverFill {
     out[0][0] = crossingOf(a[0], b[0], aBefore, bBefore);
     map(count - 1, out[0] + 1, crossingOf, a + 1, b + 1, a, b);
   }
-  template <typename V>
-  void fields(V& v) noexcept {
-    v(a_, b_);
-  }
+  auto state() noexcept { return std::tie(a_, b_); }
 
  private:
   Before a_, b_;

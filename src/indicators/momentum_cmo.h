@@ -14,7 +14,6 @@ class CMO {
   static constexpr int kInputs = 1, kOutputs = 1;
 
   explicit CMO(int period) noexcept : balance_(1, period) {}
-  bool ok() const noexcept { return balance_.ok(); }
   int lead() const noexcept { return balance_.lead(); }
   void run(Inputs<1> in, int count, Outputs<1> out) noexcept {
     const double* x = in[0];
@@ -23,10 +22,7 @@ class CMO {
     map(count - 1, moves + 1, changeOf, x + 1, x);
     balance_.run({moves}, count, out);
   }
-  template <typename V>
-  void fields(V& v) noexcept {
-    v(before_, balance_);
-  }
+  auto state() noexcept { return std::tie(before_, balance_); }
 
  private:
   Before before_;

@@ -82,7 +82,7 @@ int QVCALL qvDPO(const QvArray* in, QvArray* out, int p, int start) noexcept {
           [more](double price, double average) { return price - (average + more); }, x + (at + from - shift),
           mean + from);
     });
-    if (!window.ok()) return QV_MALLOC;
+    if (!isOk(window)) return QV_MALLOC;
   }
   out->size = n - shift;
   qvSetFirstValid(out, std::max(0, saturatingSum(f, p, -shift, -1)));

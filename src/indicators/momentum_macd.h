@@ -20,7 +20,6 @@ class AveragePair {
  public:
   AveragePair(int method, int p1, int p2) noexcept
       : exponential_(method == 0), pair_(shareOf(p1), shareOf(p2)), averages_(method, p1, p2) {}
-  bool ok() const noexcept { return averages_.ok(); }
   int lead() const noexcept { return averages_.lead(); }
   // body(at, items, from, first, second): pieces of the averages, both less `from`.
   template <typename Body>
@@ -37,10 +36,7 @@ class AveragePair {
       map(items, out + at, std::minus<>{}, first, second);
     });
   }
-  template <typename V>
-  void fields(V& v) noexcept {
-    v(pair_, averages_);
-  }
+  auto state() noexcept { return std::tie(pair_, averages_); }
 
  private:
   bool exponential_;
@@ -62,10 +58,7 @@ class MACD {
     begin_.pass(count, out[0]);
     signal_.run({out[0]}, count, {out[1]});
   }
-  template <typename V>
-  void fields(V& v) noexcept {
-    v(averages_, signal_, begin_);
-  }
+  auto state() noexcept { return std::tie(averages_, signal_, begin_); }
 
  private:
   ExponentialPair averages_;
@@ -97,10 +90,7 @@ class MACDx {
     const int none = noCrossing_.pass(count);
     std::fill_n(cross, none, 0.0);
   }
-  template <typename V>
-  void fields(V& v) noexcept {
-    v(averages_, signal_, macd_, signalLine_, noCrossing_);
-  }
+  auto state() noexcept { return std::tie(averages_, signal_, macd_, signalLine_, noCrossing_); }
 
  private:
   ExponentialPair averages_;
@@ -143,7 +133,6 @@ class OfAverages {
       : averages_(method, p1, p2),
         lead_(std::max(averages_.lead(), std::max(p1, p2) - 1 - late)),
         missing_(lead_) {}
-  bool ok() const noexcept { return averages_.ok(); }
   int lead() const noexcept { return lead_; }
   void run(Inputs<1> in, int count, Outputs<1> out) noexcept {
     if constexpr (kPercent)
@@ -157,10 +146,7 @@ class OfAverages {
       averages_.apart(in[0], count, out[0]);
     missing_.pass(count, out[0]);
   }
-  template <typename V>
-  void fields(V& v) noexcept {
-    v(averages_, missing_);
-  }
+  auto state() noexcept { return std::tie(averages_, missing_); }
 
  private:
   AveragePair averages_;

@@ -34,7 +34,6 @@ class RateOfChange {
   static constexpr bool kWhole = true;
 
   RateOfChange(double scale, int period) noexcept : scale_(scale), past_(period) {}
-  bool ok() const noexcept { return past_.ok(); }
   int lead() const noexcept { return past_.lead(); }
   void run(Inputs<1> in, int count, Outputs<1> out) noexcept {
     std::fill_n(out[0], past_.over(in[0], count, ratesTo(out[0], in[0], scale_)), 0.0);
@@ -42,10 +41,7 @@ class RateOfChange {
   void runAll(Inputs<1> in, int count, Outputs<1> out) noexcept {
     std::fill_n(out[0], past_.overAll(in[0], count, ratesTo(out[0], in[0], scale_)), 0.0);
   }
-  template <typename V>
-  void fields(V& v) noexcept {
-    v(past_);
-  }
+  auto state() noexcept { return std::tie(past_); }
 
  private:
   double scale_;

@@ -27,10 +27,7 @@ class Strength {
     map(count, out, strengthOf, rises, falls);
   }
   double soFar() const noexcept { return strengthOf(up_.sumSoFar(), down_.sumSoFar()); }
-  template <typename V>
-  void fields(V& v) noexcept {
-    v(up_, down_);
-  }
+  auto state() noexcept { return std::tie(up_, down_); }
 
  private:
   WilderSum up_, down_;
@@ -44,7 +41,6 @@ class RMI {
   static constexpr int kInputs = 1, kOutputs = 1;
 
   RMI(int period, int momentum) noexcept : momentum_(momentum), strength_(period) {}
-  bool ok() const noexcept { return momentum_.ok(); }
   int lead() const noexcept { return saturatingSum(momentum_.lead(), strength_.lead()); }
   void run(Inputs<1> in, int count, Outputs<1> out) noexcept {
     const double* x = in[0];
@@ -59,10 +55,7 @@ class RMI {
   void endShort(int items, Outputs<1> last) const noexcept {
     if (items > momentum_.lead()) *last[0] = strength_.soFar();
   }
-  template <typename V>
-  void fields(V& v) noexcept {
-    v(momentum_, strength_);
-  }
+  auto state() noexcept { return std::tie(momentum_, strength_); }
 
  private:
   Delay momentum_;
@@ -80,17 +73,13 @@ class StochRSI {
   static constexpr int kInputs = 1, kOutputs = 1;
 
   explicit StochRSI(int period) noexcept : rsi_(period), percent_(rsi_.lead(), period) {}
-  bool ok() const noexcept { return rsi_.ok() && percent_.ok(); }
   int lead() const noexcept { return percent_.lead(); }
   void run(Inputs<1> in, int count, Outputs<1> out) noexcept {
     Tile strength;
     rsi_.run(in, count, {strength});
     percent_.run({strength, strength, strength}, count, out);
   }
-  template <typename V>
-  void fields(V& v) noexcept {
-    v(rsi_, percent_);
-  }
+  auto state() noexcept { return std::tie(rsi_, percent_); }
 
  private:
   RSI rsi_;
@@ -116,10 +105,7 @@ class AverageMove {
   void endShort(int items, Outputs<1> last) const noexcept {
     if (items > 1) *last[0] = average_.stage().sumSoFar() / (items - 1);
   }
-  template <typename V>
-  void fields(V& v) noexcept {
-    v(before_, average_);
-  }
+  auto state() noexcept { return std::tie(before_, average_); }
 
  private:
   Before before_;

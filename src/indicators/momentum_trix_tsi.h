@@ -23,20 +23,14 @@ class TRIX {
     if (!begun_) out[0][0] = 0.0;
     begun_ = true;
   }
-  template <typename V>
-  void fields(V& v) noexcept {
-    v(origin_, average_, before_, begun_);
-  }
+  auto state() noexcept { return std::tie(origin_, average_, before_, begun_); }
 
  private:
   // The distance of the bar before, which goes with its origin.
   struct Level {
     double value = 0.0;
     void shift(double more) noexcept { value += more; }
-    template <typename V>
-    void fields(V& v) noexcept {
-      v(value);
-    }
+    auto state() noexcept { return std::tie(value); }
   };
 
   void relative(const double* x, int count, double* out) noexcept {
@@ -76,10 +70,7 @@ class TSI {
     sizes2_.run({sizes}, count, {sizes});
     map(count, out[0], ratioOf, moves, sizes);
   }
-  template <typename V>
-  void fields(V& v) noexcept {
-    v(before_, moves_, moves2_, sizes_, sizes2_);
-  }
+  auto state() noexcept { return std::tie(before_, moves_, moves2_, sizes_, sizes2_); }
 
  private:
   Before before_;

@@ -30,7 +30,7 @@ class PressureSums {
         pressures_(periodBefore, skip),
         extents_(periodBefore, skip),
         lead_(saturatingSum(skip, period - 1)) {}
-  bool ok() const noexcept { return doubles_ ? pressures_.ok() && extents_.ok() : own_.ok(); }
+  bool ok() const noexcept { return doubles_ ? isOk(pressures_) && isOk(extents_) : isOk(own_); }
   int lead() const noexcept { return lead_; }
   // pressures, extents
   void run(Inputs<2> bars, Inputs<2> sumsBefore, int count, Outputs<2> out) noexcept {
@@ -69,7 +69,7 @@ class UltimateOsc {
         sums_{PressureSums(barBefore, 0, p1), PressureSums(barBefore, p1, p2),
               PressureSums(barBefore, p2, p3)},
         missing_(lead()) {}
-  bool ok() const noexcept { return sums_[0].ok() && sums_[1].ok() && sums_[2].ok(); }
+  bool ok() const noexcept { return isOk(sums_); }
   int lead() const noexcept { return std::max({sums_[0].lead(), sums_[1].lead(), sums_[2].lead()}); }
   void run(Inputs<3> in, int count, Outputs<1> out) noexcept {
     const double *const high = in[0], *const low = in[1], *const close = in[2];

@@ -26,7 +26,6 @@ class RangeIndicator {
 
   RangeIndicator(int period, int smoothing) noexcept
       : percent_(1, period), average_(percent_.lead(), smoothing) {}
-  bool ok() const noexcept { return percent_.ok(); }
   int lead() const noexcept { return average_.lead(); }
   void run(Inputs<3> in, int count, Outputs<1> out) noexcept {
     Tile ranges, percent;
@@ -37,10 +36,7 @@ class RangeIndicator {
     percent_.run({ranges, ranges, ranges}, count, {percent});
     average_.run({percent}, count, out);
   }
-  template <typename V>
-  void fields(V& v) noexcept {
-    v(range_, close_, percent_, average_);
-  }
+  auto state() noexcept { return std::tie(range_, close_, percent_, average_); }
 
  private:
   static constexpr auto perRise = [](double range, double close, double before) {
@@ -65,7 +61,6 @@ class PFE {
         then_(period - 1),
         way_(1, period),
         average_(period, smoothing) {}
-  bool ok() const noexcept { return then_.ok() && way_.ok(); }
   int lead() const noexcept { return average_.lead(); }
   void run(Inputs<1> in, int count, Outputs<1> out) noexcept {
     const double* x = in[0];
@@ -84,10 +79,7 @@ class PFE {
     });
     average_.run({efficiency}, count, out);
   }
-  template <typename V>
-  void fields(V& v) noexcept {
-    v(before_, then_, way_, average_);
-  }
+  auto state() noexcept { return std::tie(before_, then_, way_, average_); }
 
  private:
   double far_;
@@ -134,10 +126,7 @@ class WellesVolatility {
   void endShort(int items, Outputs<4> last) const noexcept {
     if (items <= range_.lead()) range_.endShort(items, {last[1]});
   }
-  template <typename V>
-  void fields(V& v) noexcept {
-    v(begin_, scaled_, range_, begun_, isLong_, significant_, reach_);
-  }
+  auto state() noexcept { return std::tie(begin_, scaled_, range_, begun_, isLong_, significant_, reach_); }
 
  private:
   void follow(double close, double range, double* significant, double* stop, double* signal) noexcept {

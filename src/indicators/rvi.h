@@ -15,7 +15,6 @@ class RVIoriginal {
   static constexpr int kInputs = 1, kOutputs = 1;
 
   explicit RVIoriginal(int period) noexcept : strength_(period) {}
-  bool ok() const noexcept { return deviation_.ok(); }
   int lead() const noexcept { return saturatingSum(deviation_.lead(), strength_.lead()); }
   void run(Inputs<1> in, int count, Outputs<1> out) noexcept {
     const double* x = in[0];
@@ -36,10 +35,7 @@ class RVIoriginal {
   void endShort(int items, Outputs<1> last) const noexcept {
     if (items > deviation_.lead()) *last[0] = strength_.soFar();
   }
-  template <typename V>
-  void fields(V& v) noexcept {
-    v(deviation_, before_, begin_, strength_);
-  }
+  auto state() noexcept { return std::tie(deviation_, before_, begin_, strength_); }
 
  private:
   static constexpr int kDeviationPeriod = 10;
@@ -57,7 +53,6 @@ class RVI {
   static constexpr int kInputs = 2, kOutputs = 1;
 
   explicit RVI(int period) noexcept : ofHighs_(period), ofLows_(period) {}
-  bool ok() const noexcept { return ofHighs_.ok() && ofLows_.ok(); }
   int lead() const noexcept { return ofLows_.lead(); }
   void run(Inputs<2> in, int count, Outputs<1> out) noexcept {
     Tile highs, lows;
@@ -67,10 +62,7 @@ class RVI {
         count, out[0], [](double high, double low) { return (high + low) / 2.0; }, highs, lows);
   }
   void endShort(int items, Outputs<1> last) const noexcept { ofLows_.endShort(items, last); }
-  template <typename V>
-  void fields(V& v) noexcept {
-    v(ofHighs_, ofLows_);
-  }
+  auto state() noexcept { return std::tie(ofHighs_, ofLows_); }
 
  private:
   RVIoriginal ofHighs_, ofLows_;
@@ -83,17 +75,13 @@ class Inertia {
   static constexpr int kInputs = 2, kOutputs = 1;
 
   Inertia(int period, int linePeriod) noexcept : index_(period), line_(index_.lead(), linePeriod) {}
-  bool ok() const noexcept { return index_.ok() && line_.ok(); }
   int lead() const noexcept { return line_.lead(); }
   void run(Inputs<2> in, int count, Outputs<1> out) noexcept {
     Tile index;
     index_.run(in, count, {index});
     line_.run({index}, count, out);
   }
-  template <typename V>
-  void fields(V& v) noexcept {
-    v(index_, line_);
-  }
+  auto state() noexcept { return std::tie(index_, line_); }
 
  private:
   RVI index_;

@@ -22,7 +22,6 @@ class AR {
   static constexpr int kInputs = 3, kOutputs = 1;
 
   explicit AR(int period) noexcept : first_(period - 1), sums_(1, std::max(1, period - 1)), begin_(first_) {}
-  bool ok() const noexcept { return sums_.ok(); }
   int lead() const noexcept { return first_; }
   void run(Inputs<3> in, int count, Outputs<1> out) noexcept {
     const double *open = in[0], *high = in[1], *low = in[2];
@@ -48,10 +47,7 @@ class AR {
         sumAbove, sumBelow);
     begin_.pass(count, out[0]);
   }
-  template <typename V>
-  void fields(V& v) noexcept {
-    v(begun_, above_, below_, sums_, begin_);
-  }
+  auto state() noexcept { return std::tie(begun_, above_, below_, sums_, begin_); }
 
  private:
   int first_;
@@ -69,7 +65,6 @@ class BR {
   static constexpr int kInputs = 3, kOutputs = 1;
 
   explicit BR(int period) noexcept : period_(period), sums_(1, std::max(1, period - 1)), begin_(period) {}
-  bool ok() const noexcept { return sums_.ok(); }
   int lead() const noexcept { return period_; }
   void run(Inputs<3> in, int count, Outputs<1> out) noexcept {
     const double *high = in[0], *low = in[1], *close = in[2];
@@ -90,10 +85,7 @@ class BR {
     map(count, out[0], reachInPercent, sumAbove, sumBelow);
     begin_.pass(count, out[0]);
   }
-  template <typename V>
-  void fields(V& v) noexcept {
-    v(close_, sums_, begin_);
-  }
+  auto state() noexcept { return std::tie(close_, sums_, begin_); }
 
  private:
   int period_;
@@ -117,10 +109,7 @@ class Ray {
     map(
         count, out[0], [](double price, double mean) { return price - mean; }, in[0], average);
   }
-  template <typename V>
-  void fields(V& v) noexcept {
-    v(average_);
-  }
+  auto state() noexcept { return std::tie(average_); }
 
  private:
   After<ExpMA> average_;
@@ -135,7 +124,6 @@ class SONAR {
 
   SONAR(int period, int lag, int late = 0)
   noexcept : first_(saturatingSum(period, lag)), average_(late, period), then_(lag), begin_(first_) {}
-  bool ok() const noexcept { return then_.ok(); }
   int lead() const noexcept { return first_; }
   void run(Inputs<1> in, int count, Outputs<1> out) noexcept {
     Tile average;
@@ -145,10 +133,7 @@ class SONAR {
     });
     begin_.pass(count, out[0]);
   }
-  template <typename V>
-  void fields(V& v) noexcept {
-    v(average_, then_, begin_);
-  }
+  auto state() noexcept { return std::tie(average_, then_, begin_); }
 
  private:
   static constexpr auto changeOf = [](double now, double then) {

@@ -40,16 +40,12 @@ class RSquaredCoef {
   static constexpr int kInputs = 2, kOutputs = 1;
 
   RSquaredCoef(bool sample, int period) noexcept : correlation_(sample, period) {}
-  bool ok() const noexcept { return correlation_.ok(); }
   int lead() const noexcept { return correlation_.lead(); }
   void run(Inputs<2> in, int count, Outputs<1> out) noexcept {
     correlation_.run(in, count, out);
     map(count, out[0], squareOf, out[0]);
   }
-  template <typename V>
-  void fields(V& v) noexcept {
-    v(correlation_);
-  }
+  auto state() noexcept { return std::tie(correlation_); }
 
  private:
   CorCoefMv correlation_;
@@ -61,7 +57,6 @@ class RSquared {
   static constexpr int kInputs = 1, kOutputs = 1;
 
   explicit RSquared(int period) noexcept : fit_(true, period) {}
-  bool ok() const noexcept { return fit_.ok(); }
   int lead() const noexcept { return fit_.lead(); }
   void run(Inputs<1> in, int count, Outputs<1> out) noexcept {
     Tile index;
@@ -69,10 +64,7 @@ class RSquared {
     passed_ += count;
     fit_.run({index, in[0]}, count, out);
   }
-  template <typename V>
-  void fields(V& v) noexcept {
-    v(fit_, passed_);
-  }
+  auto state() noexcept { return std::tie(fit_, passed_); }
 
  private:
   RSquaredCoef fit_;
@@ -85,7 +77,6 @@ class DispersionMv {
   static constexpr int kInputs = 1, kOutputs = 1;
 
   explicit DispersionMv(int period) noexcept : period_(period), sums_(1, std::max(1, period - 1)) {}
-  bool ok() const noexcept { return sums_.ok(); }
   int lead() const noexcept { return period_ - 1; }
   void run(Inputs<1> in, int count, Outputs<1> out) noexcept {
     const double* x = in[0];
@@ -98,10 +89,7 @@ class DispersionMv {
     map(
         count, out[0], [perRatio](double sum) { return root(sum * perRatio); }, out[0]);
   }
-  template <typename V>
-  void fields(V& v) noexcept {
-    v(before_, sums_);
-  }
+  auto state() noexcept { return std::tie(before_, sums_); }
 
  private:
   int period_;
@@ -118,7 +106,6 @@ class BetaCoefMv {
   BetaCoefMv(bool sample, int period, int after) noexcept
       : dispersion_(period), correlation_(after, sample, period) {}
   BetaCoefMv(bool sample, int period) noexcept : BetaCoefMv(sample, period, period - 1) {}
-  bool ok() const noexcept { return dispersion_.ok() && correlation_.ok(); }
   int lead() const noexcept { return correlation_.lead(); }
   void run(Inputs<2> in, int count, Outputs<1> out) noexcept {
     Tile dispersion;
@@ -130,10 +117,7 @@ class BetaCoefMv {
     };
     map(count, out[0], quotientOf, out[0], dispersion);
   }
-  template <typename V>
-  void fields(V& v) noexcept {
-    v(dispersion_, correlation_);
-  }
+  auto state() noexcept { return std::tie(dispersion_, correlation_); }
 
  private:
   DispersionMv dispersion_;

@@ -24,13 +24,9 @@ class RawK {
   static constexpr bool kWhole = true;
 
   explicit RawK(int period) noexcept : percent_(period) {}
-  bool ok() const noexcept { return percent_.ok(); }
   int lead() const noexcept { return percent_.lead(); }
   void run(Inputs<3> in, int count, Outputs<1> out) noexcept { percent_.run(in, count, out); }
-  template <typename V>
-  void fields(V& v) noexcept {
-    v(percent_);
-  }
+  auto state() noexcept { return std::tie(percent_); }
 
  private:
   Sliding<PercentWithin> percent_;
@@ -42,16 +38,12 @@ class FastD {
   static constexpr int kInputs = 3, kOutputs = 1;
 
   FastD(int k, int d) noexcept : raw_(k), average_(raw_.lead(), shareOf(d)) {}
-  bool ok() const noexcept { return raw_.ok(); }
   int lead() const noexcept { return average_.lead(); }
   void run(Inputs<3> in, int count, Outputs<1> out) noexcept {
     raw_.run(in, count, out);
     average_.run({out[0]}, count, out);
   }
-  template <typename V>
-  void fields(V& v) noexcept {
-    v(raw_, average_);
-  }
+  auto state() noexcept { return std::tie(raw_, average_); }
 
  private:
   RawK raw_;
@@ -64,16 +56,12 @@ class SlowD {
   static constexpr int kInputs = 3, kOutputs = 1;
 
   SlowD(int k, int d1, int d2) noexcept : fast_(k, d1), average_(fast_.lead(), shareOf(d2)) {}
-  bool ok() const noexcept { return fast_.ok(); }
   int lead() const noexcept { return average_.lead(); }
   void run(Inputs<3> in, int count, Outputs<1> out) noexcept {
     fast_.run(in, count, out);
     average_.run({out[0]}, count, out);
   }
-  template <typename V>
-  void fields(V& v) noexcept {
-    v(fast_, average_);
-  }
+  auto state() noexcept { return std::tie(fast_, average_); }
 
  private:
   FastD fast_;
@@ -87,15 +75,11 @@ class Stochastic {
   static constexpr bool kWhole = true;
 
   explicit Stochastic(int period) noexcept : percent_(period) {}
-  bool ok() const noexcept { return percent_.ok(); }
   int lead() const noexcept { return percent_.lead(); }
   void run(Inputs<1> in, int count, Outputs<1> out) noexcept {
     percent_.run({in[0], in[0], in[0]}, count, out);
   }
-  template <typename V>
-  void fields(V& v) noexcept {
-    v(percent_);
-  }
+  auto state() noexcept { return std::tie(percent_); }
 
  private:
   Sliding<PercentWithin> percent_;
@@ -108,17 +92,13 @@ class StochasticFast {
   static constexpr int kInputs = 4, kOutputs = 2;
 
   StochasticFast(int method, int k, int d) noexcept : raw_(k), average_(raw_.lead(), method, d) {}
-  bool ok() const noexcept { return raw_.ok() && average_.ok(); }
   int lead(int output) const noexcept { return output == 0 ? raw_.lead() : average_.lead(); }
   void run(Inputs<4> in, int count, Outputs<2> out) noexcept {
     raw_.run(in, count, {out[0]});
     average_.run({out[0]}, count, {out[1]});
   }
   void endShort(int items, Outputs<2> last) const noexcept { average_.endShort(items, {last[1]}); }
-  template <typename V>
-  void fields(V& v) noexcept {
-    v(raw_, average_);
-  }
+  auto state() noexcept { return std::tie(raw_, average_); }
 
  private:
   SlidingBars<PercentWithinPrices> raw_;
@@ -133,7 +113,6 @@ class StochasticOscillator {
 
   StochasticOscillator(int method, int k, int slowing, int d) noexcept
       : raw_(k), slow_(raw_.lead(), method, slowing), average_(slow_.lead(), method, d) {}
-  bool ok() const noexcept { return raw_.ok() && slow_.ok() && average_.ok(); }
   int lead(int output) const noexcept { return output == 0 ? slow_.lead() : average_.lead(); }
   void run(Inputs<4> in, int count, Outputs<2> out) noexcept {
     Tile raw;
@@ -145,10 +124,7 @@ class StochasticOscillator {
     slow_.endShort(items, {last[0]});
     average_.endShort(items, {last[1]});
   }
-  template <typename V>
-  void fields(V& v) noexcept {
-    v(raw_, slow_, average_);
-  }
+  auto state() noexcept { return std::tie(raw_, slow_, average_); }
 
  private:
   SlidingBars<PercentWithinPrices> raw_;
@@ -163,13 +139,9 @@ class WilliamsR {
   static constexpr bool kWhole = true;
 
   explicit WilliamsR(int period) noexcept : percent_(period) {}
-  bool ok() const noexcept { return percent_.ok(); }
   int lead() const noexcept { return percent_.lead(); }
   void run(Inputs<3> in, int count, Outputs<1> out) noexcept { percent_.run(in, count, out); }
-  template <typename V>
-  void fields(V& v) noexcept {
-    v(percent_);
-  }
+  auto state() noexcept { return std::tie(percent_); }
 
  private:
   Sliding<PercentBelow> percent_;
@@ -190,7 +162,6 @@ class SMI {
         height_(lead(), shareOf(r)),
         height2_(lead(), shareOf(s)),
         signal_(lead(), shareOf(signal)) {}
-  bool ok() const noexcept { return range_.ok(); }
   int lead() const noexcept { return range_.lead(); }
   void run(Inputs<3> in, int count, Outputs<2> out) noexcept {
     Tile highest, lowest, distance, height;
@@ -208,10 +179,7 @@ class SMI {
     map(count, out[0], indexOf, distance, height);
     signal_.run({out[0]}, count, {out[1]});
   }
-  template <typename V>
-  void fields(V& v) noexcept {
-    v(range_, distance_, distance2_, height_, height2_, signal_);
-  }
+  auto state() noexcept { return std::tie(range_, distance_, distance2_, height_, height2_, signal_); }
 
  private:
   Sliding<HighestLowest> range_;

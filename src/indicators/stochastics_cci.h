@@ -13,7 +13,6 @@ class CCI {
   static constexpr int kInputs = 3, kOutputs = 1;
 
   explicit CCI(int period) noexcept : deviation_(period) {}
-  bool ok() const noexcept { return deviation_.ok(); }
   int lead() const noexcept { return deviation_.lead(); }
   void run(Inputs<3> in, int count, Outputs<1> out) noexcept {
     // A third of the sum is the price; the third cancels.
@@ -27,10 +26,7 @@ class CCI {
     deviation_.run({price}, count, {distance, deviation});
     map(count, out[0], indexOf, distance, deviation);
   }
-  template <typename V>
-  void fields(V& v) noexcept {
-    v(deviation_);
-  }
+  auto state() noexcept { return std::tie(deviation_); }
 
  private:
   MeanDeviation deviation_;

@@ -43,10 +43,7 @@ class PerformancePct {
     map(
         count, out[0], [base = base_](double x) { return (x - base) * 100.0 / base; }, in[0]);
   }
-  template <typename V>
-  void fields(V& v) noexcept {
-    v(base_, begun_);
-  }
+  auto state() noexcept { return std::tie(base_, begun_); }
 
  private:
   double base_ = 0.0;
@@ -67,10 +64,7 @@ struct StrengthOf {
   double last = 0.0;
   double operator()(double close1, double close2) noexcept { return last = close1 / close2; }
   double gap() const noexcept { return last; }
-  template <typename V>
-  void fields(V& v) noexcept {
-    v(last);
-  }
+  auto state() noexcept { return std::tie(last); }
 };
 struct SpreadOf {
   double weight1, weight2, last = 0.0;
@@ -78,10 +72,7 @@ struct SpreadOf {
     return last = weight1 * close1 - weight2 * close2;
   }
   double gap() const noexcept { return last; }
-  template <typename V>
-  void fields(V& v) noexcept {
-    v(last);
-  }
+  auto state() noexcept { return std::tie(last); }
 };
 // Relative to the first ratio. A gap marks its bar; the last value is not carried forward.
 struct PerformanceOf {
@@ -96,10 +87,7 @@ struct PerformanceOf {
     return (ratio - first) / first + 1.0;
   }
   double gap() const noexcept { return -1.0; }
-  template <typename V>
-  void fields(V& v) noexcept {
-    v(first, begun);
-  }
+  auto state() noexcept { return std::tie(first, begun); }
 };
 
 // Begins with the first common date from the start date on.
@@ -125,10 +113,7 @@ class Comparison {
     for (; i < count; ++i) out[i] = date1[i] == date2[i] ? rule_(close1[i], close2[i]) : rule_.gap();
     return none;
   }
-  template <typename V>
-  void fields(V& v) noexcept {
-    v(begun_, rule_);
-  }
+  auto state() noexcept { return std::tie(begun_, rule_); }
 
  private:
   double startDate_;
@@ -151,7 +136,6 @@ class RSIC {
   static constexpr int kInputs = 4, kOutputs = 1;
 
   RSIC(double startDate, int period) noexcept : strength_(startDate), rate_(1.0, period) {}
-  bool ok() const noexcept { return rate_.ok(); }
   int lead() const noexcept { return rate_.lead(); }
   void run(Inputs<4> in, int count, Outputs<1> out) noexcept {
     Tile strength;
@@ -159,10 +143,7 @@ class RSIC {
     std::fill_n(out[0], none, 0.0);
     if (none < count) rate_.run({strength + none}, count - none, {out[0] + none});
   }
-  template <typename V>
-  void fields(V& v) noexcept {
-    v(strength_, rate_);
-  }
+  auto state() noexcept { return std::tie(strength_, rate_); }
 
  private:
   CompStrength strength_;
@@ -182,8 +163,7 @@ class Divide {
     map(
         count, out[0], [f = factor_](double a, double b) { return quotientOf(a, b, f); }, in[0], in[1]);
   }
-  template <typename V>
-  void fields(V&) noexcept {}
+  static std::tuple<> state() noexcept { return {}; }
 
  private:
   double factor_;
@@ -199,8 +179,7 @@ class MultAddArray {
     map(
         count, out[0], [t = times_, p = plus_](double x) { return multipleOf(x, t, p); }, in[0]);
   }
-  template <typename V>
-  void fields(V&) noexcept {}
+  static std::tuple<> state() noexcept { return {}; }
 
  private:
   double times_, plus_;

@@ -27,7 +27,6 @@ class Aroon {
   static constexpr int kInputs = 2, kOutputs = 2;
 
   explicit Aroon(int period) noexcept : period_(period), window_(saturatingSum(period, 1)) {}
-  bool ok() const noexcept { return window_.ok(); }
   int lead() const noexcept { return period_; }
   void run(Inputs<2> in, int count, Outputs<2> out) noexcept {
     window_.run(in, count, out);
@@ -35,10 +34,7 @@ class Aroon {
     const auto shareLeft = [p = static_cast<double>(period_)](double age) { return (p - age) / p * 100.0; };
     for (double* y : out) map(count - none, y + none, shareLeft, y + none);
   }
-  template <typename V>
-  void fields(V& v) noexcept {
-    v(window_, begin_);
-  }
+  auto state() noexcept { return std::tie(window_, begin_); }
 
  private:
   int period_;
@@ -52,7 +48,6 @@ class AroonOscillator {
   static constexpr int kInputs = 2, kOutputs = 1;
 
   explicit AroonOscillator(int period) noexcept : aroon_(period) {}
-  bool ok() const noexcept { return aroon_.ok(); }
   int lead() const noexcept { return aroon_.lead(); }
   void run(Inputs<2> in, int count, Outputs<1> out) noexcept {
     Tile up, down;
@@ -60,10 +55,7 @@ class AroonOscillator {
     map(
         count, out[0], [](double u, double d) { return u - d; }, up, down);
   }
-  template <typename V>
-  void fields(V& v) noexcept {
-    v(aroon_);
-  }
+  auto state() noexcept { return std::tie(aroon_); }
 
  private:
   Aroon aroon_;
@@ -78,7 +70,6 @@ class VHF {
 
   explicit VHF(int period) noexcept
       : seed_(saturatingSum(period, 1)), extremes_(1, period), noise_(1, period) {}
-  bool ok() const noexcept { return extremes_.ok() && noise_.ok(); }
   int lead() const noexcept { return noise_.lead(); }
   void run(Inputs<1> in, int count, Outputs<1> out) noexcept {
     const double* x = in[0];
@@ -103,10 +94,7 @@ class VHF {
     const auto changes = noise_.stage().itemsSoFar();
     *last[0] = filterOf(highest, lowest, std::accumulate(changes.begin(), changes.end(), 0.0));
   }
-  template <typename V>
-  void fields(V& v) noexcept {
-    v(before_, seed_, extremes_, noise_);
-  }
+  auto state() noexcept { return std::tie(before_, seed_, extremes_, noise_); }
 
  private:
   static constexpr auto changeOf = [](double now, double before) {
@@ -213,7 +201,6 @@ class TrendScore {
   static constexpr int kInputs = 1, kOutputs = 1;
 
   explicit TrendScore(int period) noexcept : score_(1, period) {}
-  bool ok() const noexcept { return score_.ok(); }
   int lead() const noexcept { return score_.lead(); }
   void run(Inputs<1> in, int count, Outputs<1> out) noexcept {
     const double* x = in[0];
@@ -226,10 +213,7 @@ class TrendScore {
     const auto scores = score_.stage().itemsSoFar();
     if (items > 0) *last[0] = std::accumulate(scores.begin(), scores.end(), 0.0);
   }
-  template <typename V>
-  void fields(V& v) noexcept {
-    v(before_, score_);
-  }
+  auto state() noexcept { return std::tie(before_, score_); }
 
  private:
   Before before_;

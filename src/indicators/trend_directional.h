@@ -39,10 +39,7 @@ class TrueRange {
     out[0] = trueRangeOf(high[0], low[0], close_.take(close, count));
     map(count - 1, out + 1, trueRangeOf, high + 1, low + 1, close);
   }
-  template <typename V>
-  void fields(V& v) noexcept {
-    v(close_);
-  }
+  auto state() noexcept { return std::tie(close_); }
 
  private:
   Before close_{std::numeric_limits<double>::quiet_NaN()};
@@ -58,10 +55,7 @@ class DirectionalMovement {
     map(count - 1, plus + 1, plusMovementOf, high + 1, low + 1, high, low);
     map(count - 1, minus + 1, minusMovementOf, high + 1, low + 1, high, low);
   }
-  template <typename V>
-  void fields(V& v) noexcept {
-    v(high_, low_);
-  }
+  auto state() noexcept { return std::tie(high_, low_); }
 
  private:
   Before high_, low_;
@@ -83,10 +77,7 @@ class DirectionalSums {
   // The sums of the movements of a series that is too short.
   double plusSoFar() const noexcept { return plus_.stage().sumSoFar(); }
   double minusSoFar() const noexcept { return minus_.stage().sumSoFar(); }
-  template <typename V>
-  void fields(V& v) noexcept {
-    v(range_, movement_, ranges_, plus_, minus_);
-  }
+  auto state() noexcept { return std::tie(range_, movement_, ranges_, plus_, minus_); }
 
  private:
   TrueRange range_;
@@ -106,10 +97,7 @@ class TR {
   void run(Inputs<3> in, int count, Outputs<1> out) noexcept {
     range_.run(in[0], in[1], in[2], count, out[0]);
   }
-  template <typename V>
-  void fields(V& v) noexcept {
-    v(range_);
-  }
+  auto state() noexcept { return std::tie(range_); }
 
  private:
   TrueRange range_;
@@ -128,10 +116,7 @@ class ATR {
     average_.run({range}, count, out);
   }
   void endShort(int items, Outputs<1> last) const noexcept { average_.endShort(items, last); }
-  template <typename V>
-  void fields(V& v) noexcept {
-    v(range_, average_);
-  }
+  auto state() noexcept { return std::tie(range_, average_); }
 
  private:
   TR range_;
@@ -148,10 +133,7 @@ class DMIx {
     movement_.run(in[0], in[1], count, out[0], out[1]);
     begin_.pass(count, out[0], out[1]);
   }
-  template <typename V>
-  void fields(V& v) noexcept {
-    v(movement_, begin_);
-  }
+  auto state() noexcept { return std::tie(movement_, begin_); }
 
  private:
   DirectionalMovement movement_;
@@ -178,10 +160,7 @@ class DI {
     *last[0] = sums_.plusSoFar();
     *last[1] = sums_.minusSoFar();
   }
-  template <typename V>
-  void fields(V& v) noexcept {
-    v(sums_, begin_);
-  }
+  auto state() noexcept { return std::tie(sums_, begin_); }
 
  private:
   DirectionalSums sums_;
@@ -200,10 +179,7 @@ class DX {
     sums_.run(in, count, plus, minus, range);
     map(count, out[0], dxOf, plus, minus, range);
   }
-  template <typename V>
-  void fields(V& v) noexcept {
-    v(sums_);
-  }
+  auto state() noexcept { return std::tie(sums_); }
 
  private:
   DirectionalSums sums_;
@@ -222,10 +198,7 @@ class ADX {
     average_.run({dx}, count, out);
   }
   void endShort(int items, Outputs<1> last) const noexcept { average_.endShort(items, last); }
-  template <typename V>
-  void fields(V& v) noexcept {
-    v(dx_, average_);
-  }
+  auto state() noexcept { return std::tie(dx_, average_); }
 
  private:
   DX dx_;
@@ -240,7 +213,6 @@ class ADXR {
 
   ADXR(int dxPeriod, int adxPeriod, int lag)
   noexcept : adx_(dxPeriod, adxPeriod), lag_(lag), first_(saturatingSum(adx_.lead(), lag)), begin_(first_) {}
-  bool ok() const noexcept { return lag_.ok(); }
   int lead() const noexcept { return first_; }
   void run(Inputs<3> in, int count, Outputs<1> out) noexcept {
     Tile adx;
@@ -251,10 +223,7 @@ class ADXR {
     });
     begin_.pass(count, out[0]);
   }
-  template <typename V>
-  void fields(V& v) noexcept {
-    v(adx_, lag_, begin_);
-  }
+  auto state() noexcept { return std::tie(adx_, lag_, begin_); }
 
  private:
   ADX adx_;

@@ -44,10 +44,7 @@ class SAR {
  private:
   struct Side {
     double stop, extreme, acceleration;
-    template <typename V>
-    void fields(V& v) noexcept {
-      v(stop, extreme, acceleration);
-    }
+    auto state() noexcept { return std::tie(stop, extreme, acceleration); }
   };
 
   // A long position follows the highs with a stop below the lows. A short one follows the lows with a stop

@@ -42,10 +42,7 @@ class SwingIndex {
         open + 1, high + 1, low + 1, close + 1, open, close);
     begin_.pass(count, out[0]);
   }
-  template <typename V>
-  void fields(V& v) noexcept {
-    v(open_, close_, begin_);
-  }
+  auto state() noexcept { return std::tie(open_, close_, begin_); }
 
  private:
   double limitMove_;
@@ -64,10 +61,7 @@ class AccumSwingIndex {
     swing_.run(in, count, out);
     sum_.run({out[0]}, count, out);
   }
-  template <typename V>
-  void fields(V& v) noexcept {
-    v(swing_, sum_);
-  }
+  auto state() noexcept { return std::tie(swing_, sum_); }
 
  private:
   SwingIndex swing_;

@@ -52,10 +52,7 @@ class TotalOfSteps {
     map(count - 1, steps + 1, Step{}, close + 1, close, volume + 1, volume);
     total_.run({steps}, count, out);
   }
-  template <typename V>
-  void fields(V& v) noexcept {
-    v(close_, volume_, total_);
-  }
+  auto state() noexcept { return std::tie(close_, volume_, total_); }
 
  private:
   Before close_, volume_;
@@ -74,7 +71,6 @@ class MoneyFlowIndex {
   static constexpr int kInputs = 4, kOutputs = 1;
 
   explicit MoneyFlowIndex(int period) noexcept : first_(saturatingSum(period, 1)), index_(1, period) {}
-  bool ok() const noexcept { return index_.ok(); }
   int lead() const noexcept { return index_.lead(); }
   void run(Inputs<4> in, int count, Outputs<1> out) noexcept {
     Tile typical, flow, rising, falling;
@@ -98,10 +94,7 @@ class MoneyFlowIndex {
   void endShort(int, Outputs<1> last) const noexcept {
     if (isNonZero(fallingSoFar_)) *last[0] = moneyFlowIndexOf(risingSoFar_, fallingSoFar_);
   }
-  template <typename V>
-  void fields(V& v) noexcept {
-    v(typical_, first_, risingSoFar_, fallingSoFar_, index_);
-  }
+  auto state() noexcept { return std::tie(typical_, first_, risingSoFar_, fallingSoFar_, index_); }
 
  private:
   // The typical price, by division: bars are told apart by it.
@@ -138,10 +131,7 @@ class ForceIndex {
     map(count, out[0], std::multiplies<>{}, changes, volume);
     begin_.pass(count, out[0]);
   }
-  template <typename V>
-  void fields(V& v) noexcept {
-    v(close_, average_, begin_);
-  }
+  auto state() noexcept { return std::tie(close_, average_, begin_); }
 
  private:
   Before close_;
@@ -156,7 +146,6 @@ class EMV {
   static constexpr int kInputs = 3, kOutputs = 1;
 
   EMV(int method, int period) noexcept : period_(period), average_(method, period) {}
-  bool ok() const noexcept { return average_.ok(); }
   int lead() const noexcept { return period_; }
   void run(Inputs<3> in, int count, Outputs<1> out) noexcept {
     const auto [high, low, volume] = in;
@@ -168,10 +157,7 @@ class EMV {
     average_.run({ease}, count, out);
   }
   void endShort(int items, Outputs<1> last) const noexcept { average_.endShort(items, last); }
-  template <typename V>
-  void fields(V& v) noexcept {
-    v(begun_, high_, low_, average_);
-  }
+  auto state() noexcept { return std::tie(begun_, high_, low_, average_); }
 
  private:
   // Less the whole height of the bar before, where ArmsEMV takes its midpoint.
@@ -207,10 +193,7 @@ class ArmsEMV {
     if (!begun_) out[0][0] = 0.0;
     begun_ = true;
   }
-  template <typename V>
-  void fields(V& v) noexcept {
-    v(begun_, high_, low_);
-  }
+  auto state() noexcept { return std::tie(begun_, high_, low_); }
 
  private:
   double divisor_;
@@ -264,7 +247,6 @@ class VR {
   static constexpr int kInputs = 2, kOutputs = 1;
 
   explicit VR(int period) noexcept : ratio_(1, period, RatioOfSums(100.0)) {}
-  bool ok() const noexcept { return ratio_.ok(); }
   int lead() const noexcept { return ratio_.lead(); }
   void run(Inputs<2> in, int count, Outputs<1> out) noexcept {
     const auto [close, volume] = in;
@@ -276,10 +258,7 @@ class VR {
     map(count - 1, down + 1, downOf, close + 1, close, volume + 1);
     ratio_.run({up, down}, count, out);
   }
-  template <typename V>
-  void fields(V& v) noexcept {
-    v(close_, ratio_);
-  }
+  auto state() noexcept { return std::tie(close_, ratio_); }
 
  private:
   static constexpr auto upOf = [](double close, double before, double volume) {
@@ -302,7 +281,6 @@ class VOSC {
 
   VOSC(int p1, int p2, int method, int late = 0)
   noexcept : lead_(std::max(p1, p2) - late), averages_(method, p1, p2), missing_(std::max(0, lead_)) {}
-  bool ok() const noexcept { return averages_.ok(); }
   int lead() const noexcept { return lead_; }
   void run(Inputs<1> in, int count, Outputs<1> out) noexcept {
     Tile first, second;
@@ -311,10 +289,7 @@ class VOSC {
     map(count - 1, out[0] + 1, percentOf, first + 1, second);
     missing_.pass(count, out[0]);
   }
-  template <typename V>
-  void fields(V& v) noexcept {
-    v(averages_, secondBefore_, missing_);
-  }
+  auto state() noexcept { return std::tie(averages_, secondBefore_, missing_); }
 
  private:
   static constexpr auto percentOf = [](double first, double secondBefore) {

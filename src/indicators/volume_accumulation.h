@@ -29,10 +29,7 @@ class Flow {
     out[0] = flowOf(high[0], low[0], close[0], close_.take(close, count), volume[0]);
     map(count - 1, out + 1, flowOf, high + 1, low + 1, close + 1, close, volume + 1);
   }
-  template <typename V>
-  void fields(V& v) noexcept {
-    v(close_);
-  }
+  auto state() noexcept { return std::tie(close_); }
 
  private:
   Before close_;
@@ -50,10 +47,7 @@ class AccumDist {
     flow_.run(in, count, out[0]);
     total_.run({out[0]}, count, out);
   }
-  template <typename V>
-  void fields(V& v) noexcept {
-    v(flow_, total_);
-  }
+  auto state() noexcept { return std::tie(flow_, total_); }
 
  private:
   Flow flow_;
@@ -71,17 +65,13 @@ class ChaikinMoneyFlow {
   static constexpr int kInputs = 4, kOutputs = 1;
 
   explicit ChaikinMoneyFlow(int period) noexcept : perVolume_(period) {}
-  bool ok() const noexcept { return perVolume_.ok(); }
   int lead() const noexcept { return perVolume_.lead(); }
   void run(Inputs<4> in, int count, Outputs<1> out) noexcept {
     Tile flow;
     flow_.run(in, count, flow);
     perVolume_.run({flow, in[3]}, count, out);
   }
-  template <typename V>
-  void fields(V& v) noexcept {
-    v(flow_, perVolume_);
-  }
+  auto state() noexcept { return std::tie(flow_, perVolume_); }
 
  private:
   Flow flow_;
@@ -100,10 +90,7 @@ class ChaikinOscillator {
     line_.run(in, count, {line});
     averages_.apart(line, count, out[0]);
   }
-  template <typename V>
-  void fields(V& v) noexcept {
-    v(line_, averages_);
-  }
+  auto state() noexcept { return std::tie(line_, averages_); }
 
  private:
   AccumDist line_;
@@ -117,7 +104,6 @@ class ChaikinVolatility {
   static constexpr int kInputs = 2, kOutputs = 1;
 
   explicit ChaikinVolatility(int period) noexcept : average_(shareOf(period)), change_(100.0, period) {}
-  bool ok() const noexcept { return change_.ok(); }
   int lead() const noexcept { return change_.lead(); }
   void run(Inputs<2> in, int count, Outputs<1> out) noexcept {
     Tile heights;
@@ -125,10 +111,7 @@ class ChaikinVolatility {
     average_.run({heights}, count, {heights});
     change_.run({heights}, count, out);
   }
-  template <typename V>
-  void fields(V& v) noexcept {
-    v(average_, change_);
-  }
+  auto state() noexcept { return std::tie(average_, change_); }
 
  private:
   ExponentialAboutZero average_;

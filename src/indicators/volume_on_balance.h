@@ -19,10 +19,7 @@ class AmountsOnBalance {
     out[0] = onBalanceOf(close[0], close_.take(close, count), amount[0]);
     map(count - 1, out + 1, onBalanceOf, close + 1, close, amount + 1);
   }
-  template <typename V>
-  void fields(V& v) noexcept {
-    v(close_);
-  }
+  auto state() noexcept { return std::tie(close_); }
 
  private:
   Before close_;
@@ -63,10 +60,7 @@ class Swings {
   struct Swing {
     double value;
     bool high;
-    template <typename V>
-    void fields(V& v) noexcept {
-      v(value, high);
-    }
+    auto state() noexcept { return std::tie(value, high); }
   };
   std::array<Swing, 3> last_{};
   int count_ = 0;
@@ -81,17 +75,13 @@ class OBVolMv {
   static constexpr int kInputs = 2, kOutputs = 1;
 
   explicit OBVolMv(int period) noexcept : sum_(1, period) {}
-  bool ok() const noexcept { return sum_.ok(); }
   int lead() const noexcept { return sum_.lead(); }
   void run(Inputs<2> in, int count, Outputs<1> out) noexcept {
     Tile amounts;
     amounts_.run(in[0], in[1], count, amounts);
     sum_.run({amounts}, count, out);
   }
-  template <typename V>
-  void fields(V& v) noexcept {
-    v(amounts_, sum_);
-  }
+  auto state() noexcept { return std::tie(amounts_, sum_); }
 
  private:
   AmountsOnBalance amounts_;
@@ -105,7 +95,6 @@ class OBOiMv {
   static constexpr int kInputs = 2, kOutputs = 1;
 
   explicit OBOiMv(int period) noexcept : begin_(period - 1), sum_(std::max(1, period - 1)) {}
-  bool ok() const noexcept { return begin_.ok() && sum_.ok(); }
   int lead() const noexcept { return begin_.lead(); }
   void run(Inputs<2> in, int count, Outputs<1> out) noexcept {
     Tile begin;
@@ -115,10 +104,7 @@ class OBOiMv {
     sum_.run(in, count, {sum});
     map(count, out[0], std::plus<>{}, sum, begin);
   }
-  template <typename V>
-  void fields(V& v) noexcept {
-    v(begin_, sum_);
-  }
+  auto state() noexcept { return std::tie(begin_, sum_); }
 
  private:
   Delay begin_;
@@ -133,7 +119,7 @@ class OBVolExp {
   static constexpr int kInputs = 2, kOutputs = 3;
 
   explicit OBVolExp(int period) noexcept : range_(saturatingSum(period, period, 1)), middle_(period) {}
-  bool ok() const noexcept { return range_.ok() && middle_.ok(); }
+  bool ok() const noexcept { return isOk(range_) && isOk(middle_); }
   int lead() const noexcept { return 1; }
   void run(Inputs<2> in, int count, Outputs<3> out) noexcept {
     const auto [volume, breakout, trend] = out;

@@ -76,7 +76,6 @@ class SlidingBars {
   static constexpr int kInputs = 4, kOutputs = Statistic::kOutputs;
 
   explicit SlidingBars(int period) noexcept : window_(period) {}
-  bool ok() const noexcept { return window_.ok(); }
   int lead() const noexcept { return window_.lead(); }
   void run(Inputs<4> in, int count, Outputs<kOutputs> out) noexcept {
     if (count != 1) return runMany(in, count, out);
@@ -84,10 +83,7 @@ class SlidingBars {
     const double top = extremes[0], bottom = -extremes[1];
     window_.run({&top, &bottom, in[3]}, 1, out);
   }
-  template <typename V>
-  void fields(V& v) noexcept {
-    v(window_);
-  }
+  auto state() noexcept { return std::tie(window_); }
 
  private:
   [[gnu::noinline]] void runMany(Inputs<4> in, int count, Outputs<kOutputs> out) noexcept {

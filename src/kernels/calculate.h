@@ -10,13 +10,12 @@
 //   static constexpr bool kWhole = true       where run takes pieces of any length; left out: up to a tile
 //   static constexpr bool kInPlace = true     and where the one output may be the one input
 //   Name(parameters...)
-//   bool ok() const                           that of its stages; left out where none takes memory
 //   int lead() const, or lead(output)         items that pass before the first value: stages know theirs
 //   void run(Inputs<kInputs>, int count, Outputs<kOutputs>)
 //                                             0.0 for the items below the lead
 //   void runAll(in, count, out)               the same for a whole series, behind which nothing comes; left
 //                                             out where that saves nothing
-//   void fields(V&)                           what changes while it runs (kernels/state.h)
+//   auto state()                              what changes while it runs (kernels/state.h)
 //   void endShort(int items, Outputs<kOutputs> last) const
 //                                             what a series of so many items (0 and up), which ends below a
 //                                             lead, leaves in its last item; left out where that is nothing

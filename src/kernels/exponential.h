@@ -66,10 +66,7 @@ class Distance {
                                double less) noexcept {
     y_.runBeside(other.y_, x, count, Outputs<1>{out}, Less{less}, Apart{share_, other.share_});
   }
-  template <typename V>
-  void fields(V& v) noexcept {
-    v(y_);
-  }
+  auto state() noexcept { return std::tie(y_); }
 
  private:
   double share_;
@@ -97,10 +94,7 @@ class DistancesInTurn {
   [[gnu::noinline]] void run(const double* x, int count, double* out, double less, double onto) noexcept {
     Recurrence::runInTurn(averages_, x, count, out, Less{less}, SumOnto<kCount>{weights_, onto});
   }
-  template <typename V>
-  void fields(V& v) noexcept {
-    v(averages_);
-  }
+  auto state() noexcept { return std::tie(averages_); }
 
  private:
   double share_;
@@ -120,10 +114,7 @@ class Exponential {
     origin_.over(
         in[0], count, [&](int at, int items) { relative(in[0] + at, items, out[0] + at); }, *this);
   }
-  template <typename V>
-  void fields(V& v) noexcept {
-    v(origin_, y_);
-  }
+  auto state() noexcept { return std::tie(origin_, y_); }
 
  private:
   [[gnu::noinline]] void relative(const double* x, int count, double* y) noexcept {
@@ -162,10 +153,7 @@ class ExponentialAboutZero {
     begun_ = true;
     y_.run(x + i, count - i, y + i, AsItIs{}, Times{share});
   }
-  template <typename V>
-  void fields(V& v) noexcept {
-    v(y_, begun_);
-  }
+  auto state() noexcept { return std::tie(y_, begun_); }
 
  private:
   double share_;
@@ -224,10 +212,7 @@ class WilderMean {
     if (passed < count) average_.run(advanced(in, passed), count - passed, advanced(out, passed));
   }
   double sumSoFar() const noexcept { return seed_.sumSoFar(); }  // while the first items are not complete
-  template <typename V>
-  void fields(V& v) noexcept {
-    v(seed_, average_);
-  }
+  auto state() noexcept { return std::tie(seed_, average_); }
 
  private:
   Seed seed_;
@@ -247,10 +232,7 @@ class WilderSum {
     y_.run(in[0] + passed, count - passed, out[0] + passed);
   }
   double sumSoFar() const noexcept { return seed_.sumSoFar(); }  // while the first items are not complete
-  template <typename V>
-  void fields(V& v) noexcept {
-    v(seed_, y_);
-  }
+  auto state() noexcept { return std::tie(seed_, y_); }
 
  private:
   Seed seed_;

@@ -224,9 +224,8 @@ class Recurrence {
     y_[0] = y_[0] + ofResults;
     y_[1] = y_[1] + ofResults;
   }
-  template <typename V>
-  void fields(V& v) noexcept {
-    v(y_, pairs_, x_);
+  auto state() noexcept {
+    return std::tie(y_, pairs_, x_);
   }
 
  private:

@@ -19,10 +19,7 @@ struct RunningLine {
   double residual = 0.0;  // sum of squared distances from the line
 
   // n items have been taken before.
-  template <typename V>
-  void fields(V& v) noexcept {
-    v(last, expected, slope, residual);
-  }
+  auto state() noexcept { return std::tie(last, expected, slope, residual); }
   void take(double y, double n) noexcept {
     const double weight = 1.0 / ((n + 1.0) * (n + 2.0)), error = n > 0.0 ? (y - last) - expected : 0.0;
     residual += error * error * (n * (n - 1.0) * weight);

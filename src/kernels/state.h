@@ -2,15 +2,18 @@
 //
 // What changes while a stage runs it lists in one line, and holds to for everything that is done with state:
 //
-//   template <typename V>
-//   void fields(V& v) noexcept { v(window_, before_, begin_); }
+//   auto state() noexcept { return std::tie(window_, before_, begin_); }
 //
-// Members are numbers, truth values, pairs, arrays, variants and other stages. Integers come with the range
-// that keeps the stage inside its memory, v.within(place_, 0, period_ - 1), buffers with the items that
-// count, v.buffer(kept_, held_). What must hold of members together is v.require(held_ >= passed). What can
-// be made again out of the others is left to restored(), which says whether there was memory for it; its
-// buffers are v.scratch. Parameters, and what is made of them, are left out: state is only ever given to a
-// chain that was opened with the same.
+// Members are numbers, truth values, pairs, arrays, variants and other stages. With others a stage lists its
+// state to a visitor:
+//
+//   template <typename V>
+//   void fields(V& v) noexcept { v(begun_); v.within(place_, 0, period_ - 1); v.buffer(kept_, held_); }
+//
+// Integers come with the range that keeps the stage inside its memory, buffers with the items that count.
+// What must hold of members together is v.require(held_ >= passed). What can be made again out of the others
+// is left to restored(), which says whether there was memory for it; its buffers are v.scratch. Parameters,
+// and what is made of them, are left out: state is only ever given to a chain that was opened with the same.
 //
 // A stage that takes memory as its items come has reserve(count): room for so many more of them. Whoever
 // reserves before every piece loses nothing when memory runs out.
@@ -18,6 +21,7 @@
 
 #include <bit>
 #include <cstdint>
+#include <tuple>
 #include <variant>
 
 #include "core/memory.h"
@@ -70,7 +74,10 @@ class Fields {
   template <typename Stage>
   requires std::is_class_v<Stage> QV_INLINE void take(Stage& stage) noexcept {
     if constexpr (!std::is_empty_v<Stage>) {
-      stage.fields(self());
+      if constexpr (requires { stage.state(); })
+        std::apply([this](auto&... parts) QV_LAMBDA { (*this)(parts...); }, stage.state());
+      else
+        stage.fields(self());
       self().stage(stage);
     }
   }

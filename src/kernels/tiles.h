@@ -11,6 +11,7 @@
 
 #include <algorithm>
 #include <array>
+#include <tuple>
 #include <utility>
 
 #include "core/memory.h"
@@ -33,14 +34,24 @@ QV_INLINE Pointers advanced(Pointers all, int items) noexcept {
   return all;
 }
 
-// Whether a stage has what memory it needs, and its lead, per output where these differ.
+template <typename Array>
+concept HasItems = requires(const Array& all) {
+  std::begin(all);
+};
+// Whether a stage has what memory it needs: what it says, or what all parts of its state say.
 template <typename Stage>
 bool isOk(const Stage& stage) noexcept {
   if constexpr (requires { stage.ok(); })
     return stage.ok();
+  else if constexpr (requires(Stage & s) { s.state(); })
+    return std::apply([](const auto&... parts) { return (isOk(parts) && ...); },
+                      const_cast<Stage&>(stage).state());
+  else if constexpr (HasItems<Stage>)
+    return std::all_of(std::begin(stage), std::end(stage), [](const auto& one) { return isOk(one); });
   else
     return true;
 }
+// Its lead, per output where these differ.
 template <typename Stage>
 int leadOf(const Stage& stage, int output = 0) noexcept {
   if constexpr (requires { stage.lead(output); })
@@ -69,10 +80,7 @@ class Before {
     last_ = x[count - 1];
     return before;
   }
-  template <typename V>
-  void fields(V& v) noexcept {
-    v(last_, begun_);
-  }
+  auto state() noexcept { return std::tie(last_, begun_); }
 
  private:
   double last_ = 0.0;
@@ -116,7 +124,6 @@ class After {
   template <typename... Parameters>
   explicit After(int after, Parameters&&... parameters) noexcept
       : lead_(after), after_(after), stage_(std::forward<Parameters>(parameters)...) {}
-  bool ok() const noexcept { return isOk(stage_); }
   int lead(int output = 0) const noexcept { return saturatingSum(after_, leadOf(stage_, output)); }
   QV_INLINE void run(Inputs<kInputs> in, int count, Outputs<kOutputs> out) noexcept {
     if (lead_.left() == 0) [[likely]]
@@ -130,10 +137,7 @@ class After {
   }
   { stage_.endShort(std::max(0, saturatingSum(items, -after_)), last); }
   const Stage& stage() const noexcept { return stage_; }
-  template <typename V>
-  void fields(V& v) noexcept {
-    v(lead_, stage_);
-  }
+  auto state() noexcept { return std::tie(lead_, stage_); }
 
  private:
   Lead lead_;

@@ -15,13 +15,9 @@ class CandleSignals {
   static constexpr int kInputs = 4, kOutputs = 1;
 
   CandleSignals(int pattern, int period) noexcept;  // of candlePatterns
-  bool ok() const noexcept { return sums_[0].ok() && sums_[1].ok() && shortest_.ok(); }
   int lead() const noexcept { return lead_; }
   void run(Inputs<4> in, int count, Outputs<1> out) noexcept;
-  template <typename V>
-  void fields(V& v) noexcept {
-    v(sums_, shortest_, average_, prices_, candles_);
-  }
+  auto state() noexcept { return std::tie(sums_, shortest_, average_, prices_, candles_); }
 
  private:
   static constexpr int kMostBars = 5;

@@ -100,10 +100,7 @@ class Formation {
     map(count - 1, out[0] + 1, signalOf, high + 1, low + 1, close + 1, high, low, close);
     none_.pass(count, out[0]);
   }
-  template <typename V>
-  void fields(V& v) noexcept {
-    v(high_, low_, close_, none_);
-  }
+  auto state() noexcept { return std::tie(high_, low_, close_, none_); }
 
  private:
   int lead_;
@@ -127,10 +124,7 @@ class TurnFill {
     lastButOne_ = count > 1 ? x[count - 2] : before;
     none_.pass(count, out[0]);
   }
-  template <typename V>
-  void fields(V& v) noexcept {
-    v(last_, lastButOne_, none_);
-  }
+  auto state() noexcept { return std::tie(last_, lastButOne_, none_); }
 
   static constexpr auto turnOf = [](double now, double before, double twoBefore) {
     const double trough = (now > before) & (before < twoBefore) ? 1.0 : 0.0,
