@@ -10,6 +10,7 @@
 //   static constexpr bool kWhole = true       where run takes pieces of any length; left out: up to a tile
 //   static constexpr bool kInPlace = true     and where the one output may be the one input
 //   Name(parameters...)
+//   bool ok() const                           where it takes memory itself, or uses not all of its stages
 //   int lead() const, or lead(output)         items that pass before the first value: stages know theirs
 //   void run(Inputs<kInputs>, int count, Outputs<kOutputs>)
 //                                             0.0 for the items below the lead
